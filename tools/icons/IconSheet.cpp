@@ -1,6 +1,6 @@
 // Draws every icon of a folder at the sizes and in the colours that the program uses, on one PNG.
 //
-// usage: icon-sheet <folder with *.svg> <sheet.png> [enlargement, default 1] [first icon [last icon]]
+// usage: icon-sheet <folder with *.svg> <sheet.png> [enlargement, 1 unless given [first row [rows]]]
 
 #include <QColor>
 #include <QDir>
@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr std::array sizes = {9, 11, 12, 13, 14, 16, 18, 36};
+constexpr std::array sizes = {9, 10, 11, 12, 13, 14, 15, 16, 18, 36};
 constexpr int nameWidth = 190;
 constexpr int cellPadding = 8;
 constexpr int rowHeight = 42;
@@ -30,8 +30,7 @@ const QColor textSecondary = QColor::fromRgbF(0.64F, 0.69F, 0.78F);
 const QColor accentBlue = QColor::fromRgbF(0.33F, 0.55F, 1.0F);
 
 /// The icon at `size` x `size` pixels, its shape filled with `colour`.
-QImage tinted(QSvgRenderer& icon, int size, const QColor& colour)
-{
+QImage tinted(QSvgRenderer& icon, int size, const QColor& colour) {
     QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
@@ -42,8 +41,7 @@ QImage tinted(QSvgRenderer& icon, int size, const QColor& colour)
     return image;
 }
 
-int columnsWidth()
-{
+int columnsWidth() {
     int width = 0;
     for (const int size : sizes) {
         width += size + 2 * cellPadding;
@@ -52,8 +50,7 @@ int columnsWidth()
 }
 
 /// Draws one row; nothing when the file holds no drawing that QtSvg understands.
-bool drawRow(QPainter& painter, const QFileInfo& file, int top)
-{
+bool drawRow(QPainter& painter, const QFileInfo& file, int top) {
     QSvgRenderer icon(file.filePath());
     if (!icon.isValid() || icon.viewBoxF() != QRectF(0, 0, 24, 24)) {
         std::fprintf(stderr, "%s: not a drawing on the 24 x 24 grid\n", qPrintable(file.filePath()));
@@ -72,8 +69,7 @@ bool drawRow(QPainter& painter, const QFileInfo& file, int top)
 }
 
 /// The whole sheet, or nothing when an icon cannot be drawn.
-std::optional<QImage> drawSheet(const QFileInfoList& files)
-{
+std::optional<QImage> drawSheet(const QFileInfoList& files) {
     const int count = static_cast<int>(files.size());
     QImage sheet(nameWidth + 2 * columnsWidth(), headerHeight + count * rowHeight, QImage::Format_RGB32);
     sheet.fill(cardFill);
@@ -102,13 +98,12 @@ std::optional<QImage> drawSheet(const QFileInfoList& files)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
     if (arguments.size() < 3) {
-        std::fprintf(stderr, "usage: icon-sheet <folder> <sheet.png> [enlargement [first [count]]]\n");
+        std::fprintf(stderr, "usage: icon-sheet <folder> <sheet.png> [enlargement [first row [rows]]]\n");
         return 2;
     }
     QFileInfoList files = QDir(arguments[1]).entryInfoList({QStringLiteral("*.svg")}, QDir::Files, QDir::Name);
@@ -124,7 +119,7 @@ int main(int argc, char** argv)
         return 1;
     }
     const int enlargement = arguments.size() > 3 ? std::max(1, arguments[3].toInt()) : 1;
-    if (!sheet->scaled(sheet->size() * enlargement).save(arguments[2])) {
+    if (!sheet->scaled(sheet->size() * enlargement).save(arguments[2], "PNG", 0)) {
         std::fprintf(stderr, "%s: cannot be written\n", qPrintable(arguments[2]));
         return 1;
     }
