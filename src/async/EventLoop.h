@@ -1,0 +1,80 @@
+#pragma once
+
+#include "base/Date.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace velloran {
+
+class SerialQueue;
+
+/// The one source of time, waiting and turns for the whole program. All functions are called on the loop's own thread, and
+/// everything handed to it is called there.
+class EventLoop {
+public:
+    using Function = std::function<void()>;
+
+    /// Names a call that has not happened yet.
+    enum class CallId : std::uint64_t { none = 0 };
+
+    /// Keeps a file descriptor watched for as long as it exists.
+    class Watch {
+    public:
+        Watch() = default;
+        Watch(const Watch&) = delete;
+        Watch& operator=(const Watch&) = delete;
+        virtual ~Watch();
+    };
+
+    EventLoop() = default;
+    EventLoop(const EventLoop&) = delete;
+    EventLoop& operator=(const EventLoop&) = delete;
+    virtual ~EventLoop();
+
+    /// The wall clock. It may be set forward and back while the program runs.
+    [[nodiscard]] virtual Date now() const = 0;
+
+    /// Calls `function` in a later turn. Posted functions are called in the order in which they were posted.
+    virtual CallId post(Function function) = 0;
+
+    /// Calls `function` once, when that many nanoseconds have passed. Waiting goes by a clock that nobody sets; calls that are
+    /// due at the same time happen in the order in which they were asked for.
+    virtual CallId callAfter(std::uint64_t nanoseconds, Function function) = 0;
+
+    /// The call does not happen any more, and its function is destroyed. No effect on a call that has happened, is happening,
+    /// or is `none`.
+    virtual void cancel(CallId call) = 0;
+
+    /// Calls `function` whenever `fileDescriptor` can be read, until the result is destroyed.
+    [[nodiscard]] virtual std::unique_ptr<Watch> watch(int fileDescriptor, Function function) = 0;
+
+    /// A queue that does its jobs one after the other, in order, without making this loop wait.
+    [[nodiscard]] virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) = 0;
+};
+
+/// One second in the unit of `EventLoop::callAfter`.
+inline constexpr std::uint64_t nanosecondsPerSecond = 1'000'000'000;
+
+/// Cancels its call when it is destroyed or assigned over.
+class ScheduledCall {
+public:
+    ScheduledCall() = default;
+    ScheduledCall(EventLoop& loop, EventLoop::CallId call);
+    ScheduledCall(const ScheduledCall&) = delete;
+    ScheduledCall& operator=(const ScheduledCall&) = delete;
+    ScheduledCall(ScheduledCall&& other) noexcept;
+    ScheduledCall& operator=(ScheduledCall&& other) noexcept;
+    ~ScheduledCall();
+
+    /// Cancels now.
+    void cancel();
+
+private:
+    EventLoop* loop_ = nullptr;
+    EventLoop::CallId call_ = EventLoop::CallId::none;
+};
+
+} // namespace velloran

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "async/EventLoop.h"
+
+#include <coroutine>
+#include <cstdint>
+#include <memory>
+
+namespace velloran {
+
+/// Handle of a cancellable coroutine that runs on the thread of an event loop.
+///
+/// A function with this result and an `EventLoop&` as its first parameter is such a coroutine. Calling it schedules its body
+/// for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits and `co_await taskIsCancelled()` asks.
+/// Cancellation is a request: the body notices it where it asks, and a sleep under way ends early, in a later turn. Losing
+/// every handle cancels nothing. A body that is still waiting when its loop ends is destroyed with all it holds.
+class Task {
+    struct Frame;
+    struct State;
+
+public:
+    struct promise_type;
+
+    /// Awaited by a task: a sleep of `nanoseconds`, which ends early when the task is cancelled.
+    struct Sleep {
+        std::uint64_t nanoseconds;
+    };
+
+    /// Awaited by a task: answers whether it has been cancelled, without waiting.
+    struct CancellationQuery {};
+
+    /// Asks the task to end. Never runs any of its body before returning, so it may be called from inside that body.
+    void cancel();
+
+    /// Whether the body has come to its end.
+    [[nodiscard]] bool isFinished() const;
+
+private:
+    explicit Task(std::shared_ptr<State> state) : state_(std::move(state)) {}
+
+    std::shared_ptr<State> state_;
+};
+
+/// A sleep for `co_await` in a task.
+inline Task::Sleep taskSleep(std::uint64_t nanoseconds) {
+    return {nanoseconds};
+}
+
+/// Whether the task that awaits this has been cancelled.
+inline Task::CancellationQuery taskIsCancelled() {
+    return {};
+}
+
+/// Owns a coroutine while it is suspended; the pending call of the loop owns this. Whoever drops that call without making it
+/// destroys the coroutine.
+struct Task::Frame {
+    Frame() = default;
+    Frame(const Frame&) = delete;
+    Frame& operator=(const Frame&) = delete;
+    ~Frame();
+
+    std::coroutine_handle<> handle;
+};
+
+struct Task::State {
+    explicit State(EventLoop& eventLoop) : loop(eventLoop) {}
+
+    /// Schedules the next step of the body, at once or after a wait.
+    void scheduleStep(std::shared_ptr<Frame> frame);
+    void scheduleStepAfter(std::shared_ptr<Frame> frame, std::uint64_t nanoseconds);
+    void cancel();
+
+    EventLoop& loop;
+    bool isCancelled = false;
+    bool isFinished = false;
+    /// The wait of a sleep under way, and the body that waits.
+    EventLoop::CallId wait = EventLoop::CallId::none;
+    std::weak_ptr<Frame> waiting;
+};
+
+struct Task::promise_type {
+    /// The loop is the coroutine's first argument.
+    template<typename... Arguments>
+    explicit promise_type(EventLoop& loop, const Arguments&...) : state(std::make_shared<State>(loop)) {}
+
+    /// Starts in a later turn: the first suspension hands the frame to the loop.
+    struct Start {
+        promise_type& promise;
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+        void await_suspend(std::coroutine_handle<> handle) const;
+        void await_resume() const noexcept {}
+    };
+
+    struct SleepAwaiter {
+        promise_type& promise;
+        std::uint64_t nanoseconds;
+        [[nodiscard]] bool await_ready() const noexcept { return promise.state->isCancelled; }
+        void await_suspend(std::coroutine_handle<>) const;
+        void await_resume() const noexcept {}
+    };
+
+    struct QueryAwaiter {
+        bool answer;
+        [[nodiscard]] bool await_ready() const noexcept { return true; }
+        void await_suspend(std::coroutine_handle<>) const noexcept {}
+        [[nodiscard]] bool await_resume() const noexcept { return answer; }
+    };
+
+    Task get_return_object() { return Task(state); }
+    Start initial_suspend() { return {*this}; }
+    // The frame goes away by itself at the end of the body; nothing else may own it then.
+    std::suspend_never final_suspend() noexcept { return {}; }
+    void return_void();
+    // Exceptions are bugs here.
+    [[noreturn]] void unhandled_exception() noexcept { std::terminate(); }
+
+    SleepAwaiter await_transform(Sleep sleep) { return {*this, sleep.nanoseconds}; }
+    QueryAwaiter await_transform(CancellationQuery) const { return {state->isCancelled}; }
+
+    std::shared_ptr<State> state;
+    std::weak_ptr<Frame> frame;
+};
+
+} // namespace velloran

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Point.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace velloran::platform {
+
+/// What happens in a mouse event. Buttons other than left and right share the "other" pair.
+enum class MouseEventType : std::uint32_t {
+    leftMouseDown = 1,
+    leftMouseUp = 2,
+    rightMouseDown = 3,
+    rightMouseUp = 4,
+    otherMouseDown = 25,
+    otherMouseUp = 26,
+};
+
+/// The button of a mouse event, by its logical place: a left-handed mapping is already taken into account.
+enum class EventButton : std::uint32_t {
+    left = 0,
+    right = 1,
+    center = 2,
+};
+
+/// One synthetic mouse event.
+struct MouseEvent {
+    MouseEventType type;
+    Point position;
+    EventButton button;
+
+    friend bool operator==(const MouseEvent&, const MouseEvent&) = default;
+};
+
+/// Posts synthetic mouse events to the system's input stream. Used on one thread at a time, during a run the engine queue's.
+class PointerEvents {
+public:
+    PointerEvents() = default;
+    PointerEvents(const PointerEvents&) = delete;
+    PointerEvents& operator=(const PointerEvents&) = delete;
+    virtual ~PointerEvents() = default;
+
+    /// Where the pointer is, in global coordinates; nothing when the system does not say.
+    virtual std::optional<Point> location() = 0;
+
+    /// Prepares an event; nothing when it cannot be made. `position` tells where the pointer is and moves nothing.
+    virtual std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) = 0;
+
+    /// Puts an event in the queue of those to be sent.
+    virtual void post(const MouseEvent& event) = 0;
+
+    /// Sends all that was posted, in order and in one piece. What is posted may be sent earlier, but only as a whole click.
+    virtual void flush() = 0;
+};
+
+} // namespace velloran::platform

@@ -1,0 +1,167 @@
+#include "platform/qt/QtEventLoop.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include "async/ThreadQueue.h"
+#include "base/fatal.h"
+
+#include <sys/prctl.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
+namespace velloran::platform::qt {
+
+namespace {
+
+/// Between 1970-01-01 and 2001-01-01.
+constexpr std::chrono::seconds referenceDateInUnixTime(978'307'200);
+
+QEvent::Type turnEvent() {
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
+std::uint64_t monotonicNow() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint64_t>(std::chrono::nanoseconds(now).count());
+}
+
+class NotifierWatch final : public EventLoop::Watch {
+public:
+    NotifierWatch(int fileDescriptor, EventLoop::Function function)
+        : notifier_(fileDescriptor, QSocketNotifier::Read) {
+        QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, std::move(function));
+    }
+
+private:
+    QSocketNotifier notifier_;
+};
+
+} // namespace
+
+QtEventLoop::QtEventLoop() : timer_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
+    if (timer_ < 0) {
+        fatalError("The system grants no timer");
+    }
+    // Without it the kernel may let each wait run over by 50 microseconds.
+    prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+    notifier_ = std::make_unique<QSocketNotifier>(timer_, QSocketNotifier::Read);
+    connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { runDue(); });
+}
+
+QtEventLoop::~QtEventLoop() {
+    notifier_.reset();
+    // Letting go of a function may cancel other calls, so each leaves its container first.
+    while (!posted_.empty()) {
+        const auto last = std::move(posted_.front());
+        posted_.pop_front();
+    }
+    while (!timed_.empty()) {
+        const auto node = timed_.extract(timed_.begin());
+        deadlines_.erase(node.key().second);
+    }
+    close(timer_);
+}
+
+Date QtEventLoop::now() const {
+    // The subtraction comes before the conversion: the smaller number keeps finer fractions.
+    const std::chrono::duration<double> sinceReference =
+        std::chrono::system_clock::now().time_since_epoch() - referenceDateInUnixTime;
+    return Date(sinceReference.count());
+}
+
+EventLoop::CallId QtEventLoop::post(Function function) {
+    const std::uint64_t id = ++lastId_;
+    posted_.emplace_back(id, std::move(function));
+    if (!isTurnRequested_) {
+        isTurnRequested_ = true;
+        QCoreApplication::postEvent(this, new QEvent(turnEvent()));
+    }
+    return CallId{id};
+}
+
+EventLoop::CallId QtEventLoop::callAfter(std::uint64_t nanoseconds, Function function) {
+    const std::uint64_t id = ++lastId_;
+    const std::uint64_t now = monotonicNow();
+    const std::uint64_t most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    const std::uint64_t deadline = nanoseconds > most - now ? most : now + nanoseconds;
+    timed_.emplace(Deadline(deadline, id), std::move(function));
+    deadlines_.emplace(id, deadline);
+    arm();
+    return CallId{id};
+}
+
+void QtEventLoop::cancel(CallId call) {
+    const auto id = static_cast<std::uint64_t>(call);
+    if (const auto found = deadlines_.find(id); found != deadlines_.end()) {
+        const auto node = timed_.extract(Deadline(found->second, id));
+        deadlines_.erase(found);
+        arm();
+        return;
+    }
+    const auto found = std::find_if(posted_.begin(), posted_.end(), [id](const auto& entry) { return entry.first == id; });
+    if (found != posted_.end()) {
+        const auto dropped = std::move(*found);
+        posted_.erase(found);
+    }
+}
+
+std::unique_ptr<EventLoop::Watch> QtEventLoop::watch(int fileDescriptor, Function function) {
+    return std::make_unique<NotifierWatch>(fileDescriptor, std::move(function));
+}
+
+std::unique_ptr<SerialQueue> QtEventLoop::makeSerialQueue(std::string label) {
+    return std::make_unique<ThreadQueue>(label);
+}
+
+bool QtEventLoop::event(QEvent* event) {
+    if (event->type() == turnEvent()) {
+        runPosted();
+        return true;
+    }
+    return QObject::event(event);
+}
+
+void QtEventLoop::runPosted() {
+    isTurnRequested_ = false;
+    // Those posted from inside belong to a later turn, so that posting for ever does not keep out everything else.
+    const std::uint64_t last = lastId_;
+    while (!posted_.empty() && posted_.front().first <= last) {
+        const Function function = std::move(posted_.front().second);
+        posted_.pop_front();
+        function();
+    }
+}
+
+void QtEventLoop::runDue() {
+    std::uint64_t expirations = 0;
+    // Nothing to read means that the timer was set anew meanwhile.
+    [[maybe_unused]] const auto count = read(timer_, &expirations, sizeof expirations);
+    armedFor_ = 0;
+    const std::uint64_t now = monotonicNow();
+    while (!timed_.empty() && timed_.begin()->first.first <= now) {
+        const auto node = timed_.extract(timed_.begin());
+        deadlines_.erase(node.key().second);
+        node.mapped()();
+    }
+    arm();
+}
+
+void QtEventLoop::arm() {
+    const std::uint64_t deadline = timed_.empty() ? 0 : std::max<std::uint64_t>(timed_.begin()->first.first, 1);
+    if (deadline == armedFor_) {
+        return;
+    }
+    armedFor_ = deadline;
+    itimerspec when{};
+    when.it_value.tv_sec = static_cast<time_t>(deadline / nanosecondsPerSecond);
+    when.it_value.tv_nsec = static_cast<long>(deadline % nanosecondsPerSecond);
+    timerfd_settime(timer_, TFD_TIMER_ABSTIME, &when, nullptr);
+}
+
+} // namespace velloran::platform::qt

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include "async/EventLoop.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+namespace velloran::platform::qt {
+
+/// The event loop on the toolkit's own. Waiting goes through one timer descriptor on the monotonic clock, armed for the
+/// nearest deadline: it is ten times as punctual as the toolkit's timers. Needs the toolkit's application object, and lives
+/// on its thread.
+class QtEventLoop final : public QObject, public EventLoop {
+public:
+    /// Ends the program with a fatal error when the system grants no timer descriptor.
+    QtEventLoop();
+    QtEventLoop(const QtEventLoop&) = delete;
+    QtEventLoop& operator=(const QtEventLoop&) = delete;
+    ~QtEventLoop() override;
+
+    Date now() const override;
+    CallId post(Function function) override;
+    CallId callAfter(std::uint64_t nanoseconds, Function function) override;
+    void cancel(CallId call) override;
+    std::unique_ptr<Watch> watch(int fileDescriptor, Function function) override;
+    std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    using Deadline = std::pair<std::uint64_t, std::uint64_t>; // monotonic nanoseconds, identifier
+
+    void runPosted();
+    void runDue();
+    void arm();
+
+    std::uint64_t lastId_ = 0;
+    std::deque<std::pair<std::uint64_t, Function>> posted_;
+    bool isTurnRequested_ = false;
+    std::map<Deadline, Function> timed_;
+    std::unordered_map<std::uint64_t, std::uint64_t> deadlines_;
+    int timer_ = -1;
+    std::uint64_t armedFor_ = 0;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+} // namespace velloran::platform::qt

@@ -1,0 +1,215 @@
+#include "fakes/RecordingPlatform.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace velloran::fakes {
+
+namespace {
+
+std::string describe(const platform::MouseEvent& event) {
+    return std::to_string(static_cast<unsigned>(event.type)) + " button " +
+           std::to_string(static_cast<unsigned>(event.button)) + " at " + shortestDecimal(event.position.x) + "," +
+           shortestDecimal(event.position.y);
+}
+
+} // namespace
+
+class RecordingPlatform::Events final : public platform::PointerEvents {
+public:
+    explicit Events(RecordingPlatform& owner) : owner_(owner) {}
+
+    std::optional<platform::Point> location() override {
+        owner_.note("read location");
+        return owner_.canReadLocation ? owner_.pointer : std::nullopt;
+    }
+
+    std::optional<platform::MouseEvent> makeMouseEvent(platform::MouseEventType type, platform::Point position,
+                                                       platform::EventButton button) override {
+        if (owner_.unmakeableEvents.contains(type)) {
+            return std::nullopt;
+        }
+        return platform::MouseEvent{type, position, button};
+    }
+
+    void post(const platform::MouseEvent& event) override {
+        ++owner_.postedEvents;
+        if (owner_.keepsJournal) {
+            owner_.note("post " + describe(event));
+        }
+    }
+
+    void flush() override {
+        if (owner_.keepsJournal) {
+            owner_.flushTimes.push_back(owner_.loop.elapsed());
+            owner_.note("flush");
+        }
+    }
+
+private:
+    RecordingPlatform& owner_;
+};
+
+class RecordingPlatform::Position final : public platform::PointerPosition {
+public:
+    explicit Position(RecordingPlatform& owner) : owner_(owner) {}
+
+    std::optional<platform::Point> currentPosition() override {
+        if (owner_.onPointerRead) {
+            owner_.onPointerRead();
+        }
+        return owner_.pointer;
+    }
+
+private:
+    RecordingPlatform& owner_;
+};
+
+class RecordingPlatform::Trust final : public platform::InputTrust {
+public:
+    explicit Trust(RecordingPlatform& owner) : owner_(owner) {}
+
+    bool isTrusted() override {
+        owner_.note("ask trust");
+        return owner_.isTrusted;
+    }
+
+    bool requestPrompt() override {
+        owner_.note("prompt for trust");
+        return owner_.isTrusted;
+    }
+
+    void openSettings() override { owner_.note("open settings"); }
+    void onChanged(std::function<void()> changed) override { owner_.trustChanged = std::move(changed); }
+
+private:
+    RecordingPlatform& owner_;
+};
+
+class RecordingPlatform::Keys final : public platform::HotKeys {
+public:
+    explicit Keys(RecordingPlatform& owner) : owner_(owner) {}
+
+    Reference installHandler(Handler handler) override {
+        owner_.note("install handler");
+        owner_.handlers.emplace(++last_, std::move(handler));
+        return last_;
+    }
+
+    void removeHandler(Reference handler) override {
+        owner_.note("remove handler");
+        owner_.handlers.erase(handler);
+    }
+
+    platform::Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, platform::HotKeyId id,
+                                    Reference& hotKey) override {
+        owner_.note("register key " + std::to_string(keyCode) + " modifiers " + std::to_string(modifiers) + " signature " +
+                    std::to_string(id.signature) + " id " + std::to_string(id.id));
+        if (owner_.hotKeyStatus == platform::noErr) {
+            hotKey = ++last_;
+            owner_.hotKeys.emplace(hotKey, id);
+        }
+        return owner_.hotKeyStatus;
+    }
+
+    void unregisterHotKey(Reference hotKey) override {
+        owner_.note("unregister key");
+        owner_.hotKeys.erase(hotKey);
+    }
+
+private:
+    RecordingPlatform& owner_;
+    Reference last_ = 0;
+};
+
+class RecordingPlatform::Sounds final : public platform::SystemSounds {
+public:
+    explicit Sounds(RecordingPlatform& owner) : owner_(owner) {}
+
+    std::unique_ptr<platform::Sound> load(const std::string& name) override {
+        owner_.note("load sound " + name);
+        if (!owner_.hasSound) {
+            return nullptr;
+        }
+        return std::make_unique<RecordedSound>(owner_);
+    }
+
+private:
+    class RecordedSound final : public platform::Sound {
+    public:
+        explicit RecordedSound(RecordingPlatform& owner) : owner_(owner) {}
+        void play() override { owner_.note("play sound"); }
+        void stop() override { owner_.note("stop sound"); }
+
+    private:
+        RecordingPlatform& owner_;
+    };
+
+    RecordingPlatform& owner_;
+};
+
+class RecordingPlatform::Opener final : public platform::UrlOpener {
+public:
+    explicit Opener(RecordingPlatform& owner) : owner_(owner) {}
+    void open(const std::string& url) override { owner_.note("open url " + url); }
+
+private:
+    RecordingPlatform& owner_;
+};
+
+class RecordingPlatform::Log final : public platform::SystemLog {
+public:
+    explicit Log(RecordingPlatform& owner) : owner_(owner) {}
+    void write(std::string_view line) override { owner_.note("log " + std::string(line)); }
+
+private:
+    RecordingPlatform& owner_;
+};
+
+RecordingPlatform::RecordingPlatform()
+    : events_(std::make_unique<Events>(*this)), position_(std::make_unique<Position>(*this)),
+      trust_(std::make_unique<Trust>(*this)), keys_(std::make_unique<Keys>(*this)),
+      sounds_(std::make_unique<Sounds>(*this)), opener_(std::make_unique<Opener>(*this)), log_(std::make_unique<Log>(*this)),
+      installation_(std::make_unique<platform::PlatformInstallation>(platform::Platform{
+          loop, *events_, *position_, *trust_, *keys_, preferences, *sounds_, *opener_, *log_})) {}
+
+RecordingPlatform::~RecordingPlatform() = default;
+
+platform::Status RecordingPlatform::pressHotKey(platform::HotKeyId id) {
+    const platform::HotKeyEvent event{id};
+    platform::Status status = platform::noErr;
+    const auto installed = handlers;
+    for (const auto& [reference, handler] : installed) {
+        status = handler(&event);
+    }
+    return status;
+}
+
+platform::Status RecordingPlatform::callHandlerWithoutEvent() {
+    platform::Status status = platform::noErr;
+    const auto installed = handlers;
+    for (const auto& [reference, handler] : installed) {
+        status = handler(nullptr);
+    }
+    return status;
+}
+
+std::vector<std::string> RecordingPlatform::entries(const std::string& prefix) const {
+    std::vector<std::string> found;
+    std::copy_if(journal.begin(), journal.end(), std::back_inserter(found),
+                 [&](const std::string& entry) { return entry.starts_with(prefix); });
+    return found;
+}
+
+int RecordingPlatform::count(const std::string& prefix) const {
+    return static_cast<int>(entries(prefix).size());
+}
+
+void RecordingPlatform::note(const std::string& entry) {
+    if (keepsJournal) {
+        journal.push_back(entry);
+    }
+}
+
+} // namespace velloran::fakes

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "fakes/FakePreferences.h"
+#include "fakes/VirtualLoop.h"
+#include "platform/HotKeys.h"
+#include "platform/InputTrust.h"
+#include "platform/Platform.h"
+#include "platform/PointerEvents.h"
+#include "platform/PointerPosition.h"
+#include "platform/SystemLog.h"
+#include "platform/SystemSounds.h"
+#include "platform/UrlOpener.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace velloran::fakes {
+
+/// A platform that does nothing but write down, in `journal`, what it was asked to do, and answers as the test says. It is
+/// the installed platform for as long as it exists.
+class RecordingPlatform {
+public:
+    RecordingPlatform();
+    RecordingPlatform(const RecordingPlatform&) = delete;
+    RecordingPlatform& operator=(const RecordingPlatform&) = delete;
+    ~RecordingPlatform();
+
+    /// A press of a registered hot key arrives, as from the system.
+    platform::Status pressHotKey(platform::HotKeyId id);
+    /// A handler call without an event.
+    platform::Status callHandlerWithoutEvent();
+
+    /// Entries of the journal that start with `prefix`.
+    [[nodiscard]] std::vector<std::string> entries(const std::string& prefix) const;
+    [[nodiscard]] int count(const std::string& prefix) const;
+
+    VirtualLoop loop;
+    FakePreferences preferences;
+    std::vector<std::string> journal;
+    /// False for runs of millions of clicks.
+    bool keepsJournal = true;
+
+    bool isTrusted = true;
+    std::function<void()> trustChanged;
+    std::optional<platform::Point> pointer = platform::Point{300.0, 200.0};
+    /// Called before every reading of the pointer position.
+    std::function<void()> onPointerRead;
+    bool canReadLocation = true;
+    std::set<platform::MouseEventType> unmakeableEvents;
+    std::uint64_t postedEvents = 0;
+    /// Virtual times of flushes, in nanoseconds.
+    std::vector<std::uint64_t> flushTimes;
+    platform::Status hotKeyStatus = platform::noErr;
+    bool hasSound = true;
+    std::map<platform::HotKeys::Reference, platform::HotKeys::Handler> handlers;
+    std::map<platform::HotKeys::Reference, platform::HotKeyId> hotKeys;
+
+private:
+    class Events;
+    class Position;
+    class Trust;
+    class Keys;
+    class Sounds;
+    class Opener;
+    class Log;
+
+    void note(const std::string& entry);
+
+    std::unique_ptr<Events> events_;
+    std::unique_ptr<Position> position_;
+    std::unique_ptr<Trust> trust_;
+    std::unique_ptr<Keys> keys_;
+    std::unique_ptr<Sounds> sounds_;
+    std::unique_ptr<Opener> opener_;
+    std::unique_ptr<Log> log_;
+    std::unique_ptr<platform::PlatformInstallation> installation_;
+};
+
+} // namespace velloran::fakes

@@ -1,0 +1,149 @@
+#include "fakes/VirtualLoop.h"
+
+#include <cmath>
+#include <deque>
+#include <utility>
+#include <vector>
+
+namespace velloran::fakes {
+
+namespace {
+
+/// Some day in 2026, with a fraction, so that nothing depends on round numbers.
+constexpr Date start(801234567.25);
+
+} // namespace
+
+class VirtualLoop::Queue final : public SerialQueue {
+public:
+    explicit Queue(VirtualLoop& loop) : loop_(loop) {}
+    Queue(const Queue&) = delete;
+    Queue& operator=(const Queue&) = delete;
+
+    ~Queue() override {
+        loop_.cancel(turn_);
+        drain();
+    }
+
+    void async(std::function<void()> job) override {
+        jobs_.push_back(std::move(job));
+        if (turn_ == CallId::none) {
+            turn_ = loop_.post([this] {
+                turn_ = CallId::none;
+                drain();
+            });
+        }
+    }
+
+private:
+    void drain() {
+        while (!jobs_.empty()) {
+            const auto job = std::move(jobs_.front());
+            jobs_.pop_front();
+            job();
+        }
+    }
+
+    VirtualLoop& loop_;
+    std::deque<std::function<void()>> jobs_;
+    CallId turn_ = CallId::none;
+};
+
+class VirtualLoop::VirtualWatch final : public EventLoop::Watch {
+public:
+    VirtualWatch(VirtualLoop& loop, int fileDescriptor, Function function)
+        : function_(std::move(function)), loop_(loop), place_(loop.watches_.emplace(fileDescriptor, this)) {}
+    VirtualWatch(const VirtualWatch&) = delete;
+    VirtualWatch& operator=(const VirtualWatch&) = delete;
+    ~VirtualWatch() override { loop_.watches_.erase(place_); }
+
+    void call() const { function_(); }
+
+private:
+    Function function_;
+    VirtualLoop& loop_;
+    std::multimap<int, VirtualWatch*>::iterator place_;
+};
+
+VirtualLoop::~VirtualLoop() {
+    // Letting go of a call may cancel others, so each leaves the maps before it is destroyed.
+    while (!calls_.empty()) {
+        const auto node = calls_.extract(calls_.begin());
+        due_.erase(node.key().second);
+    }
+}
+
+Date VirtualLoop::now() const {
+    return start + (static_cast<double>(elapsed_) / static_cast<double>(nanosecondsPerSecond) + wallShift_);
+}
+
+EventLoop::CallId VirtualLoop::post(Function function) {
+    return callAfter(0, std::move(function));
+}
+
+EventLoop::CallId VirtualLoop::callAfter(std::uint64_t nanoseconds, Function function) {
+    const std::uint64_t id = ++lastId_;
+    const std::uint64_t due = elapsed_ + nanoseconds;
+    calls_.emplace(std::pair(due, id), std::move(function));
+    due_.emplace(id, due);
+    return CallId{id};
+}
+
+void VirtualLoop::cancel(CallId call) {
+    const auto id = static_cast<std::uint64_t>(call);
+    const auto found = due_.find(id);
+    if (found == due_.end()) {
+        return;
+    }
+    const auto node = calls_.extract(std::pair(found->second, id));
+    due_.erase(found);
+}
+
+std::unique_ptr<EventLoop::Watch> VirtualLoop::watch(int fileDescriptor, Function function) {
+    return std::make_unique<VirtualWatch>(*this, fileDescriptor, std::move(function));
+}
+
+std::unique_ptr<SerialQueue> VirtualLoop::makeSerialQueue(std::string label) {
+    queueLabel_ = std::move(label);
+    return std::make_unique<Queue>(*this);
+}
+
+void VirtualLoop::runDue() {
+    advanceNanoseconds(0);
+}
+
+void VirtualLoop::advance(double seconds) {
+    advanceNanoseconds(static_cast<std::uint64_t>(std::llround(seconds * static_cast<double>(nanosecondsPerSecond))));
+}
+
+void VirtualLoop::advanceNanoseconds(std::uint64_t nanoseconds) {
+    const std::uint64_t end = elapsed_ + nanoseconds;
+    while (!calls_.empty() && calls_.begin()->first.first <= end) {
+        runNext();
+    }
+    elapsed_ = end;
+}
+
+bool VirtualLoop::runNext() {
+    if (calls_.empty()) {
+        return false;
+    }
+    const auto node = calls_.extract(calls_.begin());
+    due_.erase(node.key().second);
+    elapsed_ = node.key().first;
+    node.mapped()();
+    return true;
+}
+
+void VirtualLoop::becomeReadable(int fileDescriptor) {
+    const auto [begin, end] = watches_.equal_range(fileDescriptor);
+    std::vector<VirtualWatch*> concerned;
+    for (auto at = begin; at != end; ++at) {
+        concerned.push_back(at->second);
+    }
+    for (const VirtualWatch* const one : concerned) {
+        one->call();
+    }
+}
+
+} // namespace velloran::fakes

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "async/EventLoop.h"
+#include "async/SerialQueue.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace velloran::fakes {
+
+/// An event loop whose time stands still until a test moves it. Nothing runs by itself: calls happen inside the functions
+/// below, on the test's thread, each at exactly the moment it was asked for.
+class VirtualLoop final : public EventLoop {
+public:
+    VirtualLoop() = default;
+    VirtualLoop(const VirtualLoop&) = delete;
+    VirtualLoop& operator=(const VirtualLoop&) = delete;
+    ~VirtualLoop() override;
+
+    Date now() const override;
+    CallId post(Function function) override;
+    CallId callAfter(std::uint64_t nanoseconds, Function function) override;
+    void cancel(CallId call) override;
+    std::unique_ptr<Watch> watch(int fileDescriptor, Function function) override;
+
+    /// A queue whose jobs run in turns of this loop, or at its destruction.
+    std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
+
+    /// Makes every call that is due now, those that they post included.
+    void runDue();
+
+    /// Lets that much time pass and makes every call that falls due on the way. A call at the very end is made.
+    void advance(double seconds);
+    void advanceNanoseconds(std::uint64_t nanoseconds);
+
+    /// Goes on to the next call, however far away, and makes it. False when there is none.
+    bool runNext();
+
+    /// Sets the wall clock forward or back; waiting goes on unmoved.
+    void shiftWallClock(double seconds) { wallShift_ += seconds; }
+
+    /// Pretends that the descriptor can be read.
+    void becomeReadable(int fileDescriptor);
+
+    /// Nanoseconds since the loop was made.
+    [[nodiscard]] std::uint64_t elapsed() const { return elapsed_; }
+    [[nodiscard]] std::size_t pendingCalls() const { return calls_.size(); }
+
+    /// Label of the queue made last.
+    [[nodiscard]] const std::string& queueLabel() const { return queueLabel_; }
+
+private:
+    class Queue;
+    class VirtualWatch;
+
+    std::uint64_t elapsed_ = 0;
+    double wallShift_ = 0.0;
+    std::uint64_t lastId_ = 0;
+    std::map<std::pair<std::uint64_t, std::uint64_t>, Function> calls_;
+    /// When each pending call is due, by identifier.
+    std::map<std::uint64_t, std::uint64_t> due_;
+    std::multimap<int, VirtualWatch*> watches_;
+    std::string queueLabel_;
+};
+
+} // namespace velloran::fakes
