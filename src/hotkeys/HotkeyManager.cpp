@@ -1,0 +1,86 @@
+#include "hotkeys/HotkeyManager.h"
+
+#include "async/EventLoop.h"
+#include "platform/Platform.h"
+#include "platform/SystemLog.h"
+
+#include <string>
+#include <utility>
+
+namespace velloran {
+
+using platform::Platform;
+
+namespace {
+
+std::unique_ptr<HotkeyManager>& sharedInstance() {
+    static std::unique_ptr<HotkeyManager> instance;
+    return instance;
+}
+
+} // namespace
+
+HotkeyManager& HotkeyManager::shared() {
+    if (!sharedInstance()) {
+        sharedInstance().reset(new HotkeyManager());
+    }
+    return *sharedInstance();
+}
+
+void HotkeyManager::endShared() {
+    sharedInstance().reset();
+}
+
+HotkeyManager::HotkeyManager() : self_(std::make_shared<HotkeyManager*>(this)) {}
+
+HotkeyManager::~HotkeyManager() {
+    unregister();
+}
+
+void HotkeyManager::register_(const HotkeyCombo& combo, Action onFire) {
+    unregister();
+    callback_ = std::move(onFire);
+    platform::HotKeys& hotKeys = Platform::current().hotKeys;
+    handlerRef_ = hotKeys.installHandler([this](const platform::HotKeyEvent* event) { return handle(event); });
+    constexpr platform::HotKeyId id{hotKeySignature, hotKeyNumber};
+    platform::HotKeys::Reference hotKey = 0;
+    const platform::Status status = hotKeys.registerHotKey(combo.keyCode, combo.carbonModifiers(), id, hotKey);
+    if (status != platform::noErr) {
+        // The handler and the action stay until the next call; without a hot key nothing fires them.
+        Platform::current().systemLog.write("HotkeyManager: RegisterEventHotKey failed with status " +
+                                            std::to_string(status));
+        return;
+    }
+    hotKeyRef_ = hotKey;
+}
+
+void HotkeyManager::unregister() {
+    platform::HotKeys& hotKeys = Platform::current().hotKeys;
+    if (hotKeyRef_) {
+        hotKeys.unregisterHotKey(*std::exchange(hotKeyRef_, std::nullopt));
+    }
+    if (handlerRef_) {
+        hotKeys.removeHandler(*std::exchange(handlerRef_, std::nullopt));
+    }
+    callback_ = nullptr;
+}
+
+platform::Status HotkeyManager::handle(const platform::HotKeyEvent* event) {
+    if (event == nullptr) {
+        return platform::noErr;
+    }
+    if (event->hotKeyId.signature == hotKeySignature) {
+        Platform::current().mainLoop.post([self = std::weak_ptr(self_)] {
+            const auto manager = self.lock();
+            if (!manager || !(*manager)->callback_) {
+                return;
+            }
+            // A copy: the action may register another combination and so replace itself.
+            const Action action = (*manager)->callback_;
+            action();
+        });
+    }
+    return platform::noErr;
+}
+
+} // namespace velloran

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "hotkeys/HotkeyCombo.h"
+#include "platform/HotKeys.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace velloran {
+
+/// Makes one combination a system-wide shortcut. At most one is registered at a time. Main thread.
+class HotkeyManager {
+public:
+    using Action = std::function<void()>;
+
+    /// "VLRN", first character in the highest byte.
+    static constexpr std::uint32_t hotKeySignature = 0x564C524E;
+    static constexpr std::uint32_t hotKeyNumber = 1;
+
+    /// The one instance, made on first use. It works on the installed platform.
+    static HotkeyManager& shared();
+
+    /// Unregisters and destroys the shared instance, if there is one. Called before the platform goes away.
+    static void endShared();
+
+    HotkeyManager(const HotkeyManager&) = delete;
+    HotkeyManager& operator=(const HotkeyManager&) = delete;
+    ~HotkeyManager();
+
+    /// Replaces whatever was registered. `onFire` is called in a turn of the main loop after each press. A combination that
+    /// cannot be registered is logged and otherwise silent.
+    void register_(const HotkeyCombo& combo, Action onFire);
+
+    /// Forgets the hot key and its action. No effect when nothing is registered.
+    void unregister();
+
+private:
+    HotkeyManager();
+
+    platform::Status handle(const platform::HotKeyEvent* event);
+
+    std::optional<platform::HotKeys::Reference> hotKeyRef_;
+    std::optional<platform::HotKeys::Reference> handlerRef_;
+    Action callback_;
+    /// Lets a press that is on its way find out whether this object still exists.
+    std::shared_ptr<HotkeyManager*> self_;
+};
+
+} // namespace velloran
