@@ -58,7 +58,7 @@ public:
     }
 
     /// Calls `observer` before every change, while the old value is still there.
-    Subscription observeWillChange(std::function<void()> observer) {
+    Subscription observeWillChange(std::function<void()> observer) const {
         return state_->willChange.attach(std::move(observer));
     }
 

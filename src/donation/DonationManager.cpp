@@ -1,0 +1,113 @@
+#include "donation/DonationManager.h"
+
+#include "base/checked.h"
+#include "platform/Platform.h"
+#include "platform/UrlOpener.h"
+
+namespace velloran {
+
+using platform::Platform;
+
+namespace {
+
+constexpr std::uint64_t checkEvery = 60 * nanosecondsPerSecond;
+/// The number of put-offs from which on the interval stays at its longest.
+constexpr std::int64_t slowestStep = 7;
+
+Date now() {
+    return Platform::current().mainLoop.now();
+}
+
+} // namespace
+
+DonationManager::DonationManager() : DonationManager(Platform::current().preferences) {}
+
+DonationManager::DonationManager(platform::Preferences& defaults)
+    : defaults_(defaults), self_(std::make_shared<DonationManager*>(this)) {
+    bootstrapIfNeeded();
+    evaluate();
+    startTimer();
+}
+
+DonationManager::~DonationManager() = default;
+
+const DonationLink& DonationManager::stripeURL() {
+    static const DonationLink link(VELLORAN_DONATION_URL);
+    return link;
+}
+
+double DonationManager::intervalForReminder(std::int64_t at) {
+    if (at < 0 || at >= slowestStep) {
+        return 1800.0;
+    }
+    if (at <= 2) {
+        return 60.0;
+    }
+    return at <= 5 ? 300.0 : 600.0;
+}
+
+bool DonationManager::hasDonated() const {
+    return defaults_.truth(donatedKey_).value_or(false);
+}
+
+void DonationManager::evaluate() {
+    if (hasDonated()) {
+        return;
+    }
+    const auto nextReminder = defaults_.date(nextReminderKey_);
+    if (nextReminder && now() >= *nextReminder) {
+        isPromptVisible.set(true);
+    }
+}
+
+void DonationManager::snooze() {
+    const std::int64_t shown = checkedAdd(defaults_.integer(remindersShownKey_).value_or(0), 1);
+    scheduleNext(shown);
+    isPromptVisible.set(false);
+}
+
+void DonationManager::markDonated() {
+    defaults_.setTruth(donatedKey_, true);
+    defaults_.remove(nextReminderKey_);
+    isPromptVisible.set(false);
+}
+
+void DonationManager::acknowledgeAlreadyDonated() {
+    // The claim alone does not count as a donation.
+    scheduleNext(slowestStep);
+    isPromptVisible.set(false);
+}
+
+void DonationManager::openDonationLink() {
+    Platform::current().urlOpener.open(stripeURL().text());
+}
+
+void DonationManager::bootstrapIfNeeded() {
+    if (defaults_.holds(firstLaunchKey_)) {
+        return;
+    }
+    const Date start = now();
+    defaults_.setDate(firstLaunchKey_, start);
+    defaults_.setDate(nextReminderKey_, start + intervalForReminder(0));
+    defaults_.setInteger(remindersShownKey_, 0);
+}
+
+void DonationManager::startTimer() {
+    EventLoop& loop = Platform::current().mainLoop;
+    const auto fire = [this, &loop] {
+        loop.post([self = std::weak_ptr(self_)] {
+            if (const auto manager = self.lock()) {
+                (*manager)->evaluate();
+            }
+        });
+        startTimer();
+    };
+    checkTimer_ = ScheduledCall(loop, loop.callAfter(checkEvery, fire));
+}
+
+void DonationManager::scheduleNext(std::int64_t remindersShown) {
+    defaults_.setInteger(remindersShownKey_, remindersShown);
+    defaults_.setDate(nextReminderKey_, now() + intervalForReminder(remindersShown));
+}
+
+} // namespace velloran

@@ -1,0 +1,204 @@
+#include "engine/AutoClickerStore.h"
+
+#include "engine/PermissionChecker.h"
+#include "hotkeys/HotkeyManager.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velloran {
+
+using platform::Platform;
+
+namespace {
+
+constexpr std::uint64_t saveDelay = 250'000'000;
+
+std::unique_ptr<PresetStore> orDefault(std::unique_ptr<PresetStore> presetStore) {
+    return presetStore ? std::move(presetStore) : std::make_unique<PresetStore>();
+}
+
+} // namespace
+
+std::shared_ptr<AutoClickerStore> AutoClickerStore::create(std::unique_ptr<PresetStore> presetStore) {
+    auto store = std::make_shared<AutoClickerStore>(Private(), orDefault(std::move(presetStore)));
+    store->connect();
+    return store;
+}
+
+AutoClickerStore::AutoClickerStore(Private, std::unique_ptr<PresetStore> presetStore)
+    : config(presetStore->loadConfig()), loop_(Platform::current().mainLoop), runtime_(AutoClickerRuntime::initial()),
+      presets_(presetStore->loadPresets()), hasAccessibilityPermission_(PermissionChecker::isAccessibilityTrusted()),
+      hotkey_(HotkeyManager::shared()), presetStore_(std::move(presetStore)),
+      engineQueue_(loop_.makeSerialQueue("velloran.engine")) {}
+
+AutoClickerStore::~AutoClickerStore() = default;
+
+void AutoClickerStore::connect() {
+    // Both streams begin with the current value: it is saved once, and its hotkey registered, without a further step.
+    saveCancellable_ = config.stream()
+                           .debounce(loop_, saveDelay)
+                           .subscribe([weak = weak_from_this(), &loop = loop_](const AutoClickerConfig& value) {
+                               loop.post([weak, value] {
+                                   if (const auto store = weak.lock()) {
+                                       store->presetStore_->saveConfig(value);
+                                   }
+                               });
+                           });
+    cancellables_.push_back(
+        config.stream()
+            .map([](const AutoClickerConfig& value) { return value.hotkey; })
+            .removeDuplicates()
+            .subscribe([weak = weak_from_this(), &loop = loop_](const std::optional<HotkeyCombo>& combo) {
+                loop.post([weak, combo] {
+                    if (const auto store = weak.lock()) {
+                        store->applyHotkey(combo);
+                    }
+                });
+            }));
+}
+
+std::vector<Preset> AutoClickerStore::allPresets() const {
+    std::vector<Preset> all = Preset::builtIns();
+    all.insert(all.end(), presets_.get().begin(), presets_.get().end());
+    return all;
+}
+
+void AutoClickerStore::toggleStartStop() {
+    if (isActive(runtime_.get().status)) {
+        stop();
+    } else {
+        start();
+    }
+}
+
+void AutoClickerStore::start() {
+    if (const auto invalid = config.get().validationError()) {
+        refuse(*invalid);
+        return;
+    }
+    if (!PermissionChecker::isAccessibilityTrusted()) {
+        hasAccessibilityPermission_.set(false);
+        refuse(PermissionChecker::permissionErrorMessage());
+        PermissionChecker::openAccessibilitySettings();
+        return;
+    }
+    hasAccessibilityPermission_.set(true);
+    const AutoClickerConfig& settings = config.get();
+    const bool hasDelay = settings.startDelaySeconds > 0;
+    AutoClickerRuntime fresh;
+    fresh.status = hasDelay ? ClickerStatus::delayed : ClickerStatus::running;
+    fresh.clicksRemaining = settings.stopMode == StopMode::after_clicks ? settings.maxClicks : std::nullopt;
+    fresh.startedAt = loop_.now();
+    fresh.countdownRemaining = hasDelay ? std::optional(settings.startDelaySeconds) : std::nullopt;
+    runtime_.set(std::move(fresh));
+    mouseTracker_.reset();
+    startLoop();
+}
+
+void AutoClickerStore::refuse(std::string message) {
+    runtime_.modify([&](AutoClickerRuntime& runtime) {
+        runtime.status = ClickerStatus::error;
+        runtime.errorMessage = std::move(message);
+    });
+}
+
+void AutoClickerStore::stop() {
+    cancelLoop();
+    if (runtime_.get().status == ClickerStatus::completed) {
+        return;
+    }
+    runtime_.modify([](AutoClickerRuntime& runtime) {
+        runtime.status = ClickerStatus::idle;
+        runtime.nextClickAt.reset();
+        runtime.countdownRemaining.reset();
+        runtime.stationaryWaitActive = false;
+    });
+}
+
+void AutoClickerStore::startLoop() {
+    cancelLoop();
+    loopTask_ = runClickLoop(loop_, weak_from_this(), config.get());
+}
+
+void AutoClickerStore::cancelLoop() {
+    if (loopTask_) {
+        loopTask_->cancel();
+        loopTask_.reset();
+    }
+}
+
+void AutoClickerStore::refreshPermission() {
+    if (!PermissionChecker::isAccessibilityTrusted()) {
+        PermissionChecker::requestAccessibilityPrompt();
+    }
+    hasAccessibilityPermission_.set(PermissionChecker::isAccessibilityTrusted());
+    if (hasAccessibilityPermission_.get() && runtime_.get().status == ClickerStatus::error) {
+        runtime_.modify([](AutoClickerRuntime& runtime) {
+            runtime.status = ClickerStatus::idle;
+            runtime.errorMessage.reset();
+        });
+    }
+}
+
+// A member, because the views know the store only.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
+void AutoClickerStore::openAccessibilitySettings() {
+    PermissionChecker::openAccessibilitySettings();
+}
+
+void AutoClickerStore::apply(const Preset& preset) {
+    AutoClickerConfig applied = preset.config;
+    applied.hotkey = config.get().hotkey;
+    config.set(std::move(applied));
+}
+
+void AutoClickerStore::saveCurrentAsPreset(std::string named) {
+    presets_.modify(
+        [&](std::vector<Preset>& presets) { presets.push_back(Preset::make(std::move(named), config.get())); });
+    presetStore_->savePresets(presets_.get());
+}
+
+void AutoClickerStore::deletePreset(const Preset& preset) {
+    // A copy: the argument may be one of the list's own elements.
+    presets_.modify(
+        [id = preset.id](std::vector<Preset>& presets) { std::erase_if(presets, [&](const Preset& one) { return one.id == id; }); });
+    presetStore_->savePresets(presets_.get());
+}
+
+void AutoClickerStore::resetToDefaults() {
+    AutoClickerConfig defaults = AutoClickerConfig::default_();
+    defaults.hotkey = config.get().hotkey;
+    config.set(std::move(defaults));
+}
+
+std::optional<Bytes> AutoClickerStore::exportConfigData() const {
+    auto bytes = presetStore_->exportConfig(config.get());
+    return bytes ? std::optional(std::move(bytes).value()) : std::nullopt;
+}
+
+bool AutoClickerStore::importConfig(const Bytes& from) {
+    auto imported = presetStore_->importConfig(from);
+    if (!imported) {
+        return false;
+    }
+    config.set(std::move(imported).value());
+    return true;
+}
+
+void AutoClickerStore::applyHotkey(const std::optional<HotkeyCombo>& combo) {
+    if (!combo) {
+        hotkey_.unregister();
+        return;
+    }
+    hotkey_.register_(*combo, [weak = weak_from_this(), &loop = loop_] {
+        loop.post([weak] {
+            if (const auto store = weak.lock()) {
+                store->toggleStartStop();
+            }
+        });
+    });
+}
+
+} // namespace velloran

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "async/Published.h"
+#include "async/SerialQueue.h"
+#include "async/Task.h"
+#include "engine/ClickEngine.h"
+#include "engine/MouseTracker.h"
+#include "engine/SoundPlayer.h"
+#include "model/AutoClickerConfig.h"
+#include "model/AutoClickerRuntime.h"
+#include "presets/Preset.h"
+#include "presets/PresetStore.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velloran {
+
+class HotkeyManager;
+
+/// The controller: owns configuration, run state and presets, runs the click loop, saves the configuration shortly after
+/// every change and keeps the hotkey registered to what the configuration names. Main thread only. Shared, because a running
+/// loop keeps it alive until the loop ends.
+class AutoClickerStore : public std::enable_shared_from_this<AutoClickerStore> {
+public:
+    /// A store on the installed platform. `presetStore` may be null: a new one on the platform's preferences is used then.
+    static std::shared_ptr<AutoClickerStore> create(std::unique_ptr<PresetStore> presetStore = nullptr);
+
+    AutoClickerStore(const AutoClickerStore&) = delete;
+    AutoClickerStore& operator=(const AutoClickerStore&) = delete;
+    /// Ends saving and hotkey wiring. Leaves the registered hotkey as it is.
+    ~AutoClickerStore();
+
+    /// The configuration; views write it directly. A running loop works from its own copy.
+    Published<AutoClickerConfig> config;
+
+    /// The live record of the current or last run.
+    [[nodiscard]] const Published<AutoClickerRuntime>& runtime() const { return runtime_; }
+
+    /// The user's own presets, in order.
+    [[nodiscard]] const Published<std::vector<Preset>>& presets() const { return presets_; }
+
+    /// Whether synthetic input could be posted when last asked.
+    [[nodiscard]] const Published<bool>& hasAccessibilityPermission() const { return hasAccessibilityPermission_; }
+
+    /// The built-in presets followed by the user's.
+    [[nodiscard]] std::vector<Preset> allPresets() const;
+
+    /// Starts or stops, by the status. For the global hotkey.
+    void toggleStartStop();
+
+    /// Starts a run, replacing one that is under way; refusals show in the run record. A refused start leaves a running loop
+    /// running.
+    void start();
+
+    /// Ends the run. The counts stay.
+    void stop();
+
+    /// Asks for the permission again and clears an error when it is there.
+    void refreshPermission();
+
+    void openAccessibilitySettings();
+
+    /// Takes over all of the preset's configuration but its hotkey.
+    void apply(const Preset& preset);
+
+    /// Appends a preset of the current configuration, under the name as it is.
+    void saveCurrentAsPreset(std::string named);
+
+    /// Removes the user's presets with this one's identifier.
+    void deletePreset(const Preset& preset);
+
+    /// Goes back to the default configuration; the hotkey stays.
+    void resetToDefaults();
+
+    /// The bytes of an export file; nothing when the configuration has no JSON form.
+    [[nodiscard]] std::optional<Bytes> exportConfigData() const;
+
+    /// Takes over the configuration in an export file, hotkey included. False, and no change, when it cannot be read.
+    bool importConfig(const Bytes& from);
+
+private:
+    struct Private {};
+
+public:
+    /// For `create` alone.
+    AutoClickerStore(Private, std::unique_ptr<PresetStore> presetStore);
+
+private:
+    static Task runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore, AutoClickerConfig snapshot);
+
+    void connect();
+    void startLoop();
+    void cancelLoop();
+    void refuse(std::string message);
+    void applyHotkey(const std::optional<HotkeyCombo>& combo);
+    void click(const AutoClickerConfig& snapshot);
+
+    EventLoop& loop_;
+    Published<AutoClickerRuntime> runtime_;
+    Published<std::vector<Preset>> presets_;
+    Published<bool> hasAccessibilityPermission_;
+    ClickEngine engine_;
+    MouseTracker mouseTracker_;
+    HotkeyManager& hotkey_;
+    std::unique_ptr<PresetStore> presetStore_;
+    SoundPlayer soundPlayer_;
+    std::optional<Task> loopTask_;
+    Subscription saveCancellable_;
+    /// Behind the engine: its last jobs are done before the engine goes.
+    std::unique_ptr<SerialQueue> engineQueue_;
+    std::vector<Subscription> cancellables_;
+};
+
+} // namespace velloran

@@ -1,0 +1,28 @@
+#include "engine/PermissionChecker.h"
+
+#include "platform/InputTrust.h"
+#include "platform/Platform.h"
+
+namespace velloran {
+
+using platform::Platform;
+
+bool PermissionChecker::isAccessibilityTrusted() {
+    return Platform::current().inputTrust.isTrusted();
+}
+
+bool PermissionChecker::requestAccessibilityPrompt() {
+    return Platform::current().inputTrust.requestPrompt();
+}
+
+void PermissionChecker::openAccessibilitySettings() {
+    Platform::current().inputTrust.openSettings();
+}
+
+const std::string& PermissionChecker::permissionErrorMessage() {
+    static const std::string message = "Accessibility permission is required for automated clicking. "
+                                       "Please allow Velloran in System Settings → Privacy & Security → Accessibility.";
+    return message;
+}
+
+} // namespace velloran

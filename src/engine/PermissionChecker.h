@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+namespace velloran {
+
+/// Whether this program may post synthetic input. Static operations only; main thread.
+class PermissionChecker {
+public:
+    PermissionChecker() = delete;
+
+    /// Whether synthetic input may be posted now.
+    static bool isAccessibilityTrusted();
+
+    /// Has the system ask the user; returns the trust at the time of asking.
+    static bool requestAccessibilityPrompt();
+
+    /// Opens the place where the permission is granted. Failures are silent.
+    static void openAccessibilitySettings();
+
+    /// What a refused start tells the user.
+    static const std::string& permissionErrorMessage();
+};
+
+} // namespace velloran

@@ -1,0 +1,110 @@
+#include "engine/AutoClickerStore.h"
+
+#include "base/checked.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+// The click loop of the store: a file of its own, because it is the heart of the program.
+
+namespace velloran {
+
+namespace {
+
+constexpr std::uint64_t countdownStep = 100'000'000;
+constexpr std::uint64_t stillnessPoll = 80'000'000;
+
+/// The count after which this run ends, if there is one.
+std::optional<std::int64_t> clickLimit(const AutoClickerConfig& snapshot) {
+    return snapshot.stopMode == StopMode::after_clicks ? snapshot.maxClicks : std::nullopt;
+}
+
+std::uint64_t nanoseconds(double seconds) {
+    return checkedUInt64(seconds * static_cast<double>(nanosecondsPerSecond));
+}
+
+} // namespace
+
+Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore,
+                                    AutoClickerConfig snapshot) {
+    const std::shared_ptr<AutoClickerStore> store = weakStore.lock();
+    if (!store) {
+        co_return;
+    }
+    Published<AutoClickerRuntime>& runtime = store->runtime_;
+
+    if (snapshot.startDelaySeconds > 0) {
+        const Date deadline = loop.now() + snapshot.startDelaySeconds;
+        while (loop.now() < deadline && !co_await taskIsCancelled()) {
+            const double remaining = std::max(deadline - loop.now(), 0.0);
+            runtime.modify([remaining](AutoClickerRuntime& record) { record.countdownRemaining = remaining; });
+            co_await taskSleep(countdownStep);
+        }
+        if (co_await taskIsCancelled()) {
+            co_return;
+        }
+        runtime.modify([](AutoClickerRuntime& record) { record.countdownRemaining.reset(); });
+        runtime.modify([](AutoClickerRuntime& record) { record.status = ClickerStatus::running; });
+    }
+
+    const std::optional<std::int64_t> limit = clickLimit(snapshot);
+    Date nextClick = loop.now();
+    while (!co_await taskIsCancelled()) {
+        if (limit && runtime.get().clicksCompleted >= *limit) {
+            runtime.modify([](AutoClickerRuntime& record) {
+                record.status = ClickerStatus::completed;
+                record.nextClickAt.reset();
+                record.clicksRemaining = 0;
+            });
+            co_return;
+        }
+
+        const Date now = loop.now();
+        if (nextClick > now) {
+            const std::uint64_t wait = nanoseconds(nextClick - now);
+            runtime.modify([nextClick](AutoClickerRuntime& record) { record.nextClickAt = nextClick; });
+            co_await taskSleep(wait);
+        }
+        if (co_await taskIsCancelled()) {
+            co_return;
+        }
+
+        // The gate stands directly before the click: what matters is that the mouse is still at that moment.
+        if (snapshot.requireStationaryMouse) {
+            runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = true; });
+            bool hasWaited = false;
+            while (!co_await taskIsCancelled() &&
+                   !store->mouseTracker_.hasBeenStationary(snapshot.stationarySeconds)) {
+                hasWaited = true;
+                co_await taskSleep(stillnessPoll);
+            }
+            if (co_await taskIsCancelled()) {
+                co_return;
+            }
+            runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = false; });
+            if (hasWaited) {
+                // The schedule starts anew from here, so that a long wait is not followed by a burst.
+                nextClick = loop.now();
+            }
+        }
+
+        store->click(snapshot);
+        nextClick = std::max(nextClick + snapshot.clickIntervalSeconds, loop.now());
+    }
+}
+
+void AutoClickerStore::click(const AutoClickerConfig& snapshot) {
+    engineQueue_->async([this, button = engineButton(snapshot.mouseButton)] { engine_.post(button); });
+    if (snapshot.playClickSound) {
+        soundPlayer_.playClickTick();
+    }
+    runtime_.modify([](AutoClickerRuntime& record) { record.clicksCompleted = checkedAdd(record.clicksCompleted, 1); });
+    if (const auto limit = clickLimit(snapshot)) {
+        runtime_.modify([limit](AutoClickerRuntime& record) {
+            record.clicksRemaining = std::max<std::int64_t>(checkedSubtract(*limit, record.clicksCompleted), 0);
+        });
+    }
+}
+
+} // namespace velloran
