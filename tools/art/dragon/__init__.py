@@ -1,0 +1,1 @@
+"""The drawing of the Velloran dragon: geometry, paint, parts and poses."""

@@ -1,0 +1,59 @@
+"""Tail, back spines, paws and the pointer at the tail's end."""
+
+from dragon import palette as c
+from dragon.geometry import at, closed, spread, tube, xy
+
+
+def spines(picture, centre, widths, places, side, line, height, lean=0.5):
+    """Rounded back plates along one side of a centre line; `places` are parameters, `height` a function of them."""
+    for t in places:
+        point, way = at(centre, t)
+        out = side * 1j * way
+        tall = height(t)
+        base = point + out * (spread(widths, t) - 0.12 * tall)
+        half = tall * 0.62
+        tip = base + out * tall * 1.05 + way * tall * lean
+        plate = closed(
+            (*xy(base - way * half), "c"),
+            xy(base - way * half * 0.25 + out * tall * 0.68),
+            (*xy(tip), "c"),
+            xy(base + way * half * 0.75 + out * tall * 0.3),
+            (*xy(base + way * half), "c"),
+        )
+        picture.contour(plate, line * 0.85)
+        fill = picture.linear(xy(base), xy(tip), (0, c.AMBER_DEEP), (0.6, c.AMBER), (1, c.AMBER_LIGHT))
+        picture.form(plate, fill, tall * 0.28, tall * 0.12, c.AMBER_SHADE, 0.5)
+
+
+def pointer(picture, place, line, degrees_note=None):
+    """The mouse pointer that the tail ends in; its tip at the origin, pointing to the upper left as pointers do."""
+    outline = place.closed(
+        (0, 0, "c"), (0, 62, "c"), (16, 48, "c"), (27, 72, "c"), (40, 66, "c"), (29, 43, "c"), (50, 41, "c"),
+    )
+    picture.contour(outline, line)
+    fill = picture.linear(place.xy(0, 0), place.xy(24, 60), (0, c.AMBER_LIGHT), (0.5, c.AMBER), (1, c.AMBER_DEEP))
+    picture.form(outline, fill, 7 * place.scale, 3 * place.scale, c.AMBER_SHADE, 0.5)
+
+
+def paw(picture, place, line, fill, toes=3, width=30):
+    """A foot seen from the front: one outline with toes, and amber claws; the ground is at y = 0."""
+    step = 2 * width / toes
+    pairs = [(-width * 0.86, -26), (-width * 1.06, -8)]
+    for k in range(toes):
+        left = -width + k * step
+        pairs.append((left + step * 0.25, 3))
+        pairs.append((left + step * 0.75, 3))
+        if k < toes - 1:
+            pairs.append((left + step, -3, "c"))
+    pairs += [(width * 1.06, -8), (width * 0.86, -26), (0, -36)]
+    outline = place.closed(*pairs)
+    picture.contour(outline, line)
+    picture.form(outline, fill, 9 * place.scale, 4 * place.scale)
+    for k in range(1, toes):
+        x = -width + k * step
+        picture.stroke(place.curve((x, -3), (x * 0.94, -10), (x * 0.9, -15)), c.LINE, line * 0.7)
+    for k in range(toes):
+        x = -width + (k + 0.5) * step
+        claw = place.closed((x - step * 0.24, -1, "c"), (x, -9), (x + step * 0.24, -1, "c"), (x, 5.5))
+        picture.contour(claw, line * 0.35)
+        picture.fill(claw, c.AMBER_LIGHT)

@@ -1,0 +1,124 @@
+"""An SVG picture: gradients and clip paths defined once, named groups, and parts shaded from one light."""
+
+from dragon import palette
+from dragon.geometry import number, path
+
+# The light stands above and a little to the left; both edges of every part are derived from this one direction.
+LIGHT = (-0.42, -0.91)
+
+
+class Picture:
+    """One SVG file in the making; sizes are in its own units, one per pixel of the full-size raster."""
+
+    def __init__(self, width, height, title):
+        self.width, self.height, self.title = width, height, title
+        self.defs, self.body, self.depth, self.names = [], [], 1, 0
+
+    def _name(self, stem):
+        self.names += 1
+        return f"{stem}{self.names}"
+
+    def add(self, text):
+        """Appends one element to the innermost open group."""
+        self.body.append("  " * self.depth + text)
+
+    def group(self, name=None, transform=None, opacity=None):
+        """A named group, to be used with `with`."""
+        return _Group(self, name, transform, opacity)
+
+    def linear(self, a, b, *stops):
+        """A linear gradient from point a to point b; stops are (offset, colour[, opacity])."""
+        name = self._name("shade")
+        ends = f'x1="{number(a[0])}" y1="{number(a[1])}" x2="{number(b[0])}" y2="{number(b[1])}"'
+        self._gradient("linearGradient", name, ends, stops)
+        return f"url(#{name})"
+
+    def radial(self, centre, radius, *stops):
+        """A radial gradient about a centre."""
+        name = self._name("glow")
+        ends = f'cx="{number(centre[0])}" cy="{number(centre[1])}" r="{number(radius)}"'
+        self._gradient("radialGradient", name, ends, stops)
+        return f"url(#{name})"
+
+    def _gradient(self, kind, name, ends, stops):
+        text = "".join(
+            f'<stop offset="{s[0]}" stop-color="{s[1]}"' + (f' stop-opacity="{s[2]}"' if len(s) > 2 else "") + "/>"
+            for s in stops
+        )
+        self.defs.append(f'<{kind} id="{name}" gradientUnits="userSpaceOnUse" {ends}>{text}</{kind}>')
+
+    def fill(self, outline, colour, opacity=None):
+        """A filled outline without edges."""
+        extra = f' opacity="{opacity}"' if opacity is not None else ""
+        self.add(f'<path d="{path(outline)}" fill="{colour}"{extra}/>')
+
+    def stroke(self, segments, colour, width, opacity=None):
+        """A drawn line with round ends."""
+        extra = f' opacity="{opacity}"' if opacity is not None else ""
+        self.add(
+            f'<path d="{path(segments, close=False)}" fill="none" stroke="{colour}" stroke-width="{number(width)}"'
+            f' stroke-linecap="round" stroke-linejoin="round"{extra}/>'
+        )
+
+    def contour(self, outline, weight, colour=palette.LINE):
+        """The dark line around a part: only its outer half stays visible once the part is painted."""
+        self.add(
+            f'<path d="{path(outline)}" fill="{colour}" stroke="{colour}" stroke-width="{number(2 * weight)}"'
+            ' stroke-linejoin="round"/>'
+        )
+
+    def clipped(self, outline):
+        """A group that shows only what lies inside the outline, to be used with `with`."""
+        name = self._name("inside")
+        self.defs.append(f'<clipPath id="{name}"><path d="{path(outline)}"/></clipPath>')
+        return _Group(self, None, None, None, f"url(#{name})")
+
+    def form(self, outline, fill, shade=14, rim=5, shade_colour=palette.SHADE, shade_depth=0.5, rim_strength=0.55):
+        """A part with volume: fill, a soft dark edge away from the light and a bright one towards it; lengths in units."""
+        self.fill(outline, fill)
+        with self.clipped(outline):
+            self.edges(outline, shade, rim, shade_colour, shade_depth, rim_strength)
+
+    def edges(self, outline, shade, rim, shade_colour=palette.SHADE, shade_depth=0.5, rim_strength=0.55):
+        """The two edges of `form`, for use inside `clipped` after details have been painted."""
+        steps = 6
+        for k in range(steps):
+            reach = shade * (k + 1) / steps
+            self._crescent(outline, LIGHT[0] * reach, LIGHT[1] * reach, shade_colour, shade_depth / steps)
+        if rim:
+            self._crescent(outline, -LIGHT[0] * rim * 2.4, -LIGHT[1] * rim * 2.4, palette.RIM, rim_strength * 0.3)
+            self._crescent(outline, -LIGHT[0] * rim, -LIGHT[1] * rim, palette.RIM, rim_strength * 0.7)
+
+    def _crescent(self, outline, dx, dy, colour, opacity):
+        """What of the clip lies outside the outline moved by (dx, dy)."""
+        shifted = [tuple(p + complex(dx, dy) for p in segment) for segment in outline]
+        w, h = self.width, self.height
+        frame = f"M{-w} {-h}H{2 * w}V{2 * h}H{-w}Z"
+        self.add(f'<path d="{frame}{path(shifted)}" fill-rule="evenodd" fill="{colour}" opacity="{number(opacity)}"/>')
+
+    def text(self):
+        """The whole SVG file."""
+        head = (
+            f'<svg xmlns="http://www.w3.org/2000/svg" width="{self.width}" height="{self.height}"'
+            f' viewBox="0 0 {self.width} {self.height}">\n  <title>{self.title}</title>\n'
+        )
+        defs = "  <defs>\n" + "".join(f"    {d}\n" for d in self.defs) + "  </defs>\n"
+        return head + defs + "\n".join(self.body) + "\n</svg>\n"
+
+
+class _Group:
+    """Opens a group on entry and closes it on exit."""
+
+    def __init__(self, picture, name, transform, opacity, clip=None):
+        self.picture = picture
+        values = (("id", name), ("transform", transform), ("opacity", opacity), ("clip-path", clip))
+        self.attributes = "".join(f' {key}="{value}"' for key, value in values if value is not None)
+
+    def __enter__(self):
+        self.picture.add(f"<g{self.attributes}>")
+        self.picture.depth += 1
+        return self.picture
+
+    def __exit__(self, *_):
+        self.picture.depth -= 1
+        self.picture.add("</g>")
