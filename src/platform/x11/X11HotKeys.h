@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/HotKeys.h"
+#include "platform/SystemLog.h"
+#include "platform/x11/MainConnection.h"
+#include "platform/x11/ModifierBits.h"
+#include "platform/x11/X11Keyboard.h"
+
+#include <map>
+
+namespace velloran::platform::x11 {
+
+/// Hot keys through passive key grabs. A combination is grabbed by physical key, whatever Caps Lock, Num Lock and
+/// Scroll Lock say. A combination that this program holds already counts as taken.
+class X11HotKeys final : public HotKeys {
+public:
+    X11HotKeys(MainConnection& connection, X11Keyboard& keyboard, SystemLog& log);
+    ~X11HotKeys() override;
+
+    Reference installHandler(Handler handler) override;
+    void removeHandler(Reference handler) override;
+    Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id, Reference& hotKey) override;
+    void unregisterHotKey(Reference hotKey) override;
+
+private:
+    struct Registration {
+        HotKeyId id;
+        std::uint32_t modifiers = 0;
+        xcb_keycode_t key = 0;
+        std::vector<std::uint16_t> grabbedStates;
+    };
+
+    void onEvent(const xcb_generic_event_t& event);
+    void onKeyPress(const xcb_key_press_event_t& event);
+    void callHandlers(HotKeyId id);
+    void followMapping();
+    void grabAgain(Registration& registration);
+    void holdUntilReleased(xcb_keycode_t key);
+    void checkHeldKeys();
+
+    MainConnection& connection_;
+    X11Keyboard& keyboard_;
+    SystemLog& log_;
+    ModifierBits bits_;
+    Reference lastReference_ = 0;
+    std::map<Reference, Handler> handlers_;
+    std::map<Reference, Registration> registrations_;
+    /// Keys whose press counted already, each with the number of that press.
+    std::map<xcb_keycode_t, std::uint64_t> heldKeys_;
+    std::uint64_t lastPress_ = 0;
+    bool isFollowingRequested_ = false;
+    ScheduledCall following_;
+    ScheduledCall checking_;
+    ScheduledCall releasing_;
+};
+
+} // namespace velloran::platform::x11

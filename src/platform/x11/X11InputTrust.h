@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/InputTrust.h"
+#include "platform/x11/ServerLoss.h"
+#include "platform/x11/X11PointerEvents.h"
+
+namespace velloran::platform::x11 {
+
+/// X11 has no permission to ask for: input may be posted whenever the server takes it.
+class X11InputTrust final : public InputTrust {
+public:
+    X11InputTrust(const X11PointerEvents& events, const ServerLoss& loss) : events_(events), loss_(loss) {}
+
+    bool isTrusted() override { return events_.canPost() && !loss_.isLost(); }
+
+    bool requestPrompt() override { return isTrusted(); }
+
+    void openSettings() override {}
+
+    /// The answer changes only when the server goes, which ends the program.
+    void onChanged(std::function<void()> /*changed*/) override {}
+
+private:
+    const X11PointerEvents& events_;
+    const ServerLoss& loss_;
+};
+
+} // namespace velloran::platform::x11

@@ -1,0 +1,101 @@
+#include "platform/x11/X11PointerEvents.h"
+
+#include "platform/x11/pointerQuery.h"
+
+#include <xcb/xtest.h>
+
+#include <utility>
+
+namespace velloran::platform::x11 {
+
+namespace {
+
+/// Together they take half of the library's output buffer, which is written out in one piece as long as it does not
+/// fill up.
+constexpr std::size_t mostPendingEvents = 200;
+
+bool isDown(MouseEventType type) {
+    return type == MouseEventType::leftMouseDown || type == MouseEventType::rightMouseDown ||
+           type == MouseEventType::otherMouseDown;
+}
+
+bool answersXTest(xcb_connection_t* connection) {
+    const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(connection, &xcb_test_id);
+    if (extension == nullptr || extension->present == 0) {
+        return false;
+    }
+    const XcbOwned<xcb_test_get_version_reply_t> version(xcb_test_get_version_reply(
+        connection, xcb_test_get_version(connection, XCB_TEST_MAJOR_VERSION, XCB_TEST_MINOR_VERSION), nullptr));
+    return version != nullptr;
+}
+
+} // namespace
+
+X11PointerEvents::X11PointerEvents(XcbConnection connection, ServerLoss& loss)
+    : connection_(std::move(connection)),
+      loss_(loss),
+      canPost_(answersXTest(connection_.get())),
+      mapping_(ButtonMapping::read(connection_.get())) {}
+
+std::optional<Point> X11PointerEvents::location() {
+    const std::optional<Point> point = queryPointer(connection_.get());
+    noticeLoss();
+    return point;
+}
+
+std::optional<MouseEvent> X11PointerEvents::makeMouseEvent(MouseEventType type, Point position, EventButton button) {
+    if (!canPost_ || loss_.isLost()) {
+        return std::nullopt;
+    }
+    // Reading the pointer went before, and every change that the server had told until then came along with its answer.
+    followMapping();
+    if (!mapping_.physicalButton(button)) {
+        return std::nullopt;
+    }
+    return MouseEvent{type, position, button};
+}
+
+void X11PointerEvents::post(const MouseEvent& event) {
+    pending_.push_back(event);
+    if (pending_.size() >= mostPendingEvents && !isDown(event.type)) {
+        flush();
+    }
+}
+
+void X11PointerEvents::flush() {
+    const std::vector<MouseEvent> events = std::exchange(pending_, {});
+    if (events.empty() || !canPost_ || loss_.isLost()) {
+        return;
+    }
+    // The library writes its buffer out when it is full, wherever that cuts. It starts empty here, so that all of these
+    // leave in one write: whoever is killed at any moment has sent both halves of a click or none. Press and release
+    // also name the same physical button, because the mapping is not read again in between.
+    xcb_flush(connection_.get());
+    for (const MouseEvent& event : events) {
+        if (const auto button = mapping_.physicalButton(event.button)) {
+            const std::uint8_t kind = isDown(event.type) ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE;
+            xcb_test_fake_input(connection_.get(), kind, *button, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        }
+    }
+    xcb_flush(connection_.get());
+    noticeLoss();
+}
+
+void X11PointerEvents::followMapping() {
+    bool hasChanged = false;
+    while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+        hasChanged = hasChanged || eventKind(*event) == XCB_MAPPING_NOTIFY;
+    }
+    if (hasChanged) {
+        mapping_ = ButtonMapping::read(connection_.get());
+    }
+    noticeLoss();
+}
+
+void X11PointerEvents::noticeLoss() {
+    if (xcb_connection_has_error(connection_.get()) != 0) {
+        loss_.report();
+    }
+}
+
+} // namespace velloran::platform::x11
