@@ -1,0 +1,25 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A card. What it shows is its `contentItem`, which gets all the room inside the padding and decides the card's own size.
+T.Control {
+    id: root
+
+    padding: Theme.spacing.lg
+    implicitWidth: root.implicitContentWidth + root.leftPadding + root.rightPadding
+    implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
+
+    background: RoundedFace {
+        radius: Theme.radius.card
+        fill: Theme.cardFill
+        stroke: Theme.cardStroke
+
+        SoftShadow {
+            z: -1
+            radius: Theme.radius.card
+            blur: 18
+            offsetY: 12
+            color: Theme.black(0.35)
+        }
+    }
+}

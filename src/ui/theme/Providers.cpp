@@ -1,0 +1,18 @@
+#include "Providers.h"
+
+#include "BackgroundProvider.h"
+#include "IconProvider.h"
+#include "ShadowProvider.h"
+
+#include <QQmlEngine>
+
+namespace velloran {
+
+// The engine takes ownership of each provider.
+void registerProviders(QQmlEngine& engine) {
+    engine.addImageProvider("icon", new IconProvider);
+    engine.addImageProvider("shadow", new ShadowProvider);
+    engine.addImageProvider("background", new BackgroundProvider);
+}
+
+} // namespace velloran

@@ -1,0 +1,93 @@
+pragma Singleton
+
+import QtQuick
+
+/// The one look of the program: sizes in points, colours, type and motion. A view takes every such value from here.
+QtObject {
+    id: theme
+
+    component SpacingScale: QtObject {
+        readonly property int xs: 6
+        readonly property int sm: 10
+        readonly property int md: 16
+        readonly property int lg: 22
+        readonly property int xl: 28
+    }
+
+    component RadiusScale: QtObject {
+        readonly property int field: 10
+        readonly property int card: 16
+        readonly property int button: 12
+    }
+
+    readonly property SpacingScale spacing: SpacingScale {}
+    readonly property RadiusScale radius: RadiusScale {}
+
+    readonly property color appBackground: Qt.rgba(0.039, 0.063, 0.122, 1)
+    readonly property color appBackgroundTop: Qt.rgba(0.047, 0.078, 0.149, 1)
+    readonly property color appBackgroundBot: Qt.rgba(0.027, 0.047, 0.098, 1)
+    readonly property color cardFill: Qt.rgba(0.067, 0.098, 0.176, 1)
+    readonly property color cardFillHover: Qt.rgba(0.082, 0.118, 0.212, 1)
+    readonly property color cardStroke: Qt.rgba(1, 1, 1, 0.06)
+    readonly property color cardStrokeStrong: Qt.rgba(1, 1, 1, 0.1)
+    readonly property color textPrimary: Qt.rgba(1, 1, 1, 1)
+    readonly property color textSecondary: Qt.rgba(0.64, 0.69, 0.78, 1)
+    readonly property color textMuted: Qt.rgba(0.46, 0.5, 0.6, 1)
+    readonly property color accentBlue: Qt.rgba(0.33, 0.55, 1.0, 1)
+    readonly property color accentBlueDeep: Qt.rgba(0.19, 0.42, 0.97, 1)
+    readonly property color accentBlueSoft: theme.faded(theme.accentBlue, 0.16)
+    readonly property color accentBlueBorder: theme.faded(theme.accentBlue, 0.35)
+    readonly property color statusRunning: Qt.rgba(0.27, 0.85, 0.51, 1)
+    readonly property color statusIdle: Qt.rgba(0.45, 0.6, 0.9, 1)
+    readonly property color statusDelayed: Qt.rgba(0.98, 0.74, 0.22, 1)
+    readonly property color statusCompleted: Qt.rgba(0.27, 0.85, 0.51, 1)
+    readonly property color statusError: Qt.rgba(0.98, 0.37, 0.37, 1)
+    readonly property color statusPaused: Qt.rgba(0.75, 0.55, 0.95, 1)
+    readonly property color statusArming: Qt.rgba(0.55, 0.78, 1.0, 1)
+    readonly property color fieldFill: Qt.rgba(0.051, 0.075, 0.141, 1)
+    readonly property color fieldStroke: Qt.rgba(1, 1, 1, 0.09)
+    readonly property color fieldStrokeFocus: theme.faded(theme.accentBlue, 0.6)
+
+    /// White at that opacity: hairlines and hover fills that have no name of their own.
+    function white(opacity: real): color {
+        return Qt.rgba(1, 1, 1, opacity);
+    }
+
+    /// Black at that opacity: the shadows of cards and menus.
+    function black(opacity: real): color {
+        return Qt.rgba(0, 0, 0, opacity);
+    }
+
+    /// `base` at `opacity` of its own.
+    function faded(base: color, opacity: real): color {
+        return Qt.rgba(base.r, base.g, base.b, base.a * opacity);
+    }
+
+    /// The family of all text; the desktop's own unless somebody sets another.
+    property string fontFamily: Application.font.family
+
+    /// How much larger than the drawn sizes text and icons are, for a desktop with large text.
+    property real fontScale: 1
+
+    /// Nothing moves and nothing fades while this is set.
+    property bool reducedMotion: false
+
+    /// Height in points of something drawn for `points` at the normal text size.
+    function scaled(points: real): real {
+        return points * theme.fontScale;
+    }
+
+    /// The font of `points` (1/96 inch each) in the given weight. Only whole sizes can be asked for in pixels; the others go
+    /// through typographic points, of which there are 72 in an inch.
+    function font(points: real, weight: int): font {
+        const size = theme.scaled(points);
+        if (size === Math.round(size))
+            return Qt.font({ family: theme.fontFamily, pixelSize: size, weight: weight });
+        return Qt.font({ family: theme.fontFamily, pointSize: size * 72 / 96, weight: weight });
+    }
+
+    /// Milliseconds that a transition of `seconds` takes.
+    function duration(seconds: real): int {
+        return theme.reducedMotion ? 0 : Math.round(seconds * 1000);
+    }
+}

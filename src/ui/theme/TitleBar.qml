@@ -1,0 +1,39 @@
+import QtQuick
+
+/// The band at the top of the window with the mascot and the program's name. It holds no buttons.
+Rectangle {
+    id: root
+
+    implicitWidth: row.width + 40
+    implicitHeight: Math.max(64, row.implicitHeight + 12)
+    color: Theme.faded(Theme.appBackgroundTop, 0.6)
+
+    Row {
+        id: row
+
+        x: 20
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 10
+
+        Picture {
+            name: "DragonIdle"
+            width: 52
+            height: 52
+            anchors.verticalCenter: parent.verticalCenter
+        }
+
+        BodyText {
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Velloran"
+            size: 18
+            weight: Font.DemiBold
+        }
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 1
+        color: Theme.white(0.05)
+    }
+}
