@@ -1,10 +1,10 @@
 #include "platform/qt/QtEventLoop.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-
 #include "async/ThreadQueue.h"
 #include "base/fatal.h"
+
+#include <QCoreApplication>
+#include <QEvent>
 
 #include <sys/prctl.h>
 #include <sys/timerfd.h>
@@ -33,8 +33,7 @@ std::uint64_t monotonicNow() {
 
 class NotifierWatch final : public EventLoop::Watch {
 public:
-    NotifierWatch(int fileDescriptor, EventLoop::Function function)
-        : notifier_(fileDescriptor, QSocketNotifier::Read) {
+    NotifierWatch(int fileDescriptor, EventLoop::Function function) : notifier_(fileDescriptor, QSocketNotifier::Read) {
         QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, std::move(function));
     }
 
@@ -104,7 +103,8 @@ void QtEventLoop::cancel(CallId call) {
         arm();
         return;
     }
-    const auto found = std::find_if(posted_.begin(), posted_.end(), [id](const auto& entry) { return entry.first == id; });
+    const auto found =
+        std::find_if(posted_.begin(), posted_.end(), [id](const auto& entry) { return entry.first == id; });
     if (found != posted_.end()) {
         const auto dropped = std::move(*found);
         posted_.erase(found);

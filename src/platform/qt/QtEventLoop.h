@@ -1,9 +1,9 @@
 #pragma once
 
+#include "async/EventLoop.h"
+
 #include <QObject>
 #include <QSocketNotifier>
-
-#include "async/EventLoop.h"
 
 #include <cstdint>
 #include <deque>
@@ -15,8 +15,8 @@
 namespace velloran::platform::qt {
 
 /// The event loop on the toolkit's own. Waiting goes through one timer descriptor on the monotonic clock, armed for the
-/// nearest deadline: it is ten times as punctual as the toolkit's timers. Needs the toolkit's application object, and lives
-/// on its thread.
+/// nearest deadline: it is ten times as punctual as the toolkit's timers. Needs the toolkit's application object, and
+/// lives on its thread.
 class QtEventLoop final : public QObject, public EventLoop {
 public:
     /// Ends the program with a fatal error when the system grants no timer descriptor.
