@@ -1,0 +1,26 @@
+#include "ui/recorder/HotkeyRecorderModel.h"
+
+#include "ui/recorder/KeyEventMonitor.h"
+
+namespace velloran::ui {
+
+HotkeyRecorderModel::HotkeyRecorderModel(QObject* parent) : QObject(parent) {}
+
+HotkeyRecorderModel::~HotkeyRecorderModel() = default;
+
+void HotkeyRecorderModel::toggleRecording() {
+    if (!recording_) {
+        recording_ = std::make_unique<HotkeyRecording>(
+            KeyEventMonitor::current(), [this](const HotkeyCombo& combo) { emit recorded(QVariant::fromValue(combo)); },
+            [this] { emit isRecordingChanged(); });
+    }
+    recording_->toggleRecording();
+}
+
+void HotkeyRecorderModel::stopMonitor() {
+    if (recording_) {
+        recording_->stopMonitor();
+    }
+}
+
+} // namespace velloran::ui
