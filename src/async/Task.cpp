@@ -51,6 +51,10 @@ void Task::cancel() {
     state_->cancel();
 }
 
+bool Task::Cancellation::isRequested() const {
+    return state_.isCancelled;
+}
+
 bool Task::isFinished() const {
     return state_->isFinished;
 }

@@ -11,9 +11,10 @@ namespace velloran {
 /// Handle of a cancellable coroutine that runs on the thread of an event loop.
 ///
 /// A function with this result and an `EventLoop&` as its first parameter is such a coroutine. Calling it schedules its body
-/// for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits and `co_await taskIsCancelled()` asks.
-/// Cancellation is a request: the body notices it where it asks, and a sleep under way ends early, in a later turn. Losing
-/// every handle cancels nothing. A body that is still waiting when its loop ends is destroyed with all it holds.
+/// for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits, and `co_await taskCancellation()` gives
+/// what answers whether the task has been cancelled. Cancellation is a request: the body notices it where it asks, and a sleep
+/// under way ends early, in a later turn. Losing every handle cancels nothing. A body that is still waiting when its loop ends
+/// is destroyed with all it holds.
 class Task {
     struct Frame;
     struct State;
@@ -26,8 +27,21 @@ public:
         std::uint64_t nanoseconds;
     };
 
-    /// Awaited by a task: answers whether it has been cancelled, without waiting.
+    /// Awaited by a task: gives its `Cancellation`, without waiting.
     struct CancellationQuery {};
+
+    /// Tells the body whether its task has been cancelled. A value of its own, so that conditions need not await: the
+    /// compiler destroys what is awaited behind && and || at the wrong time.
+    class Cancellation {
+    public:
+        [[nodiscard]] bool isRequested() const;
+
+    private:
+        friend struct promise_type;
+        explicit Cancellation(const State& state) : state_(state) {}
+
+        const State& state_;
+    };
 
     /// Asks the task to end. Never runs any of its body before returning, so it may be called from inside that body.
     void cancel();
@@ -46,8 +60,8 @@ inline Task::Sleep taskSleep(std::uint64_t nanoseconds) {
     return {nanoseconds};
 }
 
-/// Whether the task that awaits this has been cancelled.
-inline Task::CancellationQuery taskIsCancelled() {
+/// The cancellation of the task that awaits this.
+inline Task::CancellationQuery taskCancellation() {
     return {};
 }
 
@@ -100,10 +114,10 @@ struct Task::promise_type {
     };
 
     struct QueryAwaiter {
-        bool answer;
+        const State& state;
         [[nodiscard]] bool await_ready() const noexcept { return true; }
         void await_suspend(std::coroutine_handle<>) const noexcept {}
-        [[nodiscard]] bool await_resume() const noexcept { return answer; }
+        [[nodiscard]] Cancellation await_resume() const noexcept { return Cancellation(state); }
     };
 
     Task get_return_object() { return Task(state); }
@@ -115,7 +129,7 @@ struct Task::promise_type {
     [[noreturn]] void unhandled_exception() noexcept { std::terminate(); }
 
     SleepAwaiter await_transform(Sleep sleep) { return {*this, sleep.nanoseconds}; }
-    QueryAwaiter await_transform(CancellationQuery) const { return {state->isCancelled}; }
+    QueryAwaiter await_transform(CancellationQuery) const { return {*state}; }
 
     std::shared_ptr<State> state;
     std::weak_ptr<Frame> frame;

@@ -32,16 +32,17 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
     if (!store) {
         co_return;
     }
+    const Task::Cancellation cancellation = co_await taskCancellation();
     Published<AutoClickerRuntime>& runtime = store->runtime_;
 
     if (snapshot.startDelaySeconds > 0) {
         const Date deadline = loop.now() + snapshot.startDelaySeconds;
-        while (loop.now() < deadline && !co_await taskIsCancelled()) {
+        while (loop.now() < deadline && !cancellation.isRequested()) {
             const double remaining = std::max(deadline - loop.now(), 0.0);
             runtime.modify([remaining](AutoClickerRuntime& record) { record.countdownRemaining = remaining; });
             co_await taskSleep(countdownStep);
         }
-        if (co_await taskIsCancelled()) {
+        if (cancellation.isRequested()) {
             co_return;
         }
         runtime.modify([](AutoClickerRuntime& record) { record.countdownRemaining.reset(); });
@@ -50,7 +51,7 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
 
     const std::optional<std::int64_t> limit = clickLimit(snapshot);
     Date nextClick = loop.now();
-    while (!co_await taskIsCancelled()) {
+    while (!cancellation.isRequested()) {
         if (limit && runtime.get().clicksCompleted >= *limit) {
             runtime.modify([](AutoClickerRuntime& record) {
                 record.status = ClickerStatus::completed;
@@ -66,7 +67,7 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
             runtime.modify([nextClick](AutoClickerRuntime& record) { record.nextClickAt = nextClick; });
             co_await taskSleep(wait);
         }
-        if (co_await taskIsCancelled()) {
+        if (cancellation.isRequested()) {
             co_return;
         }
 
@@ -74,12 +75,12 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
         if (snapshot.requireStationaryMouse) {
             runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = true; });
             bool hasWaited = false;
-            while (!co_await taskIsCancelled() &&
+            while (!cancellation.isRequested() &&
                    !store->mouseTracker_.hasBeenStationary(snapshot.stationarySeconds)) {
                 hasWaited = true;
                 co_await taskSleep(stillnessPoll);
             }
-            if (co_await taskIsCancelled()) {
+            if (cancellation.isRequested()) {
                 co_return;
             }
             runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = false; });

@@ -1,0 +1,116 @@
+#include "fakes/VirtualLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace velloran::fakes {
+
+namespace {
+
+using Order = std::vector<int>;
+
+} // namespace
+
+TEST(VirtualLoop, CallsInTheOrderOfTimeThenOfAsking) {
+    VirtualLoop loop;
+    Order order;
+    loop.callAfter(20, [&] { order.push_back(3); });
+    loop.callAfter(10, [&] { order.push_back(1); });
+    loop.callAfter(10, [&] { order.push_back(2); });
+    loop.post([&] { order.push_back(0); });
+    loop.advanceNanoseconds(20);
+    EXPECT_EQ(order, (Order{0, 1, 2, 3}));
+    EXPECT_EQ(loop.elapsed(), 20U);
+}
+
+TEST(VirtualLoop, TimeIsExactInsideACall) {
+    VirtualLoop loop;
+    const Date begin = loop.now();
+    double at = 0.0;
+    loop.callAfter(1'500'000'000, [&] { at = loop.now() - begin; });
+    loop.advance(10.0);
+    EXPECT_EQ(at, 1.5);
+    EXPECT_EQ(loop.now() - begin, 10.0);
+}
+
+TEST(VirtualLoop, CancelledCallsDoNotHappen) {
+    VirtualLoop loop;
+    Order order;
+    const auto first = loop.post([&] { order.push_back(1); });
+    EventLoop::CallId third{};
+    loop.post([&] { loop.cancel(third); });
+    third = loop.post([&] { order.push_back(3); });
+    loop.cancel(first);
+    loop.cancel(EventLoop::CallId::none);
+    loop.runDue();
+    loop.cancel(first);
+    EXPECT_TRUE(order.empty());
+}
+
+TEST(VirtualLoop, SettingTheWallClockMovesNoCall) {
+    VirtualLoop loop;
+    const Date begin = loop.now();
+    bool called = false;
+    loop.callAfter(nanosecondsPerSecond, [&] { called = true; });
+    loop.shiftWallClock(3600.0);
+    EXPECT_EQ(loop.now() - begin, 3600.0);
+    loop.runDue();
+    EXPECT_FALSE(called);
+    loop.advance(1.0);
+    EXPECT_TRUE(called);
+}
+
+TEST(VirtualLoop, QueueRunsItsJobsInOrderInLaterTurns) {
+    VirtualLoop loop;
+    Order order;
+    const auto queue = loop.makeSerialQueue("some.queue");
+    EXPECT_EQ(loop.queueLabel(), "some.queue");
+    queue->async([&] { order.push_back(1); });
+    queue->async([&] { order.push_back(2); });
+    EXPECT_TRUE(order.empty());
+    loop.runDue();
+    EXPECT_EQ(order, (Order{1, 2}));
+}
+
+TEST(VirtualLoop, QueueDrainsAtItsEnd) {
+    VirtualLoop loop;
+    Order order;
+    {
+        const auto queue = loop.makeSerialQueue("some.queue");
+        queue->async([&] { order.push_back(1); });
+    }
+    EXPECT_EQ(order, Order{1});
+    EXPECT_EQ(loop.pendingCalls(), 0U);
+}
+
+TEST(VirtualLoop, WatchesHearOfTheirDescriptorWhileTheyExist) {
+    VirtualLoop loop;
+    Order order;
+    auto watch = loop.watch(5, [&] { order.push_back(5); });
+    const auto other = loop.watch(6, [&] { order.push_back(6); });
+    loop.becomeReadable(5);
+    watch.reset();
+    loop.becomeReadable(5);
+    EXPECT_EQ(order, Order{5});
+}
+
+TEST(ScheduledCall, CancelsAtItsEndAndWhenAssignedOver) {
+    VirtualLoop loop;
+    Order order;
+    {
+        const ScheduledCall call(loop, loop.post([&] { order.push_back(1); }));
+        ScheduledCall other(loop, loop.post([&] { order.push_back(2); }));
+        other = ScheduledCall(loop, loop.post([&] { order.push_back(3); }));
+        loop.runDue();
+        EXPECT_EQ(order, (Order{1, 3}));
+        other = ScheduledCall(loop, loop.post([&] { order.push_back(4); }));
+        const ScheduledCall moved = std::move(other);
+        EXPECT_EQ(loop.pendingCalls(), 1U);
+    }
+    loop.runDue();
+    EXPECT_EQ(order, (Order{1, 3}));
+}
+
+} // namespace velloran::fakes
