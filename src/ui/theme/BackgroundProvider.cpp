@@ -6,6 +6,16 @@
 #include <cmath>
 
 namespace velloran {
+namespace {
+
+// Evenly spread values in 0…1 that look like noise. Rounding against them instead of against one half hides the contour
+// lines that so slow a gradient has in eight bits.
+double threshold(int x, int y) {
+    const double value = 52.9829189 * std::fmod(0.06711056 * x + 0.00583715 * y, 1.0);
+    return value - std::floor(value);
+}
+
+} // namespace
 
 QImage BackgroundProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
     const PictureRequest request(id);
@@ -23,7 +33,10 @@ QImage BackgroundProvider::requestImage(const QString& id, QSize* size, const QS
         for (int x = 0; x < picture.width(); ++x) {
             const double distance = std::hypot(x + 0.5, y + 0.5);
             const double light = 255 * strength * std::clamp((end - distance) / (end - start), 0.0, 1.0);
-            const auto channel = [light](float value) { return static_cast<int>(std::lround(light * value)); };
+            const double bias = threshold(x, y);
+            const auto channel = [light, bias](float value) {
+                return static_cast<int>(std::floor(light * value + bias));
+            };
             const int red = channel(color.redF());
             const int green = channel(color.greenF());
             const int blue = channel(color.blueF());

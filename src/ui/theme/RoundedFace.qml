@@ -6,8 +6,6 @@ Item {
     id: root
 
     property color fill: "transparent"
-    /// Drawn instead of `fill` where there is one.
-    property Gradient gradient: null
     property color stroke: "transparent"
     property real strokeWidth: 1
     property real radius: Theme.radius.field
@@ -16,7 +14,6 @@ Item {
         anchors.fill: parent
         radius: root.radius
         color: root.fill
-        gradient: root.gradient
         antialiasing: true
     }
 

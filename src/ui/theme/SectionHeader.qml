@@ -8,46 +8,45 @@ Item {
     required property string title
     property color iconColor: Theme.accentBlue
 
-    implicitWidth: row.implicitWidth
-    implicitHeight: row.implicitHeight
+    readonly property int spacing: 10
+
+    implicitWidth: tile.width + root.spacing + label.implicitWidth
+    implicitHeight: Math.max(tile.height, label.implicitHeight)
 
     Accessible.role: Accessible.Heading
     Accessible.name: root.title
 
-    Row {
-        id: row
+    Rectangle {
+        id: tile
 
-        width: parent.width
-        spacing: 10
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.max(28, symbol.width + 8)
+        height: tile.width
+        radius: 8
+        color: Theme.faded(root.iconColor, 0.14)
+        antialiasing: true
 
-        Rectangle {
-            id: tile
+        Icon {
+            id: symbol
 
-            width: Math.max(28, symbol.width + 12)
-            height: width
-            radius: 8
-            color: Theme.faded(root.iconColor, 0.14)
-            antialiasing: true
-            anchors.verticalCenter: parent.verticalCenter
-
-            Icon {
-                id: symbol
-
-                anchors.centerIn: parent
-                name: root.icon
-                pointSize: 16
-                color: root.iconColor
-            }
+            anchors.centerIn: parent
+            name: root.icon
+            pointSize: 16
+            color: root.iconColor
         }
+    }
 
-        BodyText {
-            width: Math.min(implicitWidth, Math.max(0, row.width - tile.width - row.spacing))
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.title
-            size: 17
-            weight: Font.DemiBold
-            elide: Text.ElideRight
-            exposed: false
-        }
+    BodyText {
+        id: label
+
+        anchors.left: tile.right
+        anchors.leftMargin: root.spacing
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.title
+        size: 17
+        weight: Font.DemiBold
+        elide: Text.ElideRight
+        exposed: false
     }
 }
