@@ -3,9 +3,10 @@
 import math
 
 from dragon import palette as c
-from dragon.geometry import tube, xy
+from dragon.geometry import at as along
+from dragon.geometry import curve, tube, xy
 from dragon.head import head
-from dragon.limbs import pointer, spines
+from dragon.limbs import leg, pointer, spines
 from dragon.paint import Picture
 from dragon.place import Place
 from dragon.wing import wing
@@ -17,8 +18,8 @@ ANCHOR = (290, 268)
 ELBOW, WRIST = (62, -14), (118, 26)
 TIPS = [(238, 6), (214, -84), (138, -124)]
 ROOT = (6, -92)
-FORWARD = complex(0.80, -0.36)
-SIDEWAYS = complex(-0.62, 0.20)
+FORWARD = complex(0.70, -0.26)
+SIDEWAYS = complex(-0.74, -0.16)
 UP = complex(0, -1)
 
 
@@ -39,18 +40,24 @@ def spread_wing(picture, shoulder, lift, bend, fold, far):
     )
 
 
-def leg(p, place, points, widths, fill, foot, far=False):
-    """A tucked leg with a small paw at its end."""
-    limb = place.tube(points, widths)
-    p.contour(limb, LINE)
-    p.form(limb, fill, 12, 4)
+def tucked(p, place, points, widths, fill, foot):
+    """A tucked leg with a small paw at its end; a gradient given as stops lets it grow out of the body."""
+    pairs = [place.xy(*q) for q in points]
+    if isinstance(fill, tuple):
+        leg(p, pairs, widths, LINE, fill, start=0.25, shade=12)
+        fill = p.linear(pairs[-2], pairs[-1], (0, c.BODY), (1, c.BODY_DEEP))
+    else:
+        limb = tube(curve(*pairs), widths)
+        p.contour(limb, LINE)
+        p.form(limb, fill, 12, 3)
     x, y, degrees = foot
-    out = Place(*place.xy(x, y), place.scale, degrees)
-    shape = out.closed((-17, -10), (-4, -18), (14, -16), (23, -9), (21, -1, "c"), (23, 6), (14, 14), (-6, 16), (-18, 8))
+    out = Place(*place.xy(x, y), 1, degrees)
+    flip = -1 if degrees > 90 else 1
+    shape = out.closed(*[(px, flip * py) for px, py in ((-17, -10), (-4, -18), (14, -16), (23, -9), (21, -1, "c")[:2], (23, 6), (14, 14), (-6, 16), (-18, 8))])
     p.contour(shape, LINE)
     p.form(shape, fill, 8, 3)
-    for cx, cy in ((23, -6), (22, 6)):
-        claw = out.closed((cx - 3, cy - 4.5, "c"), (cx + 9, cy + 1, "c"), (cx - 3, cy + 4.5, "c"))
+    for cx, cy in ((20, -11), (24, -1), (20, 10)):
+        claw = out.closed((cx - 4, cy - 4.5, "c"), (cx + 9, cy + 1, "c"), (cx - 4, cy + 4.5, "c"))
         p.contour(claw, LINE * 0.5)
         p.fill(claw, c.AMBER_LIGHT)
 
@@ -67,47 +74,40 @@ def draw(title="DragonFly", lift=44.0, bend=26.0, fold=0.0, pitch=0.0, sway=0.0,
         return [(*at(q[0], q[1]), *q[2:]) for q in pairs]
 
     with p.group("wing-far"):
-        spread_wing(p, here.point(*at(330, 250)), lift, bend, fold, True)
-    tail_line = here.curve(*ats(
-        (250, 300), (190, 326), (132, 342 + sway * 0.1), (78, 326 + sway * 0.4), (56, 282 + sway * 0.8), (74, 236 + sway)))
-    tail_widths = [52, 44, 30, 20, 13, 8]
+        spread_wing(p, here.point(*at(322, 250)), lift, bend, fold, True)
+    spine = here.curve(*ats(
+        (364, 254), (304, 268), (236, 300), (174, 332), (114, 344 + sway * 0.15), (66, 318 + sway * 0.5),
+        (50, 268 + sway)))
+    girth = [44, 60, 54, 36, 23, 14, 8]
     with p.group("tail"):
-        tail_end = tail_line[-1][3]
-        tip = Place(tail_end.real - 32, tail_end.imag - 64, 0.95)
-        pointer(p, tip, LINE)
-        tail = tube(tail_line, tail_widths)
-        p.contour(tail, LINE)
+        end = spine[-1][3]
+        pointer(p, Place(end.real - 32, end.imag - 66, 0.98), LINE)
+    body = tube(spine, girth, steps=18)
+    p.contour(body, LINE)
     with p.group("spines"):
-        spines(p, tail_line, tail_widths, [0.36, 0.5, 0.63, 0.75, 0.87], 1, LINE, lambda t: 30 - 18 * t)
-        back = here.curve(*ats((322, 214), (282, 226), (236, 258), (196, 290)))
-        spines(p, back, [0, 0], [0.2, 0.5, 0.8], -1, LINE, lambda t: 30)
-    body = here.closed(*ats(
-        (330, 206), (282, 222), (232, 258), (188, 296), (180, 336), (214, 362), (268, 362), (322, 346), (366, 312),
-        (384, 262), (368, 222)))
+        spines(p, spine, girth, [0.2, 0.31, 0.42, 0.53, 0.64, 0.74, 0.84], 1, LINE, lambda t: 38 - 30 * t)
     with p.group("body"):
-        far_fill = p.linear(here.xy(40, 40), here.xy(60, 120), (0, c.FAR_BODY), (1, c.FAR_DEEP))
-        leg(p, here, ats((352, 312), (372, 336), (388, 340)), [20, 16, 12], far_fill, (*at(396, 340), 20 + legs))
-        leg(p, here, ats((232, 344), (196, 372), (172, 376)), [24, 17, 12], far_fill, (*at(166, 380), 160 + legs))
-        p.contour(body, LINE)
-        p.fill(tail, p.linear(here.xy(*at(200, 280)), here.xy(*at(70, 360)), (0, c.BODY), (1, c.BODY_DEEP)))
-        with p.clipped(tail):
-            p.edges(tail, 16, 5)
-        p.fill(body, p.linear(here.xy(*at(250, 220)), here.xy(*at(290, 370)), (0, c.BODY_LIGHT), (0.4, c.BODY), (1, c.BODY_DEEP)))
+        far = p.linear(here.xy(*at(0, 300)), here.xy(*at(0, 390)), (0, c.FAR_BODY), (1, c.FAR_DEEP))
+        tucked(p, here, ats((356, 304), (372, 334), (392, 342)), [20, 16, 12], far, (*at(400, 343), 24 + legs))
+        tucked(p, here, ats((226, 346), (190, 366), (166, 366)), [24, 17, 12], far, (*at(158, 368), 166 + legs))
+        p.fill(body, p.linear(here.xy(*at(250, 220)), here.xy(*at(280, 380)), (0, c.BODY_LIGHT), (0.4, c.BODY), (1, c.BODY_DEEP)))
         with p.clipped(body):
-            belly = here.closed(*ats((384, 220), (352, 262), (316, 300), (262, 330), (190, 340), (200, 380), (300, 380), (400, 320), (410, 250)))
-            p.fill(belly, p.linear(here.xy(*at(330, 260)), here.xy(*at(330, 370)), (0, c.BELLY_LIGHT), (0.5, c.BELLY), (1, c.BELLY_DEEP)))
-            for a, b in (((236, 326), (246, 370)), ((272, 318), (288, 366)), ((304, 302), (328, 352)), ((332, 280), (362, 326))):
-                middle = ((a[0] + b[0]) / 2 + 8, (a[1] + b[1]) / 2 - 4)
-                p.stroke(here.curve(*ats(a, middle, b)), c.AMBER_SHADE, 3, 0.4)
+            under = here.curve(*ats((386, 288), (320, 326), (246, 356), (178, 372), (116, 372 + sway * 0.15)))
+            belly = tube(under, [46, 38, 28, 17, 6], steps=10)
+            p.fill(belly, p.linear(here.xy(*at(300, 300)), here.xy(*at(310, 370)), (0, c.BELLY_LIGHT), (0.5, c.BELLY), (1, c.BELLY_DEEP)))
+            for t in (0.16, 0.3, 0.43, 0.55, 0.67):
+                middle, way = along(under, t)
+                across = 1j * way * 50
+                p.stroke(curve(xy(middle - across), xy(middle + way * 9), xy(middle + across)), c.AMBER_SHADE, 3, 0.38)
             p.edges(body, 22, 6)
-            p.fill(here.oval(*at(388, 244), 82, 66), c.SHADE, 0.32)
-    with p.group("body"):
-        near = p.linear(here.xy(-60, 40), here.xy(-40, 120), (0, c.BODY_LIGHT), (0.35, c.BODY), (1, c.BODY_DEEP))
-        leg(p, here, ats((212, 318), (206, 352), (170, 384), (146, 386)), [40, 36, 20, 14], near, (*at(136, 390), 164 + legs))
-        leg(p, here, ats((300, 306), (312, 346), (338, 356)), [26, 21, 15], near, (*at(350, 358), 16 + legs))
+            thrown = here.oval(*at(384, 262), 84, 58)
+            p.fill(thrown, p.radial(here.xy(*at(384, 262)), 84, (0, c.SHADE, 0.6), (0.8, c.SHADE, 0.45), (1, c.SHADE, 0.12)))
+        near = (0, c.BODY, 0), (0.25, c.BODY), (1, c.BODY_DEEP)
+        tucked(p, here, ats((218, 312), (204, 350), (166, 382), (142, 384)), [40, 34, 19, 13], near, (*at(132, 387), 166 + legs))
+        tucked(p, here, ats((304, 300), (308, 342), (338, 356)), [28, 21, 14], near, (*at(350, 358), 18 + legs))
     with p.group("wing-near"):
-        spread_wing(p, here.point(*at(282, 262)), lift, bend, fold, False)
-    head(p, Place(396, 206, 0.88, -4), LINE)
+        spread_wing(p, here.point(*at(284, 258)), lift, bend, fold, False)
+    head(p, Place(394, 222, 0.86, -5), LINE)
     with p.group("anchor"):
         p.add(f'<circle cx="{ANCHOR[0]}" cy="{ANCHOR[1]}" r="1" fill="none"/>')
     return p
@@ -120,9 +120,9 @@ def frames():
         rising = max(0.0, math.sin(phase))
         yield draw(
             f"DragonFly{k + 1}",
-            lift=12 - 46 * math.cos(phase),
+            lift=20 - 42 * math.cos(phase),
             bend=-34 * math.sin(phase) + 8,
-            fold=0.75 * rising,
+            fold=0.6 * rising,
             pitch=-2.5 * math.sin(phase + 0.6),
             sway=22 * math.sin(phase - 0.9),
             legs=6 * math.sin(phase - 0.5),

@@ -40,6 +40,18 @@ class Picture:
         self._gradient("radialGradient", name, ends, stops)
         return f"url(#{name})"
 
+    def pool(self, centre, radii):
+        """A round shadow that fades out, flattened to the two radii."""
+        name = self._name("pool")
+        x, y = centre
+        self.defs.append(
+            f'<radialGradient id="{name}" gradientUnits="userSpaceOnUse" cx="0" cy="0" r="1"'
+            f' gradientTransform="translate({x} {y}) scale({radii[0]} {radii[1]})"><stop offset="0" stop-color="#000"'
+            ' stop-opacity="0.55"/><stop offset="0.6" stop-color="#000" stop-opacity="0.36"/>'
+            '<stop offset="1" stop-color="#000" stop-opacity="0"/></radialGradient>'
+        )
+        return f"url(#{name})"
+
     def _gradient(self, kind, name, ends, stops):
         text = "".join(
             f'<stop offset="{s[0]}" stop-color="{s[1]}"' + (f' stop-opacity="{s[2]}"' if len(s) > 2 else "") + "/>"
@@ -85,9 +97,9 @@ class Picture:
         for k in range(steps):
             reach = shade * (k + 1) / steps
             self._crescent(outline, LIGHT[0] * reach, LIGHT[1] * reach, shade_colour, shade_depth / steps)
-        if rim:
-            self._crescent(outline, -LIGHT[0] * rim * 2.4, -LIGHT[1] * rim * 2.4, palette.RIM, rim_strength * 0.3)
-            self._crescent(outline, -LIGHT[0] * rim, -LIGHT[1] * rim, palette.RIM, rim_strength * 0.7)
+        for k in range(4 if rim else 0):
+            reach = -rim * (2.6 - 0.62 * k)
+            self._crescent(outline, LIGHT[0] * reach, LIGHT[1] * reach, palette.RIM, rim_strength * (0.14, 0.2, 0.3, 0.4)[k])
 
     def _crescent(self, outline, dx, dy, colour, opacity):
         """What of the clip lies outside the outline moved by (dx, dy)."""

@@ -1,7 +1,7 @@
 """A bat wing from its joints: membrane with scalloped edge, arm, fingers and thumb claw."""
 
 from dragon import palette as c
-from dragon.geometry import curve, closed, path, tube, xy
+from dragon.geometry import closed, curve, side, tube, xy
 
 
 def scallop(a, b, towards, depth):
@@ -35,13 +35,15 @@ def wing(picture, shoulder, elbow, wrist, tips, root, line, size, far=False, bow
             picture.fill(fold, c.AMBER_SHADE, 0.16)
         picture.edges(membrane, 10 * size, 3 * size, c.AMBER_SHADE, 0.4, 0.5)
         if far:
-            picture.fill(membrane, c.SHADE, 0.34)
-    skin = (c.FAR_BODY, c.FAR_DEEP) if far else (c.BODY_LIGHT, c.BODY)
+            picture.fill(membrane, c.AMBER_SHADE, 0.5)
+    skin = (c.FAR_BODY, c.FAR_DEEP, c.FAR_DEEP) if far else (c.BODY_LIGHT, c.BODY, "#5a9afa")
     for finger in reversed(fingers):
         bone = tube(finger, [5.6 * size, 4 * size, 2.2 * size], steps=5)
         picture.contour(bone, line * 0.5)
         picture.fill(bone, picture.linear(xy(wrist), xy(finger[-1][3]), (0, skin[1]), (1, skin[0])))
-    arm = tube(curve(xy(shoulder), xy(elbow), xy(wrist)), [15 * size, 11 * size, 8 * size], steps=5)
+    bone_line = curve(xy(shoulder), xy(elbow), xy(wrist))
+    arm_widths = [17 * size, 11 * size, 8 * size]
+    arm = tube(bone_line, arm_widths, steps=5)
     claw_way = (wrist - elbow) / abs(wrist - elbow)
     claw = tube(
         curve(xy(wrist), xy(wrist + claw_way * 15 * size), xy(wrist + claw_way * 24 * size - 1j * claw_way * 7 * size)),
@@ -49,8 +51,8 @@ def wing(picture, shoulder, elbow, wrist, tips, root, line, size, far=False, bow
     )
     picture.contour(claw, line * 0.8)
     picture.form(claw, c.AMBER_LIGHT, 5 * size, 2 * size, c.AMBER_SHADE)
-    picture.contour(arm, line)
-    picture.form(arm, picture.linear(xy(shoulder), xy(wrist), (0, skin[1]), (1, skin[0])), 9 * size, 4 * size)
-
-
-__all__ = ["wing", "path"]
+    for sign in (-1, 1):
+        edge = side(bone_line, arm_widths, sign, 12)[3:]
+        picture.stroke(curve(*[xy(p) for p in edge]), c.LINE, 2 * line)
+    skin_fill = picture.linear(xy(shoulder), xy(wrist), (0, skin[2]), (0.3, skin[1]), (1, skin[0]))
+    picture.form(arm, skin_fill, 9 * size, 0)
