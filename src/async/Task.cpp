@@ -60,10 +60,10 @@ bool Task::isFinished() const {
 }
 
 void Task::promise_type::Start::await_suspend(std::coroutine_handle<> handle) const {
-    auto frame = std::make_shared<Frame>();
-    frame->handle = handle;
-    promise.frame = frame;
-    promise.state->scheduleStep(std::move(frame));
+    auto owner = std::make_shared<Frame>();
+    owner->handle = handle;
+    promise.frame = owner;
+    promise.state->scheduleStep(std::move(owner));
 }
 
 void Task::promise_type::SleepAwaiter::await_suspend(std::coroutine_handle<>) const {
