@@ -1,0 +1,75 @@
+#include "platform/pulse/TickPlacement.h"
+
+#include "platform/pulse/TickSample.h"
+
+#include <algorithm>
+
+namespace velloran::platform::pulse {
+
+namespace {
+
+constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+
+/// For the way to the server, and for what the reports are off.
+constexpr std::int64_t margin = tickRate * 12 / 1000;
+
+/// How much of the margin may be used up before a tick counts as late.
+constexpr std::int64_t tolerance = tickRate * 6 / 1000;
+
+/// Ticks that catch up start this far from each other: far enough to be told apart, and closer than ticks ever come in.
+constexpr std::int64_t closest = tickRate * 5 / 1000;
+
+std::int64_t frames(std::int64_t nanoseconds) {
+    return nanoseconds * static_cast<std::int64_t>(tickRate) / nanosecondsPerSecond;
+}
+
+} // namespace
+
+TickPlacement::TickPlacement(std::int64_t tickLength) : tickLength_(tickLength) {}
+
+void TickPlacement::update(const Report& report) {
+    report_ = report;
+    // It only grows: a delay that changes to and fro would shift the ticks against each other.
+    delay_ = std::max(delay_, report.waiting - report.heard + margin);
+}
+
+std::optional<std::int64_t> TickPlacement::place(std::int64_t moment, std::int64_t now) {
+    if (now - moment > longestDelay) {
+        return std::nullopt;
+    }
+    std::int64_t place = target(moment, now);
+    if (last_) {
+        place = std::max(place, *last_ + closest);
+    }
+    if (place - target(now, now) > frames(longestDelay)) {
+        return std::nullopt;
+    }
+    last_ = place;
+    return place;
+}
+
+std::optional<TickPlacement::Range> TickPlacement::restOfTick(std::int64_t moment, std::int64_t now) const {
+    if (!last_ || !report_) {
+        return std::nullopt;
+    }
+    const Range rest{target(moment, now), *last_ + tickLength_};
+    // One that has not begun is not under way.
+    if (rest.begin < *last_ || rest.begin >= rest.end) {
+        return std::nullopt;
+    }
+    return rest;
+}
+
+std::int64_t TickPlacement::heardAt(std::int64_t moment) const {
+    return report_->isRunning ? report_->heard + frames(moment - report_->moment) : report_->heard;
+}
+
+std::int64_t TickPlacement::target(std::int64_t moment, std::int64_t now) const {
+    if (!report_) {
+        return 0;
+    }
+    const std::int64_t earliest = heardAt(now) + delay_ - tolerance;
+    return std::max<std::int64_t>({heardAt(moment) + delay_, earliest, 0});
+}
+
+} // namespace velloran::platform::pulse

@@ -1,0 +1,125 @@
+#include "platform/pulse/TickPlayer.h"
+
+#include <pthread.h>
+
+#include <chrono>
+#include <csignal>
+#include <utility>
+
+namespace velloran::platform::pulse {
+
+namespace {
+
+/// Between two attempts to reach a server, in nanoseconds.
+constexpr std::int64_t timeBetweenAttempts = 1'000'000'000;
+
+/// More than ever gather while the thread does its work.
+constexpr std::size_t mostCommands = 256;
+
+std::int64_t monotonicNow() {
+    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace
+
+TickPlayer::TickPlayer() : loop_(pa_mainloop_new()) {}
+
+TickPlayer::~TickPlayer() {
+    if (thread_.joinable()) {
+        {
+            const std::lock_guard lock(mutex_);
+            isEnding_ = true;
+        }
+        pa_mainloop_wakeup(loop_);
+        thread_.join();
+    }
+    if (loop_ != nullptr) {
+        pa_mainloop_free(loop_);
+    }
+}
+
+void TickPlayer::play() {
+    if (loop_ == nullptr) {
+        return;
+    }
+    if (!thread_.joinable()) {
+        startThread();
+    }
+    give(Action::play);
+}
+
+void TickPlayer::stop() {
+    if (thread_.joinable()) {
+        give(Action::stop);
+    }
+}
+
+void TickPlayer::give(Action action) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (commands_.size() >= mostCommands) {
+            return;
+        }
+        commands_.push_back({action, monotonicNow()});
+    }
+    pa_mainloop_wakeup(loop_);
+}
+
+void TickPlayer::startThread() {
+    // Signals to the process are the main thread's business. A new thread starts with the mask of the one that makes
+    // it.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    thread_ = std::thread([this] { work(); });
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    pthread_setname_np(thread_.native_handle(), "velloran.sound");
+}
+
+void TickPlayer::work() {
+    std::vector<Command> commands;
+    while (pa_mainloop_iterate(loop_, 1, nullptr) >= 0) {
+        {
+            const std::lock_guard lock(mutex_);
+            if (isEnding_) {
+                break;
+            }
+            commands.swap(commands_);
+        }
+        for (const Command& command : commands) {
+            obey(command);
+        }
+        commands.clear();
+        tidyUp();
+    }
+    connection_.reset();
+}
+
+void TickPlayer::obey(const Command& command) {
+    tidyUp();
+    if (command.action == Action::stop) {
+        if (connection_) {
+            connection_->stop(command.moment);
+        }
+        return;
+    }
+    if (!connection_ && command.moment >= nextAttempt_) {
+        connection_.emplace(*pa_mainloop_get_api(loop_));
+    }
+    if (connection_) {
+        connection_->tick(command.moment);
+    }
+}
+
+void TickPlayer::tidyUp() {
+    if (!connection_ || connection_->state() == TickConnection::State::inUse) {
+        return;
+    }
+    if (connection_->state() == TickConnection::State::lost) {
+        nextAttempt_ = monotonicNow() + timeBetweenAttempts;
+    }
+    connection_.reset();
+}
+
+} // namespace velloran::platform::pulse
