@@ -2,7 +2,7 @@
 
 #include "ui/recorder/KeyEventMonitor.h"
 
-namespace velloran::ui {
+namespace velloran {
 
 HotkeyRecorderModel::HotkeyRecorderModel(QObject* parent) : QObject(parent) {}
 
@@ -23,4 +23,4 @@ void HotkeyRecorderModel::stopMonitor() {
     }
 }
 
-} // namespace velloran::ui
+} // namespace velloran

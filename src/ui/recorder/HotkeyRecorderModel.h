@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace velloran::ui {
+namespace velloran {
 
 /// What the recorder shows and does. Recording needs a `KeyEventMonitor` to exist.
 class HotkeyRecorderModel : public QObject {
@@ -38,4 +38,4 @@ private:
     std::unique_ptr<HotkeyRecording> recording_;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

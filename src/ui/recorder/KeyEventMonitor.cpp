@@ -12,7 +12,7 @@
 #include <optional>
 #include <utility>
 
-namespace velloran::ui {
+namespace velloran {
 
 namespace {
 
@@ -166,4 +166,4 @@ void KeyEventMonitor::filterWhileNeeded() {
     }
 }
 
-} // namespace velloran::ui
+} // namespace velloran

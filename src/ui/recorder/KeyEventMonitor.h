@@ -12,7 +12,7 @@ namespace velloran::platform {
 class KeyCharacters;
 }
 
-namespace velloran::ui {
+namespace velloran {
 
 /// Takes key presses out of the toolkit's event stream, those included that would move the focus or trigger a shortcut.
 /// A key whose press was taken stays taken until it is let go: neither its repeats nor its release reach anybody. Needs
@@ -53,4 +53,4 @@ private:
     bool isFiltering_ = false;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

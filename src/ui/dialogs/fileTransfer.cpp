@@ -1,0 +1,31 @@
+#include "ui/dialogs/fileTransfer.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace velloran {
+
+std::optional<QByteArray> readWholeFile(const QString& path) {
+    if (!QFileInfo(path).isFile()) {
+        return std::nullopt;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QByteArray content = file.read(longestFile + 1);
+    if (file.error() != QFileDevice::NoError || content.size() > longestFile) {
+        return std::nullopt;
+    }
+    return content;
+}
+
+bool writeWholeFile(const QString& path, const QByteArray& bytes) {
+    QSaveFile file(path);
+    // A folder in which no second file may be made, as a document portal's, still takes the bytes.
+    file.setDirectWriteFallback(true);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+}
+
+} // namespace velloran

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ui/shell/WindowButtonLayout.h"
+
+#include <QDBusVariant>
+#include <QObject>
+#include <QStringList>
+#include <QtQmlIntegration>
+
+namespace velloran {
+
+/// The window buttons of the desktop that is running. Starts with what can be known at once and follows the desktop's
+/// answer and its later changes; waits for neither.
+class DesktopWindowButtons : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    /// Names of the buttons at the left end ("minimize", "maximize", "close"), from left to right.
+    Q_PROPERTY(QStringList left READ left NOTIFY changed FINAL)
+    /// The same for the right end.
+    Q_PROPERTY(QStringList right READ right NOTIFY changed FINAL)
+
+public:
+    explicit DesktopWindowButtons(QObject* parent = nullptr);
+
+    [[nodiscard]] QStringList left() const;
+    [[nodiscard]] QStringList right() const;
+
+signals:
+    void changed();
+
+private slots:
+    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    void readKWinLayout();
+    void askSettingsPortal();
+    void setLayout(WindowButtonLayout layout);
+
+    WindowButtonLayout layout_ = WindowButtonLayout::standard();
+};
+
+} // namespace velloran
