@@ -14,13 +14,14 @@ def horn(picture, place, points, widths, line, far=False):
     fill = picture.linear(root, tip, (0, c.AMBER_DEEP), (0.4, c.AMBER), (1, c.AMBER_LIGHT))
     picture.fill(outline, fill)
     centre = place.curve(*points)
-    with picture.clipped(outline):
+    with picture.clipped(outline, fits=True):
         for t in (0.34, 0.52, 0.68):
             middle, way = at(centre, t)
-            half = spread(widths, t) * place.scale * 1.2
+            half = spread(widths, t) * place.scale * (0.9 if picture.plain else 1.2)
             a, b = middle + 1j * way * half, middle - 1j * way * half
             bow = middle - way * half * 0.45
             picture.stroke(curve(xy(a), xy(bow), xy(b)), c.AMBER_SHADE, 2.2 * place.scale, 0.35)
+    with picture.clipped(outline):
         picture.edges(outline, 9 * place.scale, 3.5 * place.scale, c.AMBER_SHADE, 0.55, 0.5)
         if far:
             picture.fill(outline, c.SHADE, 0.22)
@@ -84,16 +85,18 @@ def head(picture, place, line, look=(0.16, 0.08)):
         picture.contour(skull, line)
         fill = picture.radial(place.xy(-14, -46), 172 * s, (0, c.BODY_LIGHT), (0.5, c.BODY), (1, c.BODY_DEEP))
         picture.fill(skull, fill)
+        jaw = [*place.curve((4, 50), (14, 62), (36, 70), (60, 72), (88, 66), (121, 40)), *skull[6:9]]
+        back = place.curve((44, 90), (24, 78), (4, 50))
+        cream = picture.linear(place.xy(50, 56), place.xy(40, 96), (0, c.BELLY_LIGHT), (0.5, c.BELLY), (1, c.BELLY_DEEP))
+        picture.fill([*jaw, *back], cream)
+        picture.stroke(back, c.LINE, 2 * s, 0.35)
+        snout = picture.radial(place.xy(78, 22), 38 * s, (0, c.BODY_LIGHT, 0.95), (0.6, c.BODY_LIGHT, 0.4), (1, c.BODY_LIGHT, 0))
+        picture.fill(place.oval(78, 28, 36, 32), snout)
+        blush = picture.radial(place.xy(-34, 42), 27 * s, (0, c.AMBER_DEEP, 0.55), (0.5, c.AMBER_DEEP, 0.3), (1, c.AMBER_DEEP, 0))
+        picture.fill(place.oval(-34, 42, 27, 24), blush)
+        for x, y, r in ((-66, -22, 6), (-52, -42, 7.5), (-76, 0, 4.5)):
+            picture.fill(place.oval(x, y, r * 1.15, r, -30), c.RIM, 0.3)
         with picture.clipped(skull):
-            chin = place.closed((2, 48, "c"), (14, 62), (36, 70), (60, 72), (88, 66), (130, 46, "c"), (130, 96), (60, 112), (18, 100), (4, 76))
-            cream = picture.linear(place.xy(50, 56), place.xy(40, 96), (0, c.BELLY_LIGHT), (0.5, c.BELLY), (1, c.BELLY_DEEP))
-            picture.fill(chin, cream)
-            snout = picture.radial(place.xy(84, 22), 46 * s, (0, c.BODY_LIGHT, 0.95), (0.6, c.BODY_LIGHT, 0.4), (1, c.BODY_LIGHT, 0))
-            picture.fill(place.oval(82, 30, 46, 34), snout)
-            blush = picture.radial(place.xy(-34, 42), 27 * s, (0, c.AMBER_DEEP, 0.55), (0.5, c.AMBER_DEEP, 0.3), (1, c.AMBER_DEEP, 0))
-            picture.fill(place.oval(-34, 42, 27, 24), blush)
-            for x, y, r in ((-66, -22, 6), (-52, -42, 7.5), (-76, 0, 4.5)):
-                picture.fill(place.oval(x, y, r * 1.15, r, -30), c.RIM, 0.3)
             picture.edges(skull, 20 * s, 6 * s)
         eye(picture, place, 16, -10, 30, 37, look, 4, line)
         eye(picture, place, 74, -12, 18, 33, look, 2, line)

@@ -54,8 +54,7 @@ def torso(p):
 def draw():
     """The picture."""
     p = Picture(480, 480, "DragonIdle")
-    near = (0, c.BODY, 0), (0.22, c.BODY, 1), (1, c.BODY_DEEP)
-    solid = (0, c.BODY), (0.3, c.BODY), (1, c.BODY_DEEP)
+    solid = (0, c.BODY_FLANK), (0.3, c.BODY), (1, c.BODY_DEEP)
     with p.group("shadow"):
         shadow(p)
     with p.group("wing-far"):
@@ -64,12 +63,12 @@ def draw():
     with p.group("body"):
         paw(p, Place(364, 441, 0.8), LINE, p.linear((354, 404), (354, 440), (0, c.FAR_BODY), (1, c.FAR_DEEP)))
         torso(p)
-        leg(p, ((332, 318), (336, 376), (333, 428)), [22, 21, 19], LINE, solid, start=0.12)
+        leg(p, ((332, 318), (336, 376), (333, 428)), [24, 21, 19], LINE, solid, (0.3, 0.04))
         paw(p, Place(336, 448, 0.86), LINE, p.linear((320, 410), (320, 446), (0, c.BODY), (1, c.BODY_DEEP)))
     with p.group("wing-near"):
         wing(p, 206 + 306j, 150 + 266j, 118 + 196j, [38 + 206j, 42 + 270j, 84 + 318j], 164 + 342j, LINE, 1)
     with p.group("body"):
-        leg(p, ((244, 318), (262, 374), (264, 430)), [36, 25, 20, 22], LINE, near, start=0.2, shade=16)
+        leg(p, ((244, 318), (262, 374), (264, 430)), [36, 25, 20, 22], LINE, solid, (0.08, 0.24), shade=16)
         paw(p, Place(266, 452, 0.95), LINE, p.linear((260, 412), (260, 450), (0, c.BODY), (1, c.BODY_DEEP)))
         haunch = closed((152, 358), (188, 344), (216, 366), (222, 410), (202, 442), (160, 442), (134, 414), (134, 380))
         p.contour(haunch, LINE)

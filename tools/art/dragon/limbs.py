@@ -44,13 +44,15 @@ def pointer_outline(place):
     )
 
 
-def leg(picture, pairs, widths, line, stops, start=0.3, shade=14):
-    """A leg that grows out of the body without a line at its top; `stops` is the gradient from top to foot."""
+def leg(picture, pairs, widths, line, stops, starts=(0.3, 0.3), shade=14):
+    """A leg that grows out of the body without a line at its top.
+
+    `starts` tells where the lines of its two sides begin (left of its course first); `stops` is the gradient from top to foot."""
     centre = curve(*pairs)
     outline = tube(centre, widths)
-    steps = 12
-    for sign in (-1, 1):
-        edge = side(centre, widths, sign, steps)[int(start * steps):]
+    steps = 20
+    for sign, start in zip((-1, 1), starts):
+        edge = side(centre, widths, sign, steps)[int(start * steps) :]
         picture.stroke(curve(*[xy(p) for p in edge]), c.LINE, 2 * line)
     top, foot = pairs[0], pairs[-1]
     fill = picture.linear((top[0], top[1] - widths[0]), foot, *stops)

@@ -1,17 +1,29 @@
-"""Logo: the head with the pointer that the tail ends in; 512 x 512."""
+"""Logo: the head, and under it the tail that ends in the pointer; 512 x 512, in colour and in one colour."""
 
+from dragon import palette as c
+from dragon.geometry import curve, tube
 from dragon.head import head
-from dragon.limbs import pointer
+from dragon.limbs import pointer, spines
 from dragon.paint import Picture
 from dragon.place import Place
 
 LINE = 7
+HEAD = Place(266, 216, 1.36, 0)
+POINTER = Place(366, 338, 2.05)
+TAIL = ((168, 290), (134, 350), (160, 416), (240, 460), (340, 482), (430, 474))
+GIRTH = [36, 35, 28, 20, 14, 10]
 
 
-def draw():
-    """The picture."""
-    p = Picture(512, 512, "Logo")
-    head(p, Place(262, 290, 1.66, 0), LINE)
-    with p.group("pointer"):
-        pointer(p, Place(352, 372, 1.9), LINE)
+def draw(title="Logo", plain=False):
+    """The picture; plain for renderers that know paths and gradients only."""
+    p = Picture(512, 512, title, plain)
+    centre = curve(*TAIL)
+    tail = tube(centre, GIRTH)
+    with p.group("tail"):
+        pointer(p, POINTER, LINE)
+        p.contour(tail, LINE)
+        with p.group("spines"):
+            spines(p, centre, GIRTH, [0.2, 0.36, 0.51], 1, LINE, lambda t: 48 - 40 * t, 0.3)
+        p.form(tail, p.linear((130, 330), (330, 500), (0, c.BODY), (1, c.BODY_DEEP)), 20, 8)
+    head(p, HEAD, LINE)
     return p

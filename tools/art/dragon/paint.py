@@ -10,9 +10,10 @@ LIGHT = (-0.42, -0.91)
 class Picture:
     """One SVG file in the making; sizes are in its own units, one per pixel of the full-size raster."""
 
-    def __init__(self, width, height, title):
-        self.width, self.height, self.title = width, height, title
-        self.defs, self.body, self.depth, self.names = [], [], 1, 0
+    def __init__(self, width, height, title, plain=False):
+        """`plain` keeps to paths, gradients and groups, for renderers that know no clip paths."""
+        self.width, self.height, self.title, self.plain = width, height, title, plain
+        self.defs, self.body, self.depth, self.names, self.muted = [], [], 1, 0, 0
 
     def _name(self, stem):
         self.names += 1
@@ -20,7 +21,8 @@ class Picture:
 
     def add(self, text):
         """Appends one element to the innermost open group."""
-        self.body.append("  " * self.depth + text)
+        if not self.muted:
+            self.body.append("  " * self.depth + text)
 
     def group(self, name=None, transform=None, opacity=None):
         """A named group, to be used with `with`."""
@@ -40,15 +42,15 @@ class Picture:
         self._gradient("radialGradient", name, ends, stops)
         return f"url(#{name})"
 
-    def pool(self, centre, radii):
+    def pool(self, centre, radii, colour="#000"):
         """A round shadow that fades out, flattened to the two radii."""
         name = self._name("pool")
         x, y = centre
         self.defs.append(
             f'<radialGradient id="{name}" gradientUnits="userSpaceOnUse" cx="0" cy="0" r="1"'
-            f' gradientTransform="translate({x} {y}) scale({radii[0]} {radii[1]})"><stop offset="0" stop-color="#000"'
-            ' stop-opacity="0.55"/><stop offset="0.6" stop-color="#000" stop-opacity="0.36"/>'
-            '<stop offset="1" stop-color="#000" stop-opacity="0"/></radialGradient>'
+            f' gradientTransform="translate({x} {y}) scale({radii[0]} {radii[1]})"><stop offset="0" stop-color="{colour}"'
+            f' stop-opacity="0.55"/><stop offset="0.6" stop-color="{colour}" stop-opacity="0.36"/>'
+            f'<stop offset="1" stop-color="{colour}" stop-opacity="0"/></radialGradient>'
         )
         return f"url(#{name})"
 
@@ -79,8 +81,12 @@ class Picture:
             ' stroke-linejoin="round"/>'
         )
 
-    def clipped(self, outline):
-        """A group that shows only what lies inside the outline, to be used with `with`."""
+    def clipped(self, outline, fits=False):
+        """A group that shows only what lies inside the outline, to be used with `with`.
+
+        A plain picture has no such group: it leaves out what is painted there, unless it fits inside by itself."""
+        if self.plain:
+            return _Group(self, None, None, None) if fits else _Muted(self)
         name = self._name("inside")
         self.defs.append(f'<clipPath id="{name}"><path d="{path(outline)}"/></clipPath>')
         return _Group(self, None, None, None, f"url(#{name})")
@@ -134,3 +140,17 @@ class _Group:
     def __exit__(self, *_):
         self.picture.depth -= 1
         self.picture.add("</g>")
+
+
+class _Muted:
+    """Leaves out what is painted inside."""
+
+    def __init__(self, picture):
+        self.picture = picture
+
+    def __enter__(self):
+        self.picture.muted += 1
+        return self.picture
+
+    def __exit__(self, *_):
+        self.picture.muted -= 1

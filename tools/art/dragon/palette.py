@@ -3,6 +3,7 @@
 LINE = "#101b47"
 BODY_LIGHT = "#8cc3ff"
 BODY = "#4f8ef8"
+BODY_FLANK = "#5a98f9"
 BODY_DEEP = "#2f5bd6"
 SHADE = "#15267d"
 RIM = "#e2f4ff"

@@ -1,0 +1,144 @@
+#include <QApplication>
+#include <QQmlApplicationEngine>
+#include <QQmlExtensionPlugin>
+#include <QQuickWindow>
+
+#include "DesktopBackend.h"
+#include "donation/DonationManager.h"
+#include "engine/AutoClickerStore.h"
+#include "hotkeys/HotkeyManager.h"
+#include "platform/Platform.h"
+#include "platform/posix/SyslogLog.h"
+#include "platform/posix/TerminationSignals.h"
+#include "platform/pulse/PulseSounds.h"
+#include "platform/qt/QtEventLoop.h"
+#include "platform/qt/QtPreferences.h"
+#include "platform/qt/QtUrlOpener.h"
+#include "ui/DonationModel.h"
+#include "ui/StoreModel.h"
+#include "ui/recorder/KeyEventMonitor.h"
+#include "ui/theme/Providers.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+Q_IMPORT_QML_PLUGIN(VelloranPlugin)
+
+namespace {
+
+using namespace velloran;
+
+/// The program cannot outlive the window system. Nothing is left to be tidied that the system does not tidy by itself, and
+/// the toolkit's own way out would run destructors that wait for a server that is gone.
+[[noreturn]] void endWithoutServer() {
+    constexpr char line[] = "Velloran: the connection to the display was lost.\n";
+    [[maybe_unused]] const auto written = write(STDERR_FILENO, line, sizeof line - 1);
+    _exit(EXIT_FAILURE);
+}
+
+/// The toolkit notices a lost server by itself, says so in words of its own and leaves.
+void handleToolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (message.contains(QLatin1String("connection broke"))) {
+        endWithoutServer();
+    }
+    std::fprintf(stderr, "%s\n", qUtf8Printable(qFormatLogMessage(type, context, message)));
+    if (type == QtFatalMsg) {
+        std::abort();
+    }
+}
+
+/// Whether the toolkit has a window system to talk to.
+bool hasDisplay() {
+    for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        const char* const value = std::getenv(name);
+        if (value != nullptr && std::strlen(value) > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QStringList toStrings(const std::vector<std::string>& lines) {
+    QStringList strings;
+    for (const std::string& line : lines) {
+        strings.append(QString::fromStdString(line));
+    }
+    return strings;
+}
+
+int run(QApplication& application) {
+    platform::qt::QtEventLoop loop;
+    const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
+    platform::posix::SyslogLog log;
+    platform::qt::QtPreferences preferences(platform::qt::QtPreferences::defaultPath());
+    platform::qt::QtUrlOpener urlOpener;
+    platform::pulse::PulseSounds sounds;
+    const auto desktop = makeDesktopBackend(loop, log, [] { endWithoutServer(); });
+    const platform::PlatformInstallation installation({loop, desktop->pointerEvents(), desktop->pointerPosition(),
+                                                       desktop->inputTrust(), desktop->hotKeys(), preferences, sounds,
+                                                       urlOpener, log});
+
+    int status = EXIT_SUCCESS;
+    {
+        const auto store = AutoClickerStore::create();
+        DonationManager donations;
+        KeyEventMonitor keyMonitor(desktop->keyCharacters());
+        StoreModel storeModel(store);
+        DonationModel donationModel(donations);
+
+        desktop->inputTrust().onChanged([weak = std::weak_ptr(store)] {
+            const auto current = weak.lock();
+            if (!current) {
+                return;
+            }
+            // What the desktop took back is not asked for again: the run ends, and the button to ask appears.
+            if (current->hasAccessibilityPermission().get()) {
+                current->stop();
+            }
+            current->refreshPermission();
+        });
+
+        QQmlApplicationEngine engine;
+        registerProviders(engine);
+        engine.setInitialProperties({
+            {"store", QVariant::fromValue(&storeModel)},
+            {"donations", QVariant::fromValue(&donationModel)},
+            {"limits", toStrings(desktop->limits())},
+        });
+        engine.load(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Velloran/MainWindow.qml")));
+        if (engine.rootObjects().isEmpty()) {
+            return EXIT_FAILURE;
+        }
+        status = application.exec();
+        desktop->inputTrust().onChanged({});
+        store->stop();
+        // A running loop holds the store until it has noticed; that takes one turn.
+        QCoreApplication::sendPostedEvents(&loop);
+    }
+    // The store's queue is drained and nothing fires any more: the hotkey may go before the backends do.
+    HotkeyManager::endShared();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (!hasDisplay()) {
+        std::fputs("Velloran: there is no display to open a window on.\n", stderr);
+        return EXIT_FAILURE;
+    }
+    platform::posix::TerminationSignals::block();
+    qInstallMessageHandler(handleToolkitMessage);
+    // Lighter than the graphics card's way by half a processor and 80 MB, and it leaves the card to the game.
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("velloran"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
+    QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("app.velloran.Velloran"));
+    return run(application);
+}

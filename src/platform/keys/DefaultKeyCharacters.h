@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/KeyCharacters.h"
+#include "platform/keys/KeyboardLayout.h"
+
+namespace velloran::platform::keys {
+
+/// What the keys give under the system's default layout, for sessions that do not tell theirs.
+class DefaultKeyCharacters final : public KeyCharacters {
+public:
+    DefaultKeyCharacters();
+
+    std::optional<std::string> charactersIgnoringModifiers(std::uint32_t evdevCode, bool shiftHeld) override;
+
+private:
+    const Result<KeyboardLayout> layout_;
+};
+
+} // namespace velloran::platform::keys

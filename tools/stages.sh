@@ -1,0 +1,90 @@
+# Stages with a time limit each, and the sum of what passed and failed in them. To be sourced from the root of the tree.
+# shellcheck shell=sh
+
+passed=0
+failed=0
+logs=build/logs
+mkdir -p "$logs"
+
+# Prints the sum and ends the script.
+finish() {
+    echo
+    echo "$passed passed, $failed failed"
+    [ "$failed" -eq 0 ]
+    exit
+}
+
+log_of() {
+    echo "$logs/$(echo "$1" | tr -c 'a-z0-9\n' '-').log"
+}
+
+# stage NAME SECONDS COMMAND...: a step that counts only when it fails.
+stage() {
+    stage_name=$1
+    stage_limit=$2
+    shift 2
+    stage_log=$(log_of "$stage_name")
+    stage_begin=$(date +%s)
+    echo "== $stage_name"
+    if with_limit "$stage_limit" "$@" >"$stage_log" 2>&1; then
+        echo "   done in $(($(date +%s) - stage_begin)) s"
+        return 0
+    fi
+    failed=$((failed + 1))
+    tail -n 60 "$stage_log"
+    echo "   FAILED: $stage_name (whole output in $stage_log)"
+    return 1
+}
+
+# stage_check NAME SECONDS COMMAND...: a step that counts as one test.
+stage_check() {
+    stage "$@" && passed=$((passed + 1))
+}
+
+# stage_tests NAME SECONDS BUILD CTEST-ARGUMENT...: runs tests of a build and counts each.
+stage_tests() {
+    stage_name=$1
+    stage_limit=$2
+    stage_build=$3
+    shift 3
+    stage_log=$(log_of "$stage_name")
+    stage_begin=$(date +%s)
+    echo "== $stage_name"
+    with_limit "$stage_limit" ctest --test-dir "$stage_build" --output-on-failure -j 2 "$@" >"$stage_log" 2>&1
+    stage_status=$?
+    # "98% tests passed, 2 tests failed out of 100"
+    stage_sum=$(sed -n 's/.*tests passed, \([0-9]*\) tests* failed out of \([0-9]*\)$/\1 \2/p' "$stage_log" | tail -n 1)
+    if [ -z "$stage_sum" ]; then
+        if [ "$stage_status" -eq 0 ] && grep -q 'No tests were found' "$stage_log"; then
+            echo "   no tests"
+            return 0
+        fi
+        failed=$((failed + 1))
+        tail -n 60 "$stage_log"
+        echo "   FAILED: $stage_name came to no end (whole output in $stage_log)"
+        return 1
+    fi
+    stage_failed=${stage_sum% *}
+    stage_total=${stage_sum#* }
+    failed=$((failed + stage_failed))
+    passed=$((passed + stage_total - stage_failed))
+    if [ "$stage_failed" -ne 0 ]; then
+        grep -v -E '^ *[0-9]+/[0-9]+ Test +#.* Passed|^ +Start ' "$stage_log" | tail -n 200
+    fi
+    echo "   $((stage_total - stage_failed)) passed, $stage_failed failed in $(($(date +%s) - stage_begin)) s"
+    [ "$stage_failed" -eq 0 ]
+}
+
+# with_limit SECONDS COMMAND...: the command may be a function of this file.
+with_limit() {
+    limit_seconds=$1
+    shift
+    case $(command -v "$1") in
+    "$1") timeout --kill-after=10 "$limit_seconds" sh -c '. tools/stages.sh; "$@"' sh "$@" ;;
+    *) timeout --kill-after=10 "$limit_seconds" "$@" ;;
+    esac
+}
+
+build_preset() {
+    cmake --preset "$1" && cmake --build "build/$1"
+}
