@@ -44,8 +44,10 @@ def spread_wing(picture, shoulder, lift, bend, fold, far):
     scale = SPAN
     if far:
         # Seen end on, the far wing shortens most where it points away from the viewer.
-        scale *= 0.62 + 0.38 * min(1.0, abs(lift - 2) / 28)
-        lift += 10 * share
+        scale *= 0.62 + 0.38 * min(1.0, abs(lift) / 24)
+        lift = max(lift, min(56.0, lift + 30 * min(1.0, max(0.0, (lift + 6) / 20))))
+        bend *= 0.6
+        fold *= 0.4
     wing(
         picture, put(0, 0), put(*[scale * v for v in ELBOW]), put(*[scale * v for v in WRIST]),
         [put(scale * u, scale * v) for u, v in TIPS], put(*ROOT), LINE, scale, far=far,

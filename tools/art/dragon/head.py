@@ -63,10 +63,14 @@ def crest(picture, place, line):
         plate(picture, root, -way * turn, out / abs(out) * turn, tall * place.scale, line, 0.55)
 
 
+# From the corner of the mouth to the tip of the muzzle, where the outline of the skull takes over.
+SMILE = ((4, 50), (13, 62), (35, 70), (60, 71), (90, 64), (121, 40))
+
+
 def skull_outline(place):
     """The skull with cheek, muzzle and chin, clockwise from the crown."""
     return place.closed(
-        (-6, -90), (40, -84), (74, -58), (90, -24), (97, 0), (114, 18), (121, 40), (108, 62), (84, 78), (44, 90),
+        (-6, -90), (40, -84), (74, -58), (90, -24), (97, 0), (114, 16), (121, 40), (109, 62), (84, 78), (44, 90),
         (0, 90), (-52, 80), (-90, 48), (-101, 4), (-87, -44), (-52, -78),
     )
 
@@ -85,7 +89,7 @@ def head(picture, place, line, look=(0.16, 0.08)):
         picture.contour(skull, line)
         fill = picture.radial(place.xy(-14, -46), 172 * s, (0, c.BODY_LIGHT), (0.5, c.BODY), (1, c.BODY_DEEP))
         picture.fill(skull, fill)
-        jaw = [*place.curve((4, 50), (14, 62), (36, 70), (60, 72), (88, 66), (121, 40)), *skull[6:9]]
+        jaw = [*place.curve(*SMILE), *skull[6:9]]
         back = place.curve((44, 90), (24, 78), (4, 50))
         cream = picture.linear(place.xy(50, 56), place.xy(40, 96), (0, c.BELLY_LIGHT), (0.5, c.BELLY), (1, c.BELLY_DEEP))
         picture.fill([*jaw, *back], cream)
@@ -118,5 +122,5 @@ def _mouth(picture, place):
     fang = place.closed((40, 69, "c"), (46.5, 82, "c"), (54, 71, "c"))
     picture.fill(fang, c.EYE_WHITE)
     picture.stroke(place.curve((40, 69), (46.5, 82), (54, 71)), c.LINE, 2.6 * s)
-    picture.stroke(place.curve((4, 50), (12, 62), (34, 70), (60, 72), (88, 66), (117, 51)), c.LINE, 4.4 * s)
+    picture.stroke(place.curve(*SMILE), c.LINE, 4.4 * s)
     picture.stroke(place.curve((-3, 55), (3, 49), (11, 47)), c.LINE, 4 * s)

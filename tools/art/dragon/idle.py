@@ -74,5 +74,5 @@ def draw():
         p.contour(haunch, LINE)
         p.form(haunch, p.linear((160, 340), (210, 440), (0, c.BODY_LIGHT), (0.4, c.BODY), (1, c.BODY_DEEP)), 22, 6)
         paw(p, Place(198, 452, 0.95), LINE, p.linear((198, 412), (198, 450), (0, c.BODY), (1, c.BODY_DEEP)))
-    head(p, Place(282, 166, 1.08, 0), LINE)
+    head(p, Place(282, 169, 1.08, 0), LINE)
     return p
