@@ -10,8 +10,8 @@ namespace velloran {
 class GradientFace : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor top MEMBER top_ NOTIFY changed)
-    Q_PROPERTY(QColor bottom MEMBER bottom_ NOTIFY changed)
+    Q_PROPERTY(QColor topColor MEMBER top_ NOTIFY changed)
+    Q_PROPERTY(QColor bottomColor MEMBER bottom_ NOTIFY changed)
     /// Corner radius in points.
     Q_PROPERTY(qreal radius MEMBER radius_ NOTIFY changed)
 

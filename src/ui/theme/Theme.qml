@@ -63,11 +63,20 @@ QtObject {
         return Qt.rgba(base.r, base.g, base.b, base.a * opacity);
     }
 
+    /// The colour that far on the way from one to the other, 0…1.
+    function mixed(start: color, end: color, progress: real): color {
+        return Qt.rgba(start.r + (end.r - start.r) * progress, start.g + (end.g - start.g) * progress,
+                start.b + (end.b - start.b) * progress, start.a + (end.a - start.a) * progress);
+    }
+
     /// The family of all text; the desktop's own unless somebody sets another.
     property string fontFamily: Application.font.family
 
     /// How much larger than the drawn sizes text and icons are, for a desktop with large text.
     property real fontScale: 1
+
+    /// Of a button without a look of its own, while it is held down.
+    readonly property real pressedOpacity: 0.75
 
     /// Nothing moves and nothing fades while this is set.
     property bool reducedMotion: false

@@ -1,0 +1,33 @@
+import QtQuick
+
+/// The glow under an action button, which grows wider and stronger as the pointer comes.
+Item {
+    id: root
+
+    required property int radius
+    /// The colour at full strength; the glow takes 0.35 of it, or 0.5 under the pointer.
+    required property color color
+    /// How far the pointer has come, 0…1.
+    required property real hover
+    property bool hollow: false
+
+    SoftShadow {
+        radius: root.radius
+        blur: 12
+        offsetY: 8
+        color: Theme.faded(root.color, 0.35)
+        hollow: root.hollow
+        opacity: 1 - root.hover
+        visible: root.hover < 1
+    }
+
+    SoftShadow {
+        radius: root.radius
+        blur: 18
+        offsetY: 8
+        color: Theme.faded(root.color, 0.5)
+        hollow: root.hollow
+        opacity: root.hover
+        visible: root.hover > 0
+    }
+}

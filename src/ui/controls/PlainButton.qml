@@ -1,0 +1,98 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A button without a look of its own: what it shows is its `contentItem`, by default its label. Every other button is made
+/// of it. It answers to the pointer, to Space and Return, and to assistive tools.
+T.AbstractButton {
+    id: root
+
+    /// What the button is called. Shown letter for letter: an ampersand is an ampersand.
+    required property string label
+    /// Shown while the pointer rests on the button.
+    property string help: ""
+    property real size: 13
+    property int weight: Font.DemiBold
+    property color color: Theme.textPrimary
+    /// Corner radius of what the focus ring goes around.
+    property real faceRadius: Theme.radius.button
+
+    /// The button was pressed by whatever means.
+    signal triggered()
+    /// A pointer went down on the button. `ignorePress()` called from here keeps it from triggering.
+    signal pointerPressed()
+
+    property bool ignoresPress: false
+
+    function ignorePress() {
+        root.ignoresPress = true;
+    }
+
+    function press(isRepeated: bool) {
+        if (!isRepeated)
+            root.click();
+    }
+
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    implicitWidth: root.implicitContentWidth + root.leftPadding + root.rightPadding
+    implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
+
+    onClicked: {
+        if (!root.ignoresPress)
+            root.triggered();
+        root.ignoresPress = false;
+    }
+    onCanceled: root.ignoresPress = false
+    Keys.onReturnPressed: event => root.press(event.isAutoRepeat)
+    Keys.onEnterPressed: event => root.press(event.isAutoRepeat)
+
+    Accessible.role: Accessible.Button
+    Accessible.name: root.label
+    Accessible.description: root.help
+    Accessible.focusable: root.focusPolicy !== Qt.NoFocus
+    Accessible.pressed: root.down
+    Accessible.onPressAction: root.click()
+
+    contentItem: BodyText {
+        text: root.label
+        size: root.size
+        weight: root.weight
+        color: root.color
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        exposed: false
+    }
+
+    // While held down, every plain button steps back a little.
+    Binding {
+        target: root.contentItem
+        property: "opacity"
+        value: root.down ? Theme.pressedOpacity : 1
+    }
+
+    PointHandler {
+        onActiveChanged: {
+            if (active) {
+                root.ignoresPress = false;
+                root.pointerPressed();
+            }
+        }
+    }
+
+    FocusRing {
+        shown: root.visualFocus
+        around: root.faceRadius
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: root.help !== ""
+        sourceComponent: Item {
+            HelpTip {
+                help: root.help
+                shown: root.hovered && !root.down
+            }
+        }
+    }
+}

@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A pull-down menu in the look of the program. It holds `PopupMenuItem`, `MenuSection`, `MenuDivider` and further menus; what
+/// is made from a list comes in through an `Instantiator` with `insertItem` and `removeItem`.
+T.Menu {
+    id: root
+
+    /// The menu is at least this wide.
+    property real leastWidth: 0
+
+    // The widest entry; the list itself reports none.
+    readonly property real widest: {
+        let width = 0;
+        for (let i = 0; i < root.count; ++i)
+            width = Math.max(width, root.itemAt(i).implicitWidth);
+        return width;
+    }
+
+    margins: 8
+    padding: 5
+    overlap: 2
+    implicitWidth: Math.max(root.leastWidth, Math.min(root.widest, Theme.scaled(340)) + root.leftPadding + root.rightPadding)
+    implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
+
+    delegate: PopupMenuItem {
+        label: subMenu ? subMenu.title : ""
+    }
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: root.contentModel
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        clip: interactive
+        currentIndex: root.currentIndex
+    }
+
+    background: RoundedFace {
+        radius: Theme.radius.field
+        fill: Theme.cardFillHover
+        stroke: Theme.cardStrokeStrong
+
+        SoftShadow {
+            z: -1
+            radius: Theme.radius.field
+            blur: 18
+            offsetY: 8
+            color: Theme.black(0.45)
+        }
+    }
+
+    enter: Transition {
+        EaseInOut { property: "opacity"; from: 0; to: 1; seconds: 0.1 }
+    }
+    exit: Transition {
+        EaseInOut { property: "opacity"; from: 1; to: 0; seconds: 0.1 }
+    }
+}

@@ -1,0 +1,76 @@
+import QtQuick
+import Velloran
+
+/// The large blue button for the main action.
+FocusScope {
+    id: root
+
+    required property string title
+    /// The name of the icon.
+    required property string systemImage
+    property bool disabled: false
+
+    signal triggered()
+    /// A pointer went down on the button. `ignorePress()` called from here keeps it from triggering.
+    signal pointerPressed()
+
+    function ignorePress() {
+        button.ignorePress();
+    }
+
+    // 0…1. The pointer is followed whether the button is disabled or not.
+    property real hover: pointer.hovered ? 1 : 0
+
+    Behavior on hover {
+        EaseInOut { seconds: 0.15 }
+    }
+
+    implicitWidth: button.implicitWidth
+    implicitHeight: button.implicitHeight
+    opacity: root.disabled ? 0.45 : 1
+
+    HoverHandler {
+        id: pointer
+    }
+
+    HoverShadow {
+        anchors.fill: parent
+        radius: Theme.radius.button
+        color: Theme.accentBlue
+        hover: root.hover
+        hollow: true
+    }
+
+    PlainButton {
+        id: button
+
+        anchors.fill: parent
+        focus: true
+        enabled: !root.disabled
+        label: root.title
+        implicitHeight: Math.max(52, button.implicitContentHeight + 12)
+        leftPadding: Theme.spacing.md
+        rightPadding: Theme.spacing.md
+        onTriggered: root.triggered()
+        onPointerPressed: root.pointerPressed()
+
+        background: GradientFace {
+            radius: Theme.radius.button
+            topColor: Theme.accentBlue
+            bottomColor: Theme.accentBlueDeep
+
+            RoundedFace {
+                anchors.fill: parent
+                radius: Theme.radius.button
+                stroke: Theme.white(0.08 + 0.08 * root.hover)
+            }
+        }
+
+        contentItem: IconAndTitle {
+            icon: root.systemImage
+            iconSize: 16
+            title: root.title
+            titleSize: 17
+        }
+    }
+}

@@ -1,0 +1,86 @@
+import QtQuick
+import Velloran
+
+/// The large quiet button that turns red and glows while it is `active`.
+FocusScope {
+    id: root
+
+    required property string title
+    /// The name of the icon.
+    required property string systemImage
+    property bool disabled: false
+    property bool active: false
+
+    signal triggered()
+
+    // Each 0…1. The pointer is followed whether the button is disabled or not.
+    property real hover: pointer.hovered ? 1 : 0
+    property real activity: root.active ? 1 : 0
+
+    Behavior on hover {
+        EaseInOut { seconds: 0.15 }
+    }
+    Behavior on activity {
+        EaseInOut { seconds: 0.2 }
+    }
+
+    implicitWidth: button.implicitWidth
+    implicitHeight: button.implicitHeight
+    opacity: root.disabled ? 0.45 : 1
+
+    HoverHandler {
+        id: pointer
+    }
+
+    HoverShadow {
+        anchors.fill: parent
+        radius: Theme.radius.button
+        color: Theme.statusError
+        hover: root.hover
+        opacity: root.activity
+        visible: root.activity > 0
+    }
+
+    PlainButton {
+        id: button
+
+        anchors.fill: parent
+        focus: true
+        enabled: !root.disabled
+        label: root.title
+        implicitHeight: Math.max(46, button.implicitContentHeight + 12)
+        leftPadding: Theme.spacing.md
+        rightPadding: Theme.spacing.md
+        onTriggered: root.triggered()
+
+        background: Item {
+            RoundedFace {
+                anchors.fill: parent
+                radius: Theme.radius.button
+                fill: Theme.mixed(Theme.fieldFill, Theme.cardFillHover, root.hover)
+                opacity: 1 - root.activity
+            }
+
+            GradientFace {
+                anchors.fill: parent
+                radius: Theme.radius.button
+                topColor: Theme.statusError
+                bottomColor: Theme.faded(Theme.statusError, 0.78)
+                opacity: root.activity
+            }
+
+            RoundedFace {
+                anchors.fill: parent
+                radius: Theme.radius.button
+                stroke: Theme.mixed(Theme.cardStrokeStrong, Theme.white(0.08 + 0.08 * root.hover), root.activity)
+            }
+        }
+
+        contentItem: IconAndTitle {
+            icon: root.systemImage
+            iconSize: 15
+            title: root.title
+            titleSize: 16
+        }
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+
+/// One half of a pair of steppers. It never takes the focus: leaving a field would commit what stepping is to drop.
+PlainButton {
+    id: root
+
+    /// The name of the icon.
+    required property string systemName
+
+    focusPolicy: Qt.NoFocus
+    activeFocusOnTab: false
+    implicitWidth: Math.max(16, symbol.width)
+    implicitHeight: Math.max(11, symbol.height)
+    faceRadius: 3
+
+    background: Rectangle {
+        radius: 3
+        color: root.hovered ? Theme.white(0.06) : "transparent"
+        antialiasing: true
+    }
+
+    contentItem: Item {
+        Icon {
+            id: symbol
+
+            anchors.centerIn: parent
+            name: root.systemName
+            pointSize: 9
+            color: Theme.textSecondary
+        }
+    }
+}

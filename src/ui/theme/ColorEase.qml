@@ -1,0 +1,11 @@
+import QtQuick
+
+/// The pace of a change of colour that starts and ends gently.
+ColorAnimation {
+    /// How long the whole way takes.
+    required property real seconds
+
+    duration: Theme.duration(seconds)
+    easing.type: Easing.BezierSpline
+    easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
+}
