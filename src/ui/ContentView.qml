@@ -1,4 +1,122 @@
 import QtQuick
+import QtQuick.Layouts
 
+/// The content of the window: both columns of cards under a title bar that stays in place.
 Item {
+    id: root
+
+    required property StoreModel store
+
+    implicitWidth: 920
+    implicitHeight: 736
+
+    AppBackground {
+        anchors.fill: parent
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        TitleBar {
+            Layout.fillWidth: true
+        }
+
+        Flickable {
+            id: scroll
+
+            readonly property real sidePadding: 20
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            contentWidth: scroll.width
+            contentHeight: stack.implicitHeight + scroll.sidePadding
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
+
+            ScrollToFocus {
+                view: scroll
+            }
+
+            ColumnLayout {
+                id: stack
+
+                x: scroll.sidePadding
+                width: scroll.width - 2 * scroll.sidePadding
+                spacing: Theme.spacing.md
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Theme.spacing.md
+
+                    ColumnLayout {
+                        Layout.fillWidth: true
+                        Layout.alignment: Qt.AlignTop
+                        spacing: Theme.spacing.md
+
+                        ClickConfigCard {
+                            Layout.fillWidth: true
+                            store: root.store
+                        }
+
+                        StopConditionsCard {
+                            Layout.fillWidth: true
+                            store: root.store
+                        }
+
+                        StartOptionsCard {
+                            Layout.fillWidth: true
+                            store: root.store
+                        }
+                    }
+
+                    ColumnLayout {
+                        Layout.preferredWidth: 280
+                        Layout.maximumWidth: 280
+                        Layout.alignment: Qt.AlignTop
+                        spacing: Theme.spacing.md
+
+                        StatusCard {
+                            Layout.fillWidth: true
+                            store: root.store
+                        }
+
+                        PrimaryActionButton {
+                            id: start
+
+                            Layout.fillWidth: true
+                            title: "Start"
+                            systemImage: "play.fill"
+                            disabled: !root.store.isValid || root.store.status === StoreModel.Running
+                                      || root.store.status === StoreModel.Delayed
+                            // The last click of a counted run may come down on this very button: it must not start the next.
+                            onPointerPressed: {
+                                if (root.store.isEchoOfOwnClick())
+                                    start.ignorePress();
+                            }
+                            onTriggered: root.store.start()
+                        }
+
+                        SecondaryActionButton {
+                            Layout.fillWidth: true
+                            title: "Stop"
+                            systemImage: "stop.fill"
+                            disabled: !root.store.isRunningState
+                            active: root.store.isRunningState
+                            onTriggered: root.store.stop()
+                        }
+
+                        SummaryCard {
+                            Layout.fillWidth: true
+                            store: root.store
+                        }
+                    }
+                }
+
+                InfoBanner {
+                    Layout.fillWidth: true
+                }
+            }
+        }
+    }
 }

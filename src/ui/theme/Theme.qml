@@ -44,6 +44,8 @@ QtObject {
     readonly property color statusError: Qt.rgba(0.98, 0.37, 0.37, 1)
     readonly property color statusPaused: Qt.rgba(0.75, 0.55, 0.95, 1)
     readonly property color statusArming: Qt.rgba(0.55, 0.78, 1.0, 1)
+    /// The tint of the card with the additional options.
+    readonly property color optionsViolet: Qt.rgba(0.77, 0.4, 0.98, 1)
     readonly property color fieldFill: Qt.rgba(0.051, 0.075, 0.141, 1)
     readonly property color fieldStroke: Qt.rgba(1, 1, 1, 0.09)
     readonly property color fieldStrokeFocus: theme.faded(theme.accentBlue, 0.6)

@@ -1,0 +1,30 @@
+import QtQuick
+
+/// Keeps what has the keyboard focus in sight: a view scrolls just as far as it must when the focus moves out of it.
+QtObject {
+    id: root
+
+    required property Flickable view
+
+    /// The item with the focus, if the view holds it.
+    readonly property Item focused: root.view.Window.activeFocusItem
+
+    onFocusedChanged: {
+        for (let item = root.focused; item; item = item.parent) {
+            if (item === root.view.contentItem) {
+                root.reveal();
+                return;
+            }
+        }
+    }
+
+    function reveal() {
+        const margin = Theme.spacing.sm;
+        const top = root.focused.mapToItem(root.view.contentItem, 0, 0).y - margin;
+        const bottom = top + root.focused.height + 2 * margin;
+        if (top < root.view.contentY)
+            root.view.contentY = Math.max(0, top);
+        else if (bottom > root.view.contentY + root.view.height)
+            root.view.contentY = Math.min(bottom - root.view.height, root.view.contentHeight - root.view.height);
+    }
+}

@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// Two options that the main window has no place for.
+CardBackground {
+    id: root
+
+    required property StoreModel store
+
+    contentItem: ColumnLayout {
+        spacing: Theme.spacing.md
+
+        SectionHeader {
+            Layout.fillWidth: true
+            icon: "gearshape.fill"
+            title: "Additional Options"
+            iconColor: Theme.optionsViolet
+        }
+
+        Checkbox {
+            Layout.fillWidth: true
+            label: "Play click sound"
+            isOn: root.store.playClickSound
+            onToggled: on => root.store.playClickSound = on
+        }
+
+        Checkbox {
+            Layout.fillWidth: true
+            label: "Minimize to menu bar"
+            isOn: root.store.minimizeToTray
+            onToggled: on => root.store.minimizeToTray = on
+        }
+    }
+}
