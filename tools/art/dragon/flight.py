@@ -1,5 +1,6 @@
 """The flying dragon, in three-quarter view to the right; 540 x 420, turning about one anchor."""
 
+import functools
 import math
 
 from dragon import palette as c
@@ -145,16 +146,20 @@ def draw(title="DragonFly", lift=34.0, bend=14.0, fold=0.0, pitch=0.0, sway=0.0,
 
 
 def frames():
-    """DragonFly1 to DragonFly7: one wing beat, up stroke to down stroke, that runs round without a seam."""
+    """Name and drawing of DragonFly1 to DragonFly7: one beat, up stroke then down stroke, that runs round without a seam."""
     for k in range(7):
-        phase = 2 * math.pi * k / 7
-        rising = max(0.0, math.sin(phase))
-        yield draw(
-            f"DragonFly{k + 1}",
-            lift=10 - 32 * math.cos(phase),
-            bend=-26 * math.sin(phase) + 6,
-            fold=0.6 * rising,
-            pitch=-2.5 * math.sin(phase + 0.6),
-            sway=22 * math.sin(phase - 0.9),
-            legs=6 * math.sin(phase - 0.5),
-        )
+        yield f"DragonFly{k + 1}", functools.partial(frame, k)
+
+
+def frame(k):
+    """One picture of the beat; the wings begin low, and what hangs on them follows later."""
+    phase = 2 * math.pi * k / 7
+    return draw(
+        f"DragonFly{k + 1}",
+        lift=10 - 32 * math.cos(phase),
+        bend=-26 * math.sin(phase) + 6,
+        fold=0.6 * max(0.0, math.sin(phase)),
+        pitch=-2.5 * math.sin(phase + 0.6),
+        sway=22 * math.sin(phase - 0.9),
+        legs=6 * math.sin(phase - 0.5),
+    )

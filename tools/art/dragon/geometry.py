@@ -161,15 +161,17 @@ def moved(segments, scale=1.0, degrees=0.0, to=0j, mirror=False):
     return [tuple(place(p) for p in segment) for segment in segments]
 
 
-def number(value):
-    """A coordinate with at most two decimals."""
-    text = f"{value:.2f}".rstrip("0").rstrip(".")
+def number(value, decimals=2):
+    """A length with at most so many decimals."""
+    text = f"{value:.{decimals}f}".rstrip("0").rstrip(".")
     return "0" if text in ("-0", "") else text
 
 
-def path(segments, close=True):
+def path(segments, close=True, decimals=2):
     """SVG path data of a curve."""
-    parts = [f"M{number(segments[0][0].real)} {number(segments[0][0].imag)}"]
-    for _, p1, p2, p3 in segments:
-        parts.append("C" + " ".join(f"{number(p.real)} {number(p.imag)}" for p in (p1, p2, p3)))
-    return "".join(parts) + ("Z" if close else "")
+
+    def text(point):
+        return f"{number(point.real, decimals)} {number(point.imag, decimals)}"
+
+    cubics = ("C" + " ".join(text(p) for p in segment[1:]) for segment in segments)
+    return "M" + text(segments[0][0]) + "".join(cubics) + ("Z" if close else "")

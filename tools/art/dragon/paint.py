@@ -19,6 +19,9 @@ class Picture:
         self.names += 1
         return f"{stem}{self.names}"
 
+    def _path(self, segments, close=True):
+        return path(segments, close, 1 if self.width > 64 else 2)
+
     def add(self, text):
         """Appends one element to the innermost open group."""
         if not self.muted:
@@ -64,20 +67,20 @@ class Picture:
     def fill(self, outline, colour, opacity=None):
         """A filled outline without edges."""
         extra = f' opacity="{opacity}"' if opacity is not None else ""
-        self.add(f'<path d="{path(outline)}" fill="{colour}"{extra}/>')
+        self.add(f'<path d="{self._path(outline)}" fill="{colour}"{extra}/>')
 
     def stroke(self, segments, colour, width, opacity=None):
         """A drawn line with round ends."""
         extra = f' opacity="{opacity}"' if opacity is not None else ""
         self.add(
-            f'<path d="{path(segments, close=False)}" fill="none" stroke="{colour}" stroke-width="{number(width)}"'
+            f'<path d="{self._path(segments, close=False)}" fill="none" stroke="{colour}" stroke-width="{number(width)}"'
             f' stroke-linecap="round" stroke-linejoin="round"{extra}/>'
         )
 
     def contour(self, outline, weight, colour=palette.LINE):
         """The dark line around a part: only its outer half stays visible once the part is painted."""
         self.add(
-            f'<path d="{path(outline)}" fill="{colour}" stroke="{colour}" stroke-width="{number(2 * weight)}"'
+            f'<path d="{self._path(outline)}" fill="{colour}" stroke="{colour}" stroke-width="{number(2 * weight)}"'
             ' stroke-linejoin="round"/>'
         )
 
@@ -88,7 +91,7 @@ class Picture:
         if self.plain:
             return _Group(self, None, None, None) if fits else _Muted(self)
         name = self._name("inside")
-        self.defs.append(f'<clipPath id="{name}"><path d="{path(outline)}"/></clipPath>')
+        self.defs.append(f'<clipPath id="{name}"><path d="{self._path(outline)}"/></clipPath>')
         return _Group(self, None, None, None, f"url(#{name})")
 
     def form(self, outline, fill, shade=14, rim=5, shade_colour=palette.SHADE, shade_depth=0.5, rim_strength=0.55):
@@ -99,20 +102,20 @@ class Picture:
 
     def edges(self, outline, shade, rim, shade_colour=palette.SHADE, shade_depth=0.5, rim_strength=0.55):
         """The two edges of `form`, for use inside `clipped` after details have been painted."""
-        steps = 6
+        steps = max(2, min(6, round(shade / 3)))
         for k in range(steps):
             reach = shade * (k + 1) / steps
             self._crescent(outline, LIGHT[0] * reach, LIGHT[1] * reach, shade_colour, shade_depth / steps)
-        for k in range(4 if rim else 0):
-            reach = -rim * (2.6 - 0.62 * k)
-            self._crescent(outline, LIGHT[0] * reach, LIGHT[1] * reach, palette.RIM, rim_strength * (0.14, 0.2, 0.3, 0.4)[k])
+        bands = ((2.6, 0.14), (1.98, 0.2), (1.36, 0.3), (0.74, 0.4)) if rim >= 3 else ((2, 0.4), (0.9, 0.5))
+        for reach, strength in bands if rim else ():
+            self._crescent(outline, -LIGHT[0] * rim * reach, -LIGHT[1] * rim * reach, palette.RIM, rim_strength * strength)
 
     def _crescent(self, outline, dx, dy, colour, opacity):
         """What of the clip lies outside the outline moved by (dx, dy)."""
         shifted = [tuple(p + complex(dx, dy) for p in segment) for segment in outline]
         w, h = self.width, self.height
         frame = f"M{-w} {-h}H{2 * w}V{2 * h}H{-w}Z"
-        self.add(f'<path d="{frame}{path(shifted)}" fill-rule="evenodd" fill="{colour}" opacity="{number(opacity)}"/>')
+        self.add(f'<path d="{frame}{self._path(shifted)}" fill-rule="evenodd" fill="{colour}" opacity="{number(opacity)}"/>')
 
     def text(self):
         """The whole SVG file."""
