@@ -25,7 +25,7 @@ FocusScope {
         Accessible.role: Accessible.CheckBox
         Accessible.checkable: true
         Accessible.checked: root.isOn
-        Accessible.onToggleAction: button.click()
+        Accessible.onToggleAction: button.activate()
 
         contentItem: ChoiceRow {
             label: root.label

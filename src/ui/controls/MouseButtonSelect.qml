@@ -41,47 +41,9 @@ FocusScope {
             stroke: Theme.fieldStroke
         }
 
-        contentItem: Item {
-            id: content
-
-            implicitWidth: symbol.width + 8 + name.implicitWidth + 8 + 4 + 8 + chevron.width
-            implicitHeight: Math.max(symbol.height, name.implicitHeight)
-
-            Icon {
-                id: symbol
-
-                anchors.verticalCenter: parent.verticalCenter
-                name: root.icons[root.selection]
-                pointSize: 13
-                color: Theme.textSecondary
-            }
-
-            BodyText {
-                id: name
-
-                anchors {
-                    left: symbol.right
-                    leftMargin: 8
-                    right: chevron.left
-                    rightMargin: 20
-                    verticalCenter: parent.verticalCenter
-                }
-                text: face.label
-                size: 14
-                weight: Font.Medium
-                elide: Text.ElideRight
-                exposed: false
-            }
-
-            Icon {
-                id: chevron
-
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                name: "chevron.down"
-                pointSize: 11
-                color: Theme.textMuted
-            }
+        contentItem: SelectFace {
+            icon: root.icons[root.selection]
+            name: face.label
         }
     }
 
@@ -93,17 +55,22 @@ FocusScope {
         closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
         onOpened: menu.currentIndex = root.selection
 
-        Repeater {
-            model: root.names
+        PopupMenuItem {
+            label: root.names[0]
+            systemImage: root.icons[0]
+            onTriggered: root.selected(0)
+        }
 
-            PopupMenuItem {
-                required property int index
-                required property string modelData
+        PopupMenuItem {
+            label: root.names[1]
+            systemImage: root.icons[1]
+            onTriggered: root.selected(1)
+        }
 
-                label: modelData
-                systemImage: root.icons[index]
-                onTriggered: root.selected(index)
-            }
+        PopupMenuItem {
+            label: root.names[2]
+            systemImage: root.icons[2]
+            onTriggered: root.selected(2)
         }
     }
 }

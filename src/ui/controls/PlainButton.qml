@@ -27,9 +27,14 @@ T.AbstractButton {
         root.ignoresPress = true;
     }
 
-    function press(isRepeated: bool) {
+    /// A press that comes from no pointer.
+    function activate() {
+        root.clicked();
+    }
+
+    function pressKey(isRepeated: bool) {
         if (!isRepeated)
-            root.click();
+            root.activate();
     }
 
     focusPolicy: Qt.StrongFocus
@@ -43,15 +48,15 @@ T.AbstractButton {
         root.ignoresPress = false;
     }
     onCanceled: root.ignoresPress = false
-    Keys.onReturnPressed: event => root.press(event.isAutoRepeat)
-    Keys.onEnterPressed: event => root.press(event.isAutoRepeat)
+    Keys.onReturnPressed: event => root.pressKey(event.isAutoRepeat)
+    Keys.onEnterPressed: event => root.pressKey(event.isAutoRepeat)
 
     Accessible.role: Accessible.Button
     Accessible.name: root.label
     Accessible.description: root.help
     Accessible.focusable: root.focusPolicy !== Qt.NoFocus
     Accessible.pressed: root.down
-    Accessible.onPressAction: root.click()
+    Accessible.onPressAction: root.activate()
 
     contentItem: BodyText {
         text: root.label
@@ -85,14 +90,8 @@ T.AbstractButton {
         around: root.faceRadius
     }
 
-    Loader {
-        anchors.fill: parent
-        active: root.help !== ""
-        sourceComponent: Item {
-            HelpTip {
-                help: root.help
-                shown: root.hovered && !root.down
-            }
-        }
+    HelpTip {
+        help: root.help
+        shown: root.hovered && !root.down
     }
 }

@@ -12,7 +12,7 @@ PlainButton {
     function moveTo(other: PlainButton) {
         if (other) {
             other.forceActiveFocus(Qt.TabFocusReason);
-            other.click();
+            other.activate();
         }
     }
 
@@ -26,7 +26,7 @@ PlainButton {
     Accessible.role: Accessible.RadioButton
     Accessible.checkable: true
     Accessible.checked: root.isSelected
-    Accessible.onToggleAction: root.click()
+    Accessible.onToggleAction: root.activate()
 
     contentItem: ChoiceRow {
         label: root.label

@@ -17,15 +17,13 @@ PlainButton {
     Accessible.role: Accessible.RadioButton
     Accessible.checkable: true
     Accessible.checked: root.selected
-    Accessible.onToggleAction: root.click()
+    Accessible.onToggleAction: root.activate()
 
     Behavior on color {
         ColorEase { seconds: 0.18 }
     }
 
     background: RoundedFace {
-        id: face
-
         radius: Theme.radius.button
         fill: root.selected ? Theme.accentBlueSoft : Theme.fieldFill
         stroke: root.selected ? Theme.accentBlueBorder : Theme.fieldStroke

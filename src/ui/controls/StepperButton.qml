@@ -9,8 +9,8 @@ PlainButton {
 
     focusPolicy: Qt.NoFocus
     activeFocusOnTab: false
-    implicitWidth: Math.max(16, symbol.width)
-    implicitHeight: Math.max(11, symbol.height)
+    implicitWidth: Math.max(16, Math.round(Theme.scaled(9)))
+    implicitHeight: Math.max(11, Math.round(Theme.scaled(9)))
     faceRadius: 3
 
     background: Rectangle {
@@ -21,8 +21,6 @@ PlainButton {
 
     contentItem: Item {
         Icon {
-            id: symbol
-
             anchors.centerIn: parent
             name: root.systemName
             pointSize: 9

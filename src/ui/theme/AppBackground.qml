@@ -17,7 +17,8 @@ Rectangle {
     Image {
         source: "image://background/glow?start=20&radius=" + root.glowRadius + "&color="
                 + Theme.faded(Theme.accentBlue, 0.12).toString().slice(1)
-        sourceSize: Qt.size(root.glowRadius, root.glowRadius)
+        sourceSize.width: root.glowRadius
+        sourceSize.height: root.glowRadius
         width: root.glowRadius
         height: root.glowRadius
     }

@@ -2,10 +2,12 @@ import QtQuick
 
 /// The pace of a change of colour that starts and ends gently.
 ColorAnimation {
+    id: root
+
     /// How long the whole way takes.
     required property real seconds
 
-    duration: Theme.duration(seconds)
+    duration: Theme.duration(root.seconds)
     easing.type: Easing.BezierSpline
     easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
 }

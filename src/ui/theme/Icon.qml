@@ -13,7 +13,8 @@ Image {
     readonly property int side: Math.round(Theme.scaled(root.pointSize))
 
     source: root.name === "" ? "" : "image://icon/" + root.name + "?color=" + root.color.toString().slice(1)
-    sourceSize: Qt.size(root.side, root.side)
+    sourceSize.width: root.side
+    sourceSize.height: root.side
     width: root.side
     height: root.side
 }
