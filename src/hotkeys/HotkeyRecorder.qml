@@ -1,0 +1,96 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// Sets a shortcut by having it pressed.
+FocusScope {
+    id: root
+
+    /// Whether there is a shortcut.
+    required property bool hasCombo
+    /// The text that shows it.
+    required property string display
+    /// What the control is called: the label of its row.
+    property string label: ""
+
+    /// Another shortcut was pressed. `combo` is what `StoreModel.hotkey` takes.
+    signal recorded(var combo)
+    /// The shortcut is to go.
+    signal cleared
+
+    readonly property bool isRecording: recording.isRecording
+
+    implicitWidth: row.implicitWidth
+    implicitHeight: row.implicitHeight
+
+    HotkeyRecorderModel {
+        id: recording
+
+        onRecorded: combo => root.recorded(combo)
+    }
+
+    // An item of a window that is closed, or of a page that is put away, is not visible any more.
+    onVisibleChanged: {
+        if (!visible)
+            recording.stopMonitor();
+    }
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        spacing: 8
+
+        PlainButton {
+            id: button
+
+            Layout.fillWidth: true
+            focus: true
+            label: root.isRecording ? "Press keys to record…" : root.hasCombo ? root.display : "Click to record shortcut"
+            leftPadding: 12
+            rightPadding: 12
+            topPadding: 9
+            bottomPadding: 9
+            faceRadius: Theme.radius.field
+            size: 14
+            weight: !root.isRecording && root.hasCombo ? Font.DemiBold : Font.Medium
+            color: !root.isRecording && root.hasCombo ? Theme.textPrimary : Theme.textMuted
+            onTriggered: {
+                // Text under way elsewhere is finished first: no letter of the shortcut may get into it.
+                button.forceActiveFocus(button.focusReason);
+                recording.toggleRecording();
+            }
+
+            Accessible.description: root.label
+
+            background: RoundedFace {
+                radius: Theme.radius.field
+                fill: Theme.fieldFill
+                stroke: root.isRecording ? Theme.fieldStrokeFocus : Theme.fieldStroke
+            }
+
+            contentItem: BodyText {
+                rightPadding: 12
+                text: button.label
+                size: button.size
+                weight: button.weight
+                color: button.color
+                elide: Text.ElideRight
+                exposed: false
+            }
+        }
+
+        PlainButton {
+            visible: root.hasCombo
+            label: "Clear hotkey"
+            help: "Clear hotkey"
+            faceRadius: 8
+            onTriggered: root.cleared()
+
+            contentItem: Icon {
+                name: "xmark.circle.fill"
+                pointSize: 16
+                color: Theme.textMuted
+            }
+        }
+    }
+}

@@ -1,0 +1,156 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// The presets menu, and the ways to bring the settings in, take them out and start afresh.
+Item {
+    id: root
+
+    required property StoreModel store
+
+    readonly property int padding: 10
+    property PresetsMenu openMenu: null
+
+    function togglePresetsMenu() {
+        if (root.openMenu) {
+            root.openMenu.close();
+            return;
+        }
+        root.openMenu = presetsMenu.createObject(presetsButton) as PresetsMenu;
+        root.openMenu.open();
+    }
+
+    function exportConfig() {
+        const bytes = root.store.exportConfigData();
+        if (bytes.byteLength > 0)
+            dialogs.exportFile(bytes);
+    }
+
+    implicitWidth: row.implicitWidth + 2 * root.padding
+    implicitHeight: row.implicitHeight + 2 * root.padding
+
+    RoundedFace {
+        anchors.fill: parent
+        radius: 14
+        fill: Theme.faded(Theme.cardFill, 0.6)
+        stroke: Theme.cardStroke
+    }
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.margins: root.padding
+        spacing: Theme.spacing.sm
+
+        PlainButton {
+            id: presetsButton
+
+            label: "Presets"
+            size: 13.5
+            color: Theme.textPrimary
+            onTriggered: root.togglePresetsMenu()
+            Keys.onDownPressed: root.togglePresetsMenu()
+            Accessible.role: Accessible.ButtonMenu
+            leftPadding: 6
+            rightPadding: 6
+
+            contentItem: Row {
+                spacing: 6
+
+                Icon {
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: "line.3.horizontal"
+                    pointSize: 14
+                    color: presetsButton.color
+                }
+
+                BodyText {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: presetsButton.label
+                    size: presetsButton.size
+                    weight: presetsButton.weight
+                    color: presetsButton.color
+                    exposed: false
+                }
+
+                Icon {
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: "chevron.down"
+                    pointSize: 10
+                    color: presetsButton.color
+                }
+            }
+        }
+
+        Item {
+            Layout.fillWidth: true
+        }
+
+        FooterButton {
+            label: "Import"
+            systemImage: "square.and.arrow.down"
+            onTriggered: dialogs.importFile()
+        }
+
+        FooterButton {
+            label: "Export"
+            systemImage: "square.and.arrow.up"
+            onTriggered: root.exportConfig()
+        }
+
+        FooterButton {
+            label: "Reset"
+            systemImage: "arrow.counterclockwise"
+            onTriggered: root.store.resetToDefaults()
+        }
+    }
+
+    Component {
+        id: presetsMenu
+
+        PresetsMenu {
+            y: presetsButton.height + 4
+            store: root.store
+            closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
+            onSaveRequested: naming.begin()
+            onClosed: {
+                root.openMenu = null;
+                destroy();
+            }
+        }
+    }
+
+    SavePresetModel {
+        id: naming
+
+        onConfirmed: presetName => root.store.saveCurrentAsPreset(presetName)
+    }
+
+    Sheet {
+        shown: naming.isShown
+        title: "Save preset"
+        onClosedByUser: naming.putAway()
+
+        SavePresetSheet {
+            focus: true
+            name: naming.name
+            onNameEdited: newName => naming.name = newName
+            onConfirm: naming.confirm()
+            onCancel: naming.cancel()
+        }
+    }
+
+    FileDialogs {
+        id: dialogs
+
+        window: root.Window.window
+        onImported: bytes => root.store.importConfig(bytes)
+    }
+
+    // While a file dialog is open, the window below it can be seen only.
+    Sheet {
+        shown: dialogs.isOpen
+
+        Item {}
+    }
+}

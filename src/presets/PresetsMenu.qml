@@ -1,0 +1,86 @@
+import QtQuick
+
+/// The presets to apply and to delete, and the way to a new one. Shows the presets there were when it was made.
+PopupMenu {
+    id: root
+
+    required property StoreModel store
+
+    /// The user wants to keep the current settings as a preset.
+    signal saveRequested
+
+    readonly property var ownPresets: root.store.userPresets
+
+    Component.onCompleted: {
+        // Above the last divider and the entry that follows it.
+        if (root.ownPresets.length > 0)
+            root.insertMenu(root.count - 2, deleteMenu.createObject(root) as PopupMenu);
+    }
+
+    MenuSection {
+        title: "Built-in"
+    }
+
+    Repeater {
+        model: root.store.builtInPresets
+
+        PopupMenuItem {
+            required property var modelData
+
+            label: modelData.name
+            onTriggered: root.store.applyPreset(modelData.id)
+        }
+    }
+
+    Repeater {
+        model: root.ownPresets.length > 0 ? 1 : 0
+
+        MenuSection {
+            title: "My Presets"
+        }
+    }
+
+    Repeater {
+        model: root.ownPresets
+
+        PopupMenuItem {
+            required property var modelData
+
+            label: modelData.name
+            onTriggered: root.store.applyPreset(modelData.id)
+        }
+    }
+
+    Repeater {
+        model: root.ownPresets.length > 0 ? 1 : 0
+
+        MenuDivider {}
+    }
+
+    MenuDivider {}
+
+    PopupMenuItem {
+        label: "Save current as preset…"
+        onTriggered: root.saveRequested()
+    }
+
+    Component {
+        id: deleteMenu
+
+        PopupMenu {
+            title: "Delete Preset"
+
+            Repeater {
+                model: root.ownPresets
+
+                PopupMenuItem {
+                    required property var modelData
+
+                    label: "Delete \"" + modelData.name + "\""
+                    destructive: true
+                    onTriggered: root.store.deletePreset(modelData.id)
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,165 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A panel over the whole window that keeps everything below it from being used. What it holds is made anew for every showing.
+FocusScope {
+    id: root
+
+    /// Whether the sheet is to be shown. Only its owner changes this.
+    required property bool shown
+    /// What assistive tools call it.
+    property string title: ""
+    /// Whether it lets sheets and dialogs that are open finish first.
+    property bool waitsForOthers: false
+    default property Component content
+
+    readonly property int level: {
+        SheetStack.top;
+        return SheetStack.levelOf(root);
+    }
+    readonly property bool isOpen: root.level >= 0
+    /// What is shown at the moment; null while the sheet is away.
+    readonly property Item shownContent: loader.item as Item
+
+    /// The user wants it closed. The owner answers by clearing `shown`.
+    signal closedByUser
+
+    // Where the focus was before.
+    property Item focusBefore: null
+    property bool hadVisualFocus: false
+
+    readonly property int margin: 24
+    // The strip at the top of the window stays free for moving it.
+    readonly property int topMargin: Math.min(72, Math.max(root.margin, root.height - panel.height - root.margin))
+
+    function rememberFocus() {
+        const siblings = root.parent.children;
+        for (let i = 0; i < siblings.length; ++i) {
+            if (siblings[i] !== root && siblings[i].focus)
+                root.focusBefore = siblings[i];
+        }
+        const control = T.ApplicationWindow.activeFocusControl as T.Control;
+        root.hadVisualFocus = control !== null && control.visualFocus;
+    }
+
+    function restoreFocus() {
+        const before = root.focusBefore;
+        root.focusBefore = null;
+        if (!root.focus)
+            return;
+        root.focus = false;
+        if (before)
+            before.forceActiveFocus(root.hadVisualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
+    }
+
+    function update() {
+        if (!root.shown) {
+            SheetStack.hide(root);
+            return;
+        }
+        // Wherever it was written down, a sheet covers the window.
+        root.parent = T.ApplicationWindow.contentItem;
+        SheetStack.show(root, root.waitsForOthers);
+    }
+
+    anchors.fill: parent
+    z: 10 + Math.max(0, root.level)
+    visible: opacity > 0
+    opacity: root.isOpen ? 1 : 0
+
+    Component.onCompleted: root.update()
+    onShownChanged: root.update()
+    onIsOpenChanged: {
+        if (root.isOpen) {
+            loader.sourceComponent = null;
+            loader.sourceComponent = root.content;
+            root.rememberFocus();
+            root.forceActiveFocus(Qt.PopupFocusReason);
+        } else {
+            root.restoreFocus();
+        }
+    }
+    onVisibleChanged: {
+        if (!visible)
+            loader.sourceComponent = null;
+    }
+
+    Keys.onEscapePressed: root.closedByUser()
+    // While no control has the focus, the guards lead into the ring of controls from its ends.
+    Keys.onTabPressed: last.forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: first.forceActiveFocus(Qt.BacktabFocusReason)
+
+    Behavior on opacity {
+        EaseInOut { seconds: 0.15 }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.black(0.55)
+
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+            hoverEnabled: true
+            onWheel: wheel => wheel.accepted = true
+        }
+    }
+
+    FocusGuard {
+        id: first
+
+        sendsToFirst: false
+        opposite: last
+    }
+
+    RoundedFace {
+        id: panel
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Math.round(Math.max(root.topMargin, (root.height - height) / 2))
+        width: Math.min(loader.implicitWidth, root.width - 2 * root.margin)
+        height: Math.min(loader.implicitHeight, root.height - 2 * root.margin)
+        visible: loader.implicitHeight > 0
+        radius: Theme.radius.card
+        fill: Theme.appBackground
+        stroke: Theme.cardStrokeStrong
+
+        Accessible.role: Accessible.Dialog
+        Accessible.name: root.title
+
+        SoftShadow {
+            z: -1
+            radius: Theme.radius.card
+            blur: 36
+            offsetY: 16
+            color: Theme.black(0.5)
+        }
+
+        // A press beside the controls is no press on what lies below.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+        }
+
+        ScrollArea {
+            id: area
+
+            anchors.fill: parent
+            contentHeight: loader.implicitHeight
+
+            Loader {
+                id: loader
+
+                width: area.width
+                height: Math.max(implicitHeight, area.height)
+            }
+        }
+    }
+
+    FocusGuard {
+        id: last
+
+        sendsToFirst: true
+        opposite: first
+    }
+}

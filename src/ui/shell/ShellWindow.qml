@@ -1,0 +1,97 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// The one window of the program: it draws its own frame and shows its sheets over whatever it holds. Closing it ends the
+/// program.
+T.ApplicationWindow {
+    id: root
+
+    /// What the window holds.
+    default property alias page: page.data
+    /// The least size of what it holds, unless the screen is smaller.
+    property size leastSize: Qt.size(920, 736)
+    /// What the options sheet holds.
+    property Component options: null
+    /// What does not work on this desktop, in sentences.
+    property list<string> limits: []
+
+    /// Whether any sheet or dialog is open.
+    readonly property bool isSheetOpen: SheetStack.isOccupied
+    /// What the window buttons take of the left end of the title bar.
+    readonly property real leftInset: frame.leftInset
+
+    property bool isOptionsShown: false
+    property bool isAboutShown: false
+
+    function showOptions() {
+        root.isOptionsShown = true;
+    }
+
+    function showAbout() {
+        root.isAboutShown = true;
+    }
+
+    visible: true
+    width: minimumWidth
+    height: minimumHeight
+    minimumWidth: Math.min(root.leastSize.width, workArea.size.width)
+    minimumHeight: Math.min(root.leastSize.height, workArea.size.height)
+    flags: Qt.Window | Qt.FramelessWindowHint
+    color: Theme.appBackgroundBot
+
+    onClosing: Qt.quit()
+
+    WorkArea {
+        id: workArea
+
+        window: root
+    }
+
+    Shortcut {
+        sequence: "Ctrl+,"
+        enabled: !root.isSheetOpen
+        onActivated: root.showOptions()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: Qt.quit()
+    }
+
+    FocusScope {
+        id: page
+
+        anchors.fill: parent
+    }
+
+    WindowFrame {
+        id: frame
+
+        anchors.fill: parent
+        z: 100
+        window: root
+        titleHeight: 64
+        isMenuEnabled: !root.isSheetOpen
+        onOptionsRequested: root.showOptions()
+        onAboutRequested: root.showAbout()
+        onQuitRequested: Qt.quit()
+    }
+
+    Sheet {
+        shown: root.isOptionsShown
+        title: "Presets and Options"
+        content: root.options
+        onClosedByUser: root.isOptionsShown = false
+    }
+
+    Sheet {
+        shown: root.isAboutShown
+        title: "About Velloran"
+        onClosedByUser: root.isAboutShown = false
+
+        AboutView {
+            limits: root.limits
+            onDone: root.isAboutShown = false
+        }
+    }
+}

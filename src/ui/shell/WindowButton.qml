@@ -1,0 +1,29 @@
+import QtQuick
+
+/// A button of the window's frame. A pointer leaves the focus where it is.
+PlainButton {
+    id: root
+
+    /// The name of the icon.
+    required property string systemImage
+
+    implicitWidth: 32
+    implicitHeight: 32
+    faceRadius: 16
+    focusPolicy: Qt.TabFocus
+
+    background: Rectangle {
+        radius: width / 2
+        color: root.hovered ? Theme.white(0.1) : Theme.white(0)
+        antialiasing: true
+    }
+
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            name: root.systemImage
+            pointSize: 14
+            color: root.hovered ? Theme.textPrimary : Theme.textSecondary
+        }
+    }
+}

@@ -1,0 +1,141 @@
+import QtQuick
+import QtQuick.Window
+
+/// What the desktop's own title bar would do, laid over the window: moving, resizing, the window buttons and the menu.
+FocusScope {
+    id: root
+
+    required property Window window
+    /// Height of the strip that moves the window.
+    required property int titleHeight
+    /// Whether the menu can be used.
+    required property bool isMenuEnabled
+
+    /// What the buttons take of the left end of the title bar.
+    readonly property real leftInset: leftButtons.width > 0 ? leftButtons.x + leftButtons.width : 0
+    readonly property bool isMovable: root.window.visibility !== Window.FullScreen
+    readonly property bool isResizable: root.window.visibility === Window.Windowed
+
+    readonly property int buttonMargin: 14
+
+    signal optionsRequested
+    signal aboutRequested
+    signal quitRequested
+
+    DesktopWindowButtons {
+        id: desktopButtons
+    }
+
+    Item {
+        width: parent.width
+        height: root.titleHeight
+
+        DragHandler {
+            target: null
+            enabled: root.isMovable
+            onActiveChanged: {
+                if (active)
+                    root.window.startSystemMove();
+            }
+        }
+
+        TapHandler {
+            acceptedButtons: Qt.LeftButton
+            gesturePolicy: TapHandler.DragThreshold
+            onDoubleTapped: windowMenu.toggleMaximized()
+        }
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            gesturePolicy: TapHandler.DragThreshold
+            onTapped: eventPoint => windowMenu.openAt(eventPoint.position)
+        }
+
+        WindowMenu {
+            id: windowMenu
+
+            window: root.window
+        }
+    }
+
+    Item {
+        anchors.fill: parent
+        visible: root.isResizable
+
+        Repeater {
+            model: [Qt.TopEdge, Qt.BottomEdge, Qt.LeftEdge, Qt.RightEdge, Qt.TopEdge | Qt.LeftEdge,
+                Qt.TopEdge | Qt.RightEdge, Qt.BottomEdge | Qt.LeftEdge, Qt.BottomEdge | Qt.RightEdge]
+
+            ResizeHandle {
+                required property int modelData
+
+                window: root.window
+                edges: modelData
+            }
+        }
+    }
+
+    WindowButtonGroup {
+        id: leftButtons
+
+        x: root.buttonMargin
+        y: Math.round((root.titleHeight - height) / 2)
+        window: root.window
+        names: desktopButtons.left
+    }
+
+    Row {
+        x: root.width - width - root.buttonMargin
+        y: Math.round((root.titleHeight - height) / 2)
+        spacing: 4
+
+        WindowButton {
+            id: menuButton
+
+            label: "Menu"
+            systemImage: "window.menu"
+            enabled: root.isMenuEnabled
+            onTriggered: menu.visible ? menu.close() : menu.open()
+            Keys.onDownPressed: menu.open()
+            Accessible.role: Accessible.ButtonMenu
+
+            PopupMenu {
+                id: menu
+
+                x: menuButton.width - width
+                y: menuButton.height + 4
+                closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
+
+                PopupMenuItem {
+                    label: "Presets and Options…"
+                    onTriggered: root.optionsRequested()
+                }
+
+                PopupMenuItem {
+                    label: "About Velloran"
+                    onTriggered: root.aboutRequested()
+                }
+
+                MenuDivider {}
+
+                PopupMenuItem {
+                    label: "Quit"
+                    onTriggered: root.quitRequested()
+                }
+            }
+        }
+
+        WindowButtonGroup {
+            window: root.window
+            names: desktopButtons.right
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        visible: root.isResizable
+        color: "transparent"
+        border.width: 1
+        border.color: Theme.cardStroke
+    }
+}
