@@ -26,8 +26,7 @@ def pictures():
     """The pictures that the program looks up by name, in their order."""
     yield "DragonIdle", idle.draw
     yield "DragonFly", flight.draw
-    for title, draw in flight.frames():
-        yield title, draw
+    yield from flight.frames()
     yield "Logo", logo.draw
 
 
@@ -70,6 +69,8 @@ def main():
     for title, draw in pictures():
         if not arguments.names or title in arguments.names:
             make_picture(draw, arguments.quick)
+    if not arguments.names or "Logo" in arguments.names:
+        (SOURCES / "LogoOneColour.svg").write_text(logo.one_colour("#ffffff"), encoding="utf-8")
     if not arguments.names or "icons" in arguments.names:
         make_icons()
 

@@ -105,6 +105,14 @@ def at(segments, t):
     return point, slope / abs(slope)
 
 
+def after(segment, u):
+    """What is left of one cubic segment after u in 0...1."""
+    p0, p1, p2, p3 = segment
+    a, b, c = p0 + (p1 - p0) * u, p1 + (p2 - p1) * u, p2 + (p3 - p2) * u
+    d, e = a + (b - a) * u, b + (c - b) * u
+    return (d + (e - d) * u, e, c, p3)
+
+
 def side(segments, widths, sign, steps):
     """Points beside a centre line, at the distance that the widths (spread evenly along it) tell."""
     result = []
@@ -149,16 +157,6 @@ def tube(segments, widths, steps=None, start_cap=True):
 def xy(point):
     """The (x, y) pair of a complex point."""
     return (point.real, point.imag)
-
-
-def moved(segments, scale=1.0, degrees=0.0, to=0j, mirror=False):
-    """The curve mirrored in the vertical axis, scaled, turned about the origin, then moved."""
-    turn = scale * cmath.exp(1j * math.radians(degrees))
-
-    def place(p):
-        return (complex(-p.real, p.imag) if mirror else p) * turn + to
-
-    return [tuple(place(p) for p in segment) for segment in segments]
 
 
 def number(value, decimals=2):

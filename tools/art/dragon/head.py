@@ -96,9 +96,9 @@ def head(picture, place, line, look=(0.16, 0.08)):
         picture.stroke(back, c.LINE, 2 * s, 0.35)
         snout = picture.radial(place.xy(78, 22), 38 * s, (0, c.BODY_LIGHT, 0.95), (0.6, c.BODY_LIGHT, 0.4), (1, c.BODY_LIGHT, 0))
         picture.fill(place.oval(78, 28, 36, 32), snout)
-        blush = picture.radial(place.xy(-34, 42), 27 * s, (0, c.AMBER_DEEP, 0.55), (0.5, c.AMBER_DEEP, 0.3), (1, c.AMBER_DEEP, 0))
+        blush = picture.radial(place.xy(-34, 42), 27 * s, (0, c.BLUSH, 0.6), (0.5, c.BLUSH, 0.36), (1, c.BLUSH, 0))
         picture.fill(place.oval(-34, 42, 27, 24), blush)
-        for x, y, r in ((-66, -22, 6), (-52, -42, 7.5), (-76, 0, 4.5)):
+        for x, y, r in ((-72, -14, 6), (-64, -35, 7), (-79, 7, 4.5)):
             picture.fill(place.oval(x, y, r * 1.15, r, -30), c.RIM, 0.3)
         with picture.clipped(skull):
             picture.edges(skull, 20 * s, 6 * s)

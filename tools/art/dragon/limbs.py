@@ -1,4 +1,4 @@
-"""Legs, paws, back plates and the pointer that the tail ends in."""
+"""Legs, back plates and the pointer that the tail ends in."""
 
 from dragon import palette as c
 from dragon.geometry import at, closed, curve, side, spread, tube, xy
@@ -57,27 +57,5 @@ def leg(picture, pairs, widths, line, stops, starts=(0.3, 0.3), shade=14):
     top, foot = pairs[0], pairs[-1]
     fill = picture.linear((top[0], top[1] - widths[0]), foot, *stops)
     picture.form(outline, fill, shade, 0)
-
-
-def paw(picture, place, line, fill, toes=3, width=30):
-    """A foot seen from the front: one outline with toes, and amber claws; the ground is at y = 0."""
-    step = 2 * width / toes
-    pairs = [(-width * 0.86, -26), (-width * 1.06, -8)]
-    for k in range(toes):
-        left = -width + k * step
-        pairs.append((left + step * 0.25, 3))
-        pairs.append((left + step * 0.75, 3))
-        if k < toes - 1:
-            pairs.append((left + step, -3, "c"))
-    pairs += [(width * 1.06, -8), (width * 0.86, -26), (0, -36)]
-    outline = place.closed(*pairs)
-    picture.contour(outline, line)
-    picture.form(outline, fill, 9 * place.scale, 4 * place.scale)
-    for k in range(1, toes):
-        x = -width + k * step
-        picture.stroke(place.curve((x, -3), (x * 0.94, -10), (x * 0.9, -15)), c.LINE, line * 0.7)
-    for k in range(toes):
-        x = -width + (k + 0.5) * step
-        claw = place.closed((x - step * 0.24, -1, "c"), (x, -9), (x + step * 0.24, -1, "c"), (x, 5.5))
-        picture.contour(claw, line * 0.35)
-        picture.fill(claw, c.AMBER_LIGHT)
+    lit = side(centre, [0.5 * w for w in widths], 1, steps)[int(0.34 * steps) : int(0.8 * steps)]
+    picture.stroke(curve(*[xy(p) for p in lit]), c.RIM, widths[-1] * 0.22, 0.3)

@@ -1,5 +1,7 @@
 """Logo: the head, and under it the tail that ends in the pointer; 512 x 512, in colour and in one colour."""
 
+import re
+
 from dragon import palette as c
 from dragon.geometry import curve, tube
 from dragon.head import head
@@ -27,3 +29,20 @@ def draw(title="Logo", plain=False):
         p.form(tail, p.linear((130, 330), (330, 500), (0, c.BODY), (1, c.BODY_DEEP)), 20, 8)
     head(p, HEAD, LINE)
     return p
+
+
+def one_colour(ink):
+    """SVG text of the logo in one ink: surfaces are inked, lines and pupils stay open, shading is left out."""
+    p = draw("Logo in one colour", plain=True)
+    shapes = []
+    for element in p.body:
+        if "opacity=" in element or c.RIM in element:
+            continue
+        element = element.replace(c.LINE, "#000").replace(c.PUPIL, "#000")
+        shapes.append(re.sub(r'fill="(url\([^)]*\)|#(?!000)[0-9a-f]{6})"', 'fill="#fff"', element))
+    mask = '<mask id="shape" maskUnits="userSpaceOnUse" x="0" y="0" width="512" height="512">'
+    return (
+        '<svg xmlns="http://www.w3.org/2000/svg" width="512" height="512" viewBox="0 0 512 512">\n'
+        f"  <title>{p.title}</title>\n  <defs>{mask}\n" + "\n".join(shapes) + "\n  </mask></defs>\n"
+        f'  <rect width="512" height="512" fill="{ink}" mask="url(#shape)"/>\n</svg>\n'
+    )

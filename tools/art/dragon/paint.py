@@ -14,6 +14,7 @@ class Picture:
         """`plain` keeps to paths, gradients and groups, for renderers that know no clip paths."""
         self.width, self.height, self.title, self.plain = width, height, title, plain
         self.defs, self.body, self.depth, self.names, self.muted = [], [], 1, 0, 0
+        self.groups = {}
 
     def _name(self, stem):
         self.names += 1
@@ -28,7 +29,10 @@ class Picture:
             self.body.append("  " * self.depth + text)
 
     def group(self, name=None, transform=None, opacity=None):
-        """A named group, to be used with `with`."""
+        """A group, to be used with `with`; a name used again gets a number behind it, since ids are unique."""
+        if name:
+            self.groups[name] = self.groups.get(name, 0) + 1
+            name += str(self.groups[name]) if self.groups[name] > 1 else ""
         return _Group(self, name, transform, opacity)
 
     def linear(self, a, b, *stops):

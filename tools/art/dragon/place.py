@@ -1,4 +1,4 @@
-"""Where a part stands: scale, turn, mirror and position, applied to the points rather than to the drawing.
+"""Where a part stands: scale, turn and position, applied to the points rather than to the drawing.
 
 The light is fixed in the picture, so parts are turned before they are shaded."""
 
@@ -9,17 +9,18 @@ from dragon import geometry
 
 
 class Place:
-    """Maps a part's own coordinates to those of the picture."""
+    """Maps a part's own coordinates to those of the picture: its origin comes to lie on (x, y)."""
 
-    def __init__(self, x=0.0, y=0.0, scale=1.0, degrees=0.0, mirror=False):
+    def __init__(self, x=0.0, y=0.0, scale=1.0, degrees=0.0, origin=(0.0, 0.0), flip=False):
         self.to = complex(x, y)
         self.scale = scale
         self.turn = scale * cmath.exp(1j * math.radians(degrees))
-        self.mirror = mirror
+        self.origin = complex(*origin)
+        self.flip = flip
 
     def point(self, x, y):
-        """One point of the part, as a complex number of the picture."""
-        return complex(-x if self.mirror else x, y) * self.turn + self.to
+        """One point of the part, as a complex number of the picture; `flip` turns the part upside down first."""
+        return (complex(x, -y if self.flip else y) - self.origin) * self.turn + self.to
 
     def xy(self, x, y):
         """One point of the part, as a pair of the picture."""

@@ -1,7 +1,8 @@
 """A bat wing from its joints: membrane with scalloped edge, arm, fingers and thumb claw."""
 
 from dragon import palette as c
-from dragon.geometry import curve, line as straight, side, tube, xy
+from dragon.geometry import after, at, curve, side, tube, xy
+from dragon.geometry import line as straight
 
 
 def hollow(a, b, towards, depth):
@@ -22,7 +23,11 @@ def wing(picture, shoulder, elbow, wrist, tips, root, line, size, far=False, bow
     ends = [*tips, root]
     depths = [depth] * (len(tips) - 1) + [depth * 0.8]
     edge = [hollow(a, b, wrist, d) for a, b, d in zip(ends, ends[1:], depths)]
-    membrane = [*bone_line, *fingers[0], *edge, straight(root, shoulder)]
+    # The skin begins a little way along the arm, so that the shoulder can melt into the back.
+    start = len(bone_line) * 0.2
+    armpit = at(bone_line, 0.2)[0]
+    first = bone_line[0]
+    membrane = [after(first, start), *bone_line[1:], *fingers[0], *edge, straight(root, armpit)]
     picture.contour(membrane, line)
     middle = sum(tips) / len(tips)
     warm = picture.linear(xy(wrist), xy(middle), (0, c.AMBER_DEEP), (0.55, c.AMBER), (1, c.AMBER_LIGHT))
@@ -46,7 +51,7 @@ def wing(picture, shoulder, elbow, wrist, tips, root, line, size, far=False, bow
     arm = tube(bone_line, widths, steps=5)
     for sign in (-1, 1):
         picture.stroke(curve(*[xy(p) for p in side(bone_line, widths, sign, 12)[3:]]), c.LINE, 2 * line)
-    fill = picture.linear(xy(shoulder), xy(wrist), (0, skin[2]), (0.3, skin[1]), (1, skin[0]))
+    fill = picture.linear(xy(shoulder), xy(wrist), (0, skin[2], 0 if not far else 1), (0.13, skin[1]), (1, skin[0]))
     picture.fill(arm, fill)
     lit = 1 if (wrist - shoulder).real < 0 else -1
     for sign, colour, width, opacity in ((lit, c.RIM, 3, 0.4), (-lit, c.SHADE, 5, 0.3)):
