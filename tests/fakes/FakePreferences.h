@@ -14,13 +14,19 @@ public:
     using Value = std::variant<Bytes, Date, std::int64_t, bool>;
 
     std::optional<Bytes> bytes(const std::string& key) const override { return get<Bytes>(key); }
+
     std::optional<Date> date(const std::string& key) const override { return get<Date>(key); }
+
     std::optional<std::int64_t> integer(const std::string& key) const override { return get<std::int64_t>(key); }
+
     std::optional<bool> truth(const std::string& key) const override { return get<bool>(key); }
 
     void setBytes(const std::string& key, const Bytes& value) override { set(key, value); }
+
     void setDate(const std::string& key, Date value) override { set(key, value); }
+
     void setInteger(const std::string& key, std::int64_t value) override { set(key, value); }
+
     void setTruth(const std::string& key, bool value) override { set(key, value); }
 
     bool holds(const std::string& key) const override { return values.contains(key); }

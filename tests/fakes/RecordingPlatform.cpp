@@ -14,6 +14,15 @@ std::string describe(const platform::MouseEvent& event) {
            shortestDecimal(event.position.y);
 }
 
+bool isPress(const platform::MouseEvent& event) {
+    using enum platform::MouseEventType;
+    return event.type == leftMouseDown || event.type == rightMouseDown || event.type == otherMouseDown;
+}
+
+bool isReleaseOf(const platform::MouseEvent& event, const platform::MouseEvent& press) {
+    return static_cast<unsigned>(event.type) == static_cast<unsigned>(press.type) + 1 && event.button == press.button;
+}
+
 } // namespace
 
 class RecordingPlatform::Events final : public platform::PointerEvents {
@@ -35,6 +44,12 @@ public:
 
     void post(const platform::MouseEvent& event) override {
         ++owner_.postedEvents;
+        if (isPress(event)) {
+            press_ = event;
+        } else {
+            owner_.pairedClicks += press_ && isReleaseOf(event, *press_) ? 1U : 0U;
+            press_.reset();
+        }
         if (owner_.keepsJournal) {
             owner_.note("post " + describe(event));
         }
@@ -45,10 +60,14 @@ public:
             owner_.flushTimes.push_back(owner_.loop.elapsed());
             owner_.note("flush");
         }
+        if (owner_.onFlush) {
+            owner_.onFlush();
+        }
     }
 
 private:
     RecordingPlatform& owner_;
+    std::optional<platform::MouseEvent> press_;
 };
 
 class RecordingPlatform::Position final : public platform::PointerPosition {
@@ -81,6 +100,7 @@ public:
     }
 
     void openSettings() override { owner_.note("open settings"); }
+
     void onChanged(std::function<void()> changed) override { owner_.trustChanged = std::move(changed); }
 
 private:
@@ -104,8 +124,8 @@ public:
 
     platform::Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, platform::HotKeyId id,
                                     Reference& hotKey) override {
-        owner_.note("register key " + std::to_string(keyCode) + " modifiers " + std::to_string(modifiers) + " signature " +
-                    std::to_string(id.signature) + " id " + std::to_string(id.id));
+        owner_.note("register key " + std::to_string(keyCode) + " modifiers " + std::to_string(modifiers) +
+                    " signature " + std::to_string(id.signature) + " id " + std::to_string(id.id));
         if (owner_.hotKeyStatus == platform::noErr) {
             hotKey = ++last_;
             owner_.hotKeys.emplace(hotKey, id);
@@ -139,7 +159,9 @@ private:
     class RecordedSound final : public platform::Sound {
     public:
         explicit RecordedSound(RecordingPlatform& owner) : owner_(owner) {}
+
         void play() override { owner_.note("play sound"); }
+
         void stop() override { owner_.note("stop sound"); }
 
     private:
@@ -152,6 +174,7 @@ private:
 class RecordingPlatform::Opener final : public platform::UrlOpener {
 public:
     explicit Opener(RecordingPlatform& owner) : owner_(owner) {}
+
     void open(const std::string& url) override { owner_.note("open url " + url); }
 
 private:
@@ -161,6 +184,7 @@ private:
 class RecordingPlatform::Log final : public platform::SystemLog {
 public:
     explicit Log(RecordingPlatform& owner) : owner_(owner) {}
+
     void write(std::string_view line) override { owner_.note("log " + std::string(line)); }
 
 private:
@@ -168,11 +192,15 @@ private:
 };
 
 RecordingPlatform::RecordingPlatform()
-    : events_(std::make_unique<Events>(*this)), position_(std::make_unique<Position>(*this)),
-      trust_(std::make_unique<Trust>(*this)), keys_(std::make_unique<Keys>(*this)),
-      sounds_(std::make_unique<Sounds>(*this)), opener_(std::make_unique<Opener>(*this)), log_(std::make_unique<Log>(*this)),
-      installation_(std::make_unique<platform::PlatformInstallation>(platform::Platform{
-          loop, *events_, *position_, *trust_, *keys_, preferences, *sounds_, *opener_, *log_})) {}
+    : events_(std::make_unique<Events>(*this)),
+      position_(std::make_unique<Position>(*this)),
+      trust_(std::make_unique<Trust>(*this)),
+      keys_(std::make_unique<Keys>(*this)),
+      sounds_(std::make_unique<Sounds>(*this)),
+      opener_(std::make_unique<Opener>(*this)),
+      log_(std::make_unique<Log>(*this)),
+      installation_(std::make_unique<platform::PlatformInstallation>(
+          platform::Platform{loop, *events_, *position_, *trust_, *keys_, preferences, *sounds_, *opener_, *log_})) {}
 
 RecordingPlatform::~RecordingPlatform() = default;
 

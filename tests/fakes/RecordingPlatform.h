@@ -19,8 +19,8 @@
 
 namespace velloran::fakes {
 
-/// A platform that does nothing but write down, in `journal`, what it was asked to do, and answers as the test says. It is
-/// the installed platform for as long as it exists.
+/// A platform that does nothing but write down, in `journal`, what it was asked to do, and answers as the test says. It
+/// is the installed platform for as long as it exists.
 class RecordingPlatform {
 public:
     RecordingPlatform();
@@ -51,6 +51,10 @@ public:
     bool canReadLocation = true;
     std::set<platform::MouseEventType> unmakeableEvents;
     std::uint64_t postedEvents = 0;
+    /// Presses that were followed directly by the release of the same button.
+    std::uint64_t pairedClicks = 0;
+    /// Called at every flush.
+    std::function<void()> onFlush;
     /// Virtual times of flushes, in nanoseconds.
     std::vector<std::uint64_t> flushTimes;
     platform::Status hotKeyStatus = platform::noErr;

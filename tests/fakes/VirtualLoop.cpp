@@ -1,5 +1,7 @@
 #include "fakes/VirtualLoop.h"
 
+#include "async/ThreadQueue.h"
+
 #include <cmath>
 #include <deque>
 #include <utility>
@@ -17,6 +19,7 @@ constexpr Date start(801234567.25);
 class VirtualLoop::Queue final : public SerialQueue {
 public:
     explicit Queue(VirtualLoop& loop) : loop_(loop) {}
+
     Queue(const Queue&) = delete;
     Queue& operator=(const Queue&) = delete;
 
@@ -53,8 +56,10 @@ class VirtualLoop::VirtualWatch final : public EventLoop::Watch {
 public:
     VirtualWatch(VirtualLoop& loop, int fileDescriptor, Function function)
         : function_(std::move(function)), loop_(loop), place_(loop.watches_.emplace(fileDescriptor, this)) {}
+
     VirtualWatch(const VirtualWatch&) = delete;
     VirtualWatch& operator=(const VirtualWatch&) = delete;
+
     ~VirtualWatch() override { loop_.watches_.erase(place_); }
 
     void call() const { function_(); }
@@ -105,6 +110,9 @@ std::unique_ptr<EventLoop::Watch> VirtualLoop::watch(int fileDescriptor, Functio
 
 std::unique_ptr<SerialQueue> VirtualLoop::makeSerialQueue(std::string label) {
     queueLabel_ = std::move(label);
+    if (usesThreads) {
+        return std::make_unique<ThreadQueue>(queueLabel_);
+    }
     return std::make_unique<Queue>(*this);
 }
 

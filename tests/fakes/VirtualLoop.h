@@ -11,8 +11,8 @@
 
 namespace velloran::fakes {
 
-/// An event loop whose time stands still until a test moves it. Nothing runs by itself: calls happen inside the functions
-/// below, on the test's thread, each at exactly the moment it was asked for.
+/// An event loop whose time stands still until a test moves it. Nothing runs by itself: calls happen inside the
+/// functions below, on the test's thread, each at exactly the moment it was asked for.
 class VirtualLoop final : public EventLoop {
 public:
     VirtualLoop() = default;
@@ -26,8 +26,9 @@ public:
     void cancel(CallId call) override;
     std::unique_ptr<Watch> watch(int fileDescriptor, Function function) override;
 
-    /// A queue whose jobs run in turns of this loop, or at its destruction.
+    /// A queue whose jobs run in turns of this loop, or at its destruction; with `usesThreads` one on a real thread.
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
+    bool usesThreads = false;
 
     /// Makes every call that is due now, those that they post included.
     void runDue();
@@ -47,6 +48,7 @@ public:
 
     /// Nanoseconds since the loop was made.
     [[nodiscard]] std::uint64_t elapsed() const { return elapsed_; }
+
     [[nodiscard]] std::size_t pendingCalls() const { return calls_.size(); }
 
     /// Label of the queue made last.

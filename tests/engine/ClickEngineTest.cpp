@@ -1,0 +1,71 @@
+#include "engine/ClickEngine.h"
+
+#include "fakes/RecordingPlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace velloran {
+
+namespace {
+
+using Journal = std::vector<std::string>;
+
+class ClickEngineTest : public testing::Test {
+protected:
+    const Journal& posted(ClickEngine::Button button) {
+        platform.journal.clear();
+        engine.post(button);
+        return platform.journal;
+    }
+
+    fakes::RecordingPlatform platform;
+    const ClickEngine engine;
+};
+
+} // namespace
+
+TEST_F(ClickEngineTest, LeftClickIsAPressAndAReleaseSentTogether) {
+    EXPECT_EQ(posted(ClickEngine::Button::left),
+              (Journal{"read location", "post 1 button 0 at 300.0,200.0", "post 2 button 0 at 300.0,200.0", "flush"}));
+}
+
+TEST_F(ClickEngineTest, RightClickAtThePointer) {
+    EXPECT_EQ(posted(ClickEngine::Button::right),
+              (Journal{"read location", "post 3 button 1 at 300.0,200.0", "post 4 button 1 at 300.0,200.0", "flush"}));
+}
+
+TEST_F(ClickEngineTest, MiddleClickUsesTheOtherEventsWithTheCentreButton) {
+    EXPECT_EQ(posted(ClickEngine::Button::middle), (Journal{"read location", "post 25 button 2 at 300.0,200.0",
+                                                            "post 26 button 2 at 300.0,200.0", "flush"}));
+}
+
+TEST_F(ClickEngineTest, FollowsThePointer) {
+    platform.pointer = platform::Point{-1280.5, 7.25};
+    EXPECT_EQ(posted(ClickEngine::Button::left).at(1), "post 1 button 0 at -1280.5,7.25");
+}
+
+TEST_F(ClickEngineTest, UnknownLocationIsTheOrigin) {
+    platform.canReadLocation = false;
+    EXPECT_EQ(posted(ClickEngine::Button::right),
+              (Journal{"read location", "post 3 button 1 at 0.0,0.0", "post 4 button 1 at 0.0,0.0", "flush"}));
+}
+
+TEST_F(ClickEngineTest, HalfThatCannotBeMadeIsLeftOutAndTheOtherIsSent) {
+    platform.unmakeableEvents = {platform::MouseEventType::leftMouseDown};
+    EXPECT_EQ(posted(ClickEngine::Button::left), (Journal{"read location", "post 2 button 0 at 300.0,200.0", "flush"}));
+    platform.unmakeableEvents = {platform::MouseEventType::leftMouseUp};
+    EXPECT_EQ(posted(ClickEngine::Button::left), (Journal{"read location", "post 1 button 0 at 300.0,200.0", "flush"}));
+    platform.unmakeableEvents = {platform::MouseEventType::leftMouseDown, platform::MouseEventType::leftMouseUp};
+    EXPECT_EQ(posted(ClickEngine::Button::left), (Journal{"read location", "flush"}));
+}
+
+TEST_F(ClickEngineTest, ConfiguredButtonsMapToThoseOfTheSameName) {
+    EXPECT_EQ(engineButton(MouseButton::left), ClickEngine::Button::left);
+    EXPECT_EQ(engineButton(MouseButton::right), ClickEngine::Button::right);
+    EXPECT_EQ(engineButton(MouseButton::middle), ClickEngine::Button::middle);
+}
+
+} // namespace velloran
