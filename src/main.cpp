@@ -62,6 +62,14 @@ bool hasDisplay() {
     return false;
 }
 
+/// Takes the registered hotkey away again, before the backend that holds it goes.
+struct SharedHotkeys {
+    SharedHotkeys() = default;
+    SharedHotkeys(const SharedHotkeys&) = delete;
+    SharedHotkeys& operator=(const SharedHotkeys&) = delete;
+    ~SharedHotkeys() { HotkeyManager::endShared(); }
+};
+
 QStringList toStrings(const std::vector<std::string>& lines) {
     QStringList strings;
     for (const std::string& line : lines) {
@@ -70,7 +78,7 @@ QStringList toStrings(const std::vector<std::string>& lines) {
     return strings;
 }
 
-int run(QApplication& application) {
+int run() {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
@@ -82,45 +90,43 @@ int run(QApplication& application) {
                                                        desktop->inputTrust(), desktop->hotKeys(), preferences, sounds,
                                                        urlOpener, log});
 
-    int status = EXIT_SUCCESS;
-    {
-        const auto store = AutoClickerStore::create();
-        DonationManager donations;
-        KeyEventMonitor keyMonitor(desktop->keyCharacters());
-        StoreModel storeModel(store);
-        DonationModel donationModel(donations);
+    const SharedHotkeys sharedHotkeys;
 
-        desktop->inputTrust().onChanged([weak = std::weak_ptr(store)] {
-            const auto current = weak.lock();
-            if (!current) {
-                return;
-            }
-            // What the desktop took back is not asked for again: the run ends, and the button to ask appears.
-            if (current->hasAccessibilityPermission().get()) {
-                current->stop();
-            }
-            current->refreshPermission();
-        });
+    const auto store = AutoClickerStore::create();
+    DonationManager donations;
+    const KeyEventMonitor keyMonitor(desktop->keyCharacters());
+    StoreModel storeModel(store);
+    DonationModel donationModel(donations);
 
-        QQmlApplicationEngine engine;
-        registerProviders(engine);
-        engine.setInitialProperties({
-            {"store", QVariant::fromValue(&storeModel)},
-            {"donations", QVariant::fromValue(&donationModel)},
-            {"limits", toStrings(desktop->limits())},
-        });
-        engine.load(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Velloran/MainWindow.qml")));
-        if (engine.rootObjects().isEmpty()) {
-            return EXIT_FAILURE;
+    desktop->inputTrust().onChanged([weak = std::weak_ptr(store)] {
+        const auto current = weak.lock();
+        if (!current) {
+            return;
         }
-        status = application.exec();
-        desktop->inputTrust().onChanged({});
-        store->stop();
-        // A running loop holds the store until it has noticed; that takes one turn.
-        QCoreApplication::sendPostedEvents(&loop);
+        // What the desktop took back is not asked for again: the run ends, and the button to ask appears.
+        if (current->hasAccessibilityPermission().get()) {
+            current->stop();
+        }
+        current->refreshPermission();
+    });
+
+    QQmlApplicationEngine engine;
+    registerProviders(engine);
+    engine.setInitialProperties({
+        {"store", QVariant::fromValue(&storeModel)},
+        {"donations", QVariant::fromValue(&donationModel)},
+        {"limits", toStrings(desktop->limits())},
+    });
+    // By name and not by address: only an import makes the module's own types known.
+    engine.loadData(QByteArrayLiteral("import Velloran\nMainWindow {}\n"));
+    if (engine.rootObjects().isEmpty()) {
+        return EXIT_FAILURE;
     }
-    // The store's queue is drained and nothing fires any more: the hotkey may go before the backends do.
-    HotkeyManager::endShared();
+    const int status = QApplication::exec();
+    desktop->inputTrust().onChanged({});
+    store->stop();
+    // A running loop holds the store until it has noticed; that takes one turn.
+    QCoreApplication::sendPostedEvents(&loop);
     return status;
 }
 
@@ -135,10 +141,10 @@ int main(int argc, char* argv[]) {
     qInstallMessageHandler(handleToolkitMessage);
     // Lighter than the graphics card's way by half a processor and 80 MB, and it leaves the card to the game.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velloran"));
     QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("app.velloran.Velloran"));
-    return run(application);
+    return run();
 }

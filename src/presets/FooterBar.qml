@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// The presets menu, and the ways to bring the settings in, take them out and start afresh.
 Item {

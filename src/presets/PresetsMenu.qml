@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// The presets to apply and to delete, and the way to a new one. Shows the presets there were when it was made.
 PopupMenu {

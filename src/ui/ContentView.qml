@@ -1,11 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// The content of the window: both columns of cards under a title bar that stays in place.
 Item {
     id: root
 
     required property StoreModel store
+    /// What the window buttons take of the left end of the title bar.
+    property real leftInset: 0
 
     implicitWidth: 920
     implicitHeight: 736
@@ -20,23 +23,17 @@ Item {
 
         TitleBar {
             Layout.fillWidth: true
+            leftInset: root.leftInset
         }
 
-        Flickable {
+        ScrollArea {
             id: scroll
 
             readonly property real sidePadding: 20
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            contentWidth: scroll.width
             contentHeight: stack.implicitHeight + scroll.sidePadding
-            boundsBehavior: Flickable.StopAtBounds
-            clip: true
-
-            ScrollToFocus {
-                view: scroll
-            }
 
             ColumnLayout {
                 id: stack

@@ -48,6 +48,7 @@ class StoreModel : public QObject {
     Q_PROPERTY(QStringList mouseButtonNames READ mouseButtonNames CONSTANT FINAL)
 
     /// Texts of the summary and of the helper lines.
+    Q_PROPERTY(bool hasHotkey READ hasHotkey NOTIFY configChanged FINAL)
     Q_PROPERTY(QString hotkeyDisplay READ hotkeyDisplay NOTIFY configChanged FINAL)
     Q_PROPERTY(QString mouseButtonText READ mouseButtonText NOTIFY configChanged FINAL)
     Q_PROPERTY(QString intervalText READ intervalText NOTIFY configChanged FINAL)
@@ -116,6 +117,7 @@ public:
     [[nodiscard]] QStringList hotkeyChoices() const;
     [[nodiscard]] QStringList mouseButtonNames() const;
 
+    [[nodiscard]] bool hasHotkey() const { return config().hotkey.has_value(); }
     [[nodiscard]] QString hotkeyDisplay() const;
     [[nodiscard]] QString mouseButtonText() const;
     [[nodiscard]] QString intervalText() const;

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// Two options that the main window has no place for.
 CardBackground {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// How often, and with which button, the program clicks.
 CardBackground {

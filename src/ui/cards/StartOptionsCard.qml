@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// How a run is started, and what has to be so for a click to happen.
 CardBackground {
@@ -37,9 +38,10 @@ CardBackground {
                 HotkeyRecorder {
                     Layout.fillWidth: true
                     label: "Start / Stop Hotkey"
-                    combo: root.store.hotkey
+                    hasCombo: root.store.hasHotkey
                     display: root.store.hotkeyDisplay
-                    onEdited: newCombo => root.store.hotkey = newCombo
+                    onRecorded: combo => root.store.hotkey = combo
+                    onCleared: root.store.clearHotkey()
                 }
 
                 HotkeyChoiceMenu {
@@ -51,7 +53,7 @@ CardBackground {
 
             HelperText {
                 indent: hotkeyLabel.width + Theme.spacing.md
-                text: root.store.hotkeyDisplay === "" ? "Press keys to record shortcut" : "Press your hotkey anywhere to start/stop"
+                text: root.store.hasHotkey ? "Press your hotkey anywhere to start/stop" : "Press keys to record shortcut"
             }
         }
 

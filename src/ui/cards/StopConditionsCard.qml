@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// When a run ends and, while a counted one is under way, how far it has come.
 CardBackground {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// Shows the donation prompt when it is due and nothing else is open. Closing it without an answer only puts it away.
 Sheet {

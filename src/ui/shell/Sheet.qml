@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// A panel over the whole window that keeps everything below it from being used. What it holds is made anew for every showing.
 FocusScope {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// The one window of the program: it draws its own frame and shows its sheets over whatever it holds. Closing it ends the
 /// program.

@@ -4,14 +4,17 @@ import QtQuick
 Rectangle {
     id: root
 
-    implicitWidth: row.width + 40
+    /// Room at the left end that belongs to somebody else.
+    property real leftInset: 0
+
+    implicitWidth: row.width + row.x + 20
     implicitHeight: Math.max(64, row.implicitHeight + 12)
     color: Theme.faded(Theme.appBackgroundTop, 0.6)
 
     Row {
         id: row
 
-        x: 20
+        x: 20 + root.leftInset
         anchors.verticalCenter: parent.verticalCenter
         spacing: 10
 
