@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QFontDatabase>
 #include <QQmlApplicationEngine>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
@@ -60,6 +61,17 @@ bool hasDisplay() {
         }
     }
     return false;
+}
+
+/// A desktop that names no typeface leaves the toolkit with a generic name, which may stand for anything. Then one is taken
+/// that has all the weights of the window, if it is installed.
+void chooseTypeface() {
+    QFont font = QApplication::font();
+    const QString preferred = QStringLiteral("Inter");
+    if (font.family().startsWith(QLatin1String("Sans"), Qt::CaseInsensitive) && QFontDatabase::hasFamily(preferred)) {
+        font.setFamily(preferred);
+        QApplication::setFont(font);
+    }
 }
 
 /// Takes the registered hotkey away again, before the backend that holds it goes.
@@ -146,5 +158,6 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("app.velloran.Velloran"));
+    chooseTypeface();
     return run();
 }
