@@ -78,6 +78,7 @@ TickConnection::~TickConnection() {
     if (stream_ != nullptr) {
         pa_stream_set_state_callback(stream_, nullptr, nullptr);
         pa_stream_set_latency_update_callback(stream_, nullptr, nullptr);
+        pa_stream_set_suspended_callback(stream_, nullptr, nullptr);
         pa_stream_disconnect(stream_);
         pa_stream_unref(stream_);
     }
@@ -92,7 +93,7 @@ void TickConnection::tick(std::int64_t moment) {
     if (state_ == State::lost) {
         return;
     }
-    if (lastReport_ != 0 && monotonicNow() - lastReport_ > longestSilenceOfServer) {
+    if (isRunning_ && monotonicNow() - lastReport_ > longestSilenceOfServer) {
         state_ = State::lost;
         return;
     }
@@ -105,13 +106,11 @@ void TickConnection::tick(std::int64_t moment) {
         pending_.pop_front();
     }
     pending_.push_back(moment);
-    if (lastReport_ != 0) {
-        playPending();
-    }
+    playPending();
 }
 
 void TickConnection::stop(std::int64_t moment) {
-    if (state_ == State::lost || lastReport_ == 0) {
+    if (state_ == State::lost || !isRunning_) {
         return;
     }
     if (const auto rest = placement_.restOfTick(moment, monotonicNow())) {
@@ -142,11 +141,12 @@ void TickConnection::openStream() {
         stream_, [](pa_stream*, void* self) { static_cast<TickConnection*>(self)->onStreamState(); }, this);
     pa_stream_set_latency_update_callback(
         stream_, [](pa_stream*, void* self) { static_cast<TickConnection*>(self)->onReport(); }, this);
+    pa_stream_set_suspended_callback(
+        stream_, [](pa_stream*, void* self) { static_cast<TickConnection*>(self)->onSuspended(); }, this);
     constexpr auto serversChoice = static_cast<std::uint32_t>(-1);
     // Nothing to be filled before it plays: the stream runs on through the silence between the ticks.
     constexpr pa_buffer_attr buffer{serversChoice, bufferLength, 0, serversChoice, serversChoice};
-    constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY |
-                                                          PA_STREAM_AUTO_TIMING_UPDATE);
+    constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE);
     if (pa_stream_connect_playback(stream_, nullptr, &buffer, flags, nullptr, nullptr) < 0) {
         state_ = State::lost;
     }
@@ -155,32 +155,32 @@ void TickConnection::openStream() {
 void TickConnection::onStreamState() {
     const pa_stream_state_t state = pa_stream_get_state(stream_);
     if (state == PA_STREAM_READY) {
-        begin();
+        release(pa_stream_update_timing_info(stream_, nullptr, nullptr));
     } else if (!PA_STREAM_IS_GOOD(state)) {
         state_ = State::lost;
     }
 }
 
-/// The first ticks go in while the stream still stands, which makes sure that none of them is cut.
-void TickConnection::begin() {
-    playPending();
-    release(pa_stream_cork(stream_, 0, nullptr, nullptr));
-    release(pa_stream_update_timing_info(stream_, nullptr, nullptr));
+void TickConnection::onSuspended() {
+    // It runs again when a report says so.
+    if (pa_stream_is_suspended(stream_) != 0) {
+        isRunning_ = false;
+    }
 }
 
 void TickConnection::onReport() {
     const pa_timing_info* const info = pa_stream_get_timing_info(stream_);
-    if (info == nullptr || info->read_index_corrupt != 0 || pa_stream_is_corked(stream_) != 0) {
+    if (info == nullptr || info->read_index_corrupt != 0) {
         return;
     }
-    TickPlacement::Report report;
-    report.moment = monotonicNow();
-    report.isRunning = info->playing != 0;
+    lastReport_ = monotonicNow();
+    isRunning_ = info->playing != 0;
+    if (!isRunning_) {
+        return;
+    }
     // The report was under way for a while, in which the stream moved on.
-    report.waiting = info->read_index / frameSize + (report.isRunning ? frames(info->transport_usec) : 0);
-    report.heard = report.waiting - frames(info->sink_usec);
-    placement_.update(report);
-    lastReport_ = report.moment;
+    const std::int64_t waiting = info->read_index / frameSize + frames(info->transport_usec);
+    placement_.update({lastReport_, waiting - frames(info->sink_usec), waiting});
     playPending();
 }
 
@@ -191,6 +191,9 @@ void TickConnection::onIdle() {
 }
 
 void TickConnection::playPending() {
+    if (!isRunning_) {
+        return;
+    }
     const std::int64_t now = monotonicNow();
     while (!pending_.empty()) {
         const auto begin = placement_.place(pending_.front(), now);

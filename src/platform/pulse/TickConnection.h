@@ -41,10 +41,10 @@ public:
 private:
     void onContextState();
     void onStreamState();
+    void onSuspended();
     void onReport();
     void onIdle();
     void openStream();
-    void begin();
     void write(const std::int16_t* samples, std::int64_t begin, std::int64_t end);
     void playPending();
 
@@ -56,7 +56,9 @@ private:
     TickPlacement placement_;
     /// Moments of ticks that wait for the stream to run.
     std::deque<std::int64_t> pending_;
-    /// When the server last told of the stream; zero before it has done so.
+    /// Whether the stream moves on, as far as the server has told.
+    bool isRunning_ = false;
+    /// When the server last told of the stream.
     std::int64_t lastReport_ = 0;
 };
 

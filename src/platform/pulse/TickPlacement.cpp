@@ -34,7 +34,7 @@ void TickPlacement::update(const Report& report) {
 }
 
 std::optional<std::int64_t> TickPlacement::place(std::int64_t moment, std::int64_t now) {
-    if (now - moment > longestDelay) {
+    if (!report_ || now - moment > longestDelay) {
         return std::nullopt;
     }
     std::int64_t place = target(moment, now);
@@ -49,25 +49,20 @@ std::optional<std::int64_t> TickPlacement::place(std::int64_t moment, std::int64
 }
 
 std::optional<TickPlacement::Range> TickPlacement::restOfTick(std::int64_t moment, std::int64_t now) const {
-    if (!last_ || !report_) {
-        return std::nullopt;
-    }
-    const Range rest{target(moment, now), *last_ + tickLength_};
     // One that has not begun is not under way.
-    if (rest.begin < *last_ || rest.begin >= rest.end) {
+    if (!last_ || target(moment, now) < *last_) {
         return std::nullopt;
     }
-    return rest;
+    // It is heard for as long as the next one would let it be heard.
+    const Range rest{std::max(target(moment, now), *last_ + closest), *last_ + tickLength_};
+    return rest.begin < rest.end ? std::optional(rest) : std::nullopt;
 }
 
 std::int64_t TickPlacement::heardAt(std::int64_t moment) const {
-    return report_->isRunning ? report_->heard + frames(moment - report_->moment) : report_->heard;
+    return report_->heard + frames(moment - report_->moment);
 }
 
 std::int64_t TickPlacement::target(std::int64_t moment, std::int64_t now) const {
-    if (!report_) {
-        return 0;
-    }
     const std::int64_t earliest = heardAt(now) + delay_ - tolerance;
     return std::max<std::int64_t>({heardAt(moment) + delay_, earliest, 0});
 }

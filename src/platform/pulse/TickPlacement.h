@@ -13,15 +13,13 @@ namespace velloran::platform::pulse {
 /// for before the stream ran come later; they follow each other closely until they have caught up.
 class TickPlacement {
 public:
-    /// What the server tells of the stream.
+    /// What the server tells of a stream that moves on.
     struct Report {
         std::int64_t moment = 0;
         /// The frame that is being heard at that moment.
         std::int64_t heard = 0;
         /// The first frame that the server has not yet passed on towards the loudspeaker.
         std::int64_t waiting = 0;
-        /// Whether the stream is moving on.
-        bool isRunning = false;
     };
 
     struct Range {
@@ -39,8 +37,7 @@ public:
 
     void update(const Report& report);
 
-    /// Where the tick goes that was asked for at `moment`; nothing when it comes too late. Before the first report
-    /// ticks go to the start of the stream.
+    /// Where the tick goes that was asked for at `moment`; nothing when it comes too late, and before the first report.
     std::optional<std::int64_t> place(std::int64_t moment, std::int64_t now);
 
     /// What must fall silent for the tick under way to end at `moment`; nothing when none is.

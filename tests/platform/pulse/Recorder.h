@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ChildProcess.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace velloran::tests {
+
+/// Records what the device of a `SoundServer` would have played.
+class Recorder {
+public:
+    Recorder();
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+    ~Recorder();
+
+    /// Records until a quarter of a second of sound (mostly silence) has come in. False when none comes.
+    bool start();
+
+    /// Records what comes in until that moment.
+    void recordUntil(std::chrono::steady_clock::time_point moment);
+
+    /// Records that many further frames. False when they do not come.
+    bool recordMore(std::size_t frames);
+
+    [[nodiscard]] const std::vector<std::int16_t>& samples() const { return samples_; }
+
+    /// Where ticks begin, frame by frame. A tick counts when its first five milliseconds are there sample by sample.
+    [[nodiscard]] std::vector<std::size_t> ticks() const;
+
+private:
+    /// Waits for sound for that long at most and takes what is there.
+    bool take(std::chrono::nanoseconds longest);
+
+    int pipe_ = -1;
+    std::unique_ptr<ChildProcess> process_;
+    std::vector<std::int16_t> samples_;
+};
+
+} // namespace velloran::tests

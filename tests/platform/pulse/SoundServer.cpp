@@ -1,0 +1,91 @@
+#include "SoundServer.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace velloran::tests {
+
+namespace {
+
+constexpr int longestWait = 30'000; // milliseconds without any news
+
+int occurrences(const std::string& file, const std::string& text) {
+    std::ifstream stream(file);
+    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    int count = 0;
+    for (std::size_t at = content.find(text); at != std::string::npos; at = content.find(text, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+SoundServer::SoundServer() {
+    std::string name = (std::filesystem::temp_directory_path() / "velloran-sound-XXXXXX").string();
+    folder_ = mkdtemp(name.data());
+    log_ = folder_ + "/log";
+    setenv("HOME", folder_.c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", folder_.c_str(), 1);
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    setenv("PULSE_SERVER", ("unix:" + folder_ + "/native").c_str(), 1);
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+}
+
+SoundServer::~SoundServer() {
+    process_.reset();
+    std::filesystem::remove_all(folder_);
+}
+
+bool SoundServer::start() {
+    const int log = open(log_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    process_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"pulseaudio", "-n", "-v", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+                                 "--log-target=stderr", "--disallow-exit", "-L",
+                                 "module-null-sink sink_name=test format=s16le rate=48000 channels=1", "-L",
+                                 "module-native-protocol-unix auth-anonymous=1 socket=" + folder_ + "/native"},
+        log, log);
+    close(log);
+    return waitForLog("Daemon startup complete");
+}
+
+void SoundServer::kill() {
+    process_->kill();
+}
+
+void SoundServer::freeze() {
+    process_->signal(SIGSTOP);
+}
+
+void SoundServer::thaw() {
+    process_->signal(SIGCONT);
+}
+
+bool SoundServer::waitForLog(const std::string& text, int times) const {
+    const int changes = inotify_init1(IN_CLOEXEC);
+    inotify_add_watch(changes, log_.c_str(), IN_MODIFY);
+    bool isFound = occurrences(log_, text) >= times;
+    while (!isFound) {
+        pollfd wait{changes, POLLIN, 0};
+        if (poll(&wait, 1, longestWait) <= 0) {
+            break;
+        }
+        alignas(inotify_event) std::array<char, 4096> events{};
+        [[maybe_unused]] const ssize_t size = read(changes, events.data(), events.size());
+        isFound = occurrences(log_, text) >= times;
+    }
+    close(changes);
+    return isFound;
+}
+
+} // namespace velloran::tests
