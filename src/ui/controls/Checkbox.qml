@@ -1,6 +1,7 @@
 import QtQuick
+import QtQuick.Templates as T
 
-/// A tick box with its label. The whole row is its target.
+/// A tick box with its label. The whole row is its target. It shows what it is told; a press only asks for the opposite.
 FocusScope {
     id: root
 
@@ -10,25 +11,37 @@ FocusScope {
     /// Somebody wants it the other way round.
     signal toggled(bool on)
 
-    implicitWidth: button.implicitWidth
-    implicitHeight: button.implicitHeight
+    function pressKey(isRepeated: bool) {
+        if (!isRepeated)
+            box.clicked();
+    }
 
-    PlainButton {
-        id: button
+    implicitWidth: box.implicitWidth
+    implicitHeight: box.implicitHeight
+
+    T.CheckBox {
+        id: box
 
         anchors.fill: parent
         focus: true
-        label: root.label
-        faceRadius: 5
-        onTriggered: root.toggled(!root.isOn)
+        focusPolicy: Qt.StrongFocus
+        hoverEnabled: true
+        implicitWidth: box.implicitContentWidth
+        implicitHeight: box.implicitContentHeight
+        checked: root.isOn
+        nextCheckState: () => root.isOn ? Qt.Checked : Qt.Unchecked
+        onClicked: root.toggled(!root.isOn)
+        Keys.onReturnPressed: event => root.pressKey(event.isAutoRepeat)
+        Keys.onEnterPressed: event => root.pressKey(event.isAutoRepeat)
 
-        Accessible.role: Accessible.CheckBox
-        Accessible.checkable: true
-        Accessible.checked: root.isOn
-        Accessible.onToggleAction: button.activate()
+        Accessible.name: root.label
+        Accessible.focusable: true
+        Accessible.onPressAction: box.clicked()
+        Accessible.onToggleAction: box.clicked()
 
         contentItem: ChoiceRow {
             label: root.label
+            opacity: box.down ? Theme.pressedOpacity : 1
 
             RoundedFace {
                 anchors.fill: parent
@@ -52,6 +65,11 @@ FocusScope {
                     EaseInOut { seconds: 0.12 }
                 }
             }
+        }
+
+        FocusRing {
+            shown: box.visualFocus
+            around: 5
         }
     }
 }

@@ -13,7 +13,7 @@ Item {
     signal updatePressed()
 
     implicitWidth: root.pending ? root.gap + button.implicitWidth : root.updated ? root.gap + badge.implicitWidth : 0
-    implicitHeight: Math.max(button.implicitHeight, badge.implicitHeight)
+    implicitHeight: root.implicitWidth > 0 ? Math.max(button.implicitHeight, badge.implicitHeight) : 0
 
     Behavior on implicitWidth {
         EaseInOut { seconds: 0.18 }

@@ -32,7 +32,6 @@ FocusScope {
         Keys.onDownPressed: menu.open()
         Keys.onUpPressed: menu.open()
 
-        Accessible.role: Accessible.ButtonMenu
         Accessible.description: root.label
 
         background: RoundedFace {

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Velloran
 
 /// An input for a number, with an optional unit and steppers. Every number that it stores is told by `valueEdited`, equal ones
@@ -23,10 +22,13 @@ FocusScope {
 
     signal valueEdited(real newValue)
 
+    readonly property int margin: 12
+    readonly property int spacing: 8
+
     /// The least width at which nothing of what the field shows at the moment is cut.
-    readonly property real minimumWidth: 2 * row.margin + Math.min(input.contentWidth + 2, Theme.scaled(90))
-            + (unit.visible ? row.spacing + unit.implicitWidth : 0) + note.width
-            + (steppers.visible ? row.spacing + steppers.implicitWidth : 0)
+    readonly property real minimumWidth: Math.ceil(2 * root.margin + Math.min(input.contentWidth + 2, Theme.scaled(90))
+            + (unit.visible ? root.spacing + unit.width : 0) + note.width
+            + (steppers.visible ? root.spacing + steppers.width : 0))
 
     // How far the field looks like one with a change to be stored, 0…1.
     property real pendingness: model.hasPendingChange ? 1 : 0
@@ -36,7 +38,7 @@ FocusScope {
     }
 
     implicitWidth: Math.max(110, root.minimumWidth)
-    implicitHeight: row.implicitHeight + 18
+    implicitHeight: 18 + Math.max(input.implicitHeight, unit.implicitHeight, note.implicitHeight, steppers.implicitHeight)
     opacity: root.disabled ? 0.55 : 1
 
     NumberFieldModel {
@@ -70,76 +72,79 @@ FocusScope {
         onTapped: input.forceActiveFocus(Qt.MouseFocusReason)
     }
 
-    RowLayout {
-        id: row
-
-        readonly property int margin: 12
+    NumberInput {
+        id: input
 
         anchors {
             left: parent.left
-            right: parent.right
-            leftMargin: row.margin
-            rightMargin: row.margin
+            leftMargin: root.margin
+            right: unit.left
+            rightMargin: unit.visible ? root.spacing : 0
             verticalCenter: parent.verticalCenter
         }
-        spacing: 8
+        focus: true
+        enabled: !root.disabled
+        text: model.text
+        placeholder: root.placeholder
+        label: root.label
+        onTextEdited: model.text = input.text
+        onActiveFocusChanged: input.activeFocus ? model.beginEditing() : model.endEditing()
+        onAccepted: model.commit()
+        onSteppedUp: model.stepUp()
+        onSteppedDown: model.stepDown()
+    }
 
-        NumberInput {
-            id: input
+    BodyText {
+        id: unit
 
-            Layout.fillWidth: true
-            focus: true
-            enabled: !root.disabled
-            text: model.text
-            placeholder: root.placeholder
-            label: root.label
-            onTextEdited: model.text = input.text
-            onActiveFocusChanged: input.activeFocus ? model.beginEditing() : model.endEditing()
-            onAccepted: model.commit()
-            onSteppedUp: model.stepUp()
-            onSteppedDown: model.stepDown()
+        anchors.right: note.left
+        anchors.verticalCenter: parent.verticalCenter
+        width: unit.visible ? unit.implicitWidth : 0
+        visible: root.suffix !== ""
+        text: root.suffix
+        size: 13
+        weight: Font.Medium
+        color: Theme.textMuted
+    }
+
+    CommitNote {
+        id: note
+
+        anchors {
+            right: steppers.left
+            rightMargin: steppers.visible ? root.spacing : 0
+            verticalCenter: parent.verticalCenter
+        }
+        gap: root.spacing
+        pending: model.hasPendingChange
+        updated: model.justUpdated
+        onUpdatePressed: model.commit()
+    }
+
+    Column {
+        id: steppers
+
+        anchors {
+            right: parent.right
+            rightMargin: root.margin
+            verticalCenter: parent.verticalCenter
+        }
+        width: steppers.visible ? steppers.implicitWidth : 0
+        visible: root.step !== 0
+        enabled: !root.disabled
+        opacity: root.disabled ? 0.4 : 1
+        spacing: 2
+
+        StepperButton {
+            label: "Increase " + root.label
+            systemName: "chevron.up"
+            onTriggered: model.stepUp()
         }
 
-        BodyText {
-            id: unit
-
-            visible: root.suffix !== ""
-            text: root.suffix
-            size: 13
-            weight: Font.Medium
-            color: Theme.textMuted
-        }
-
-        CommitNote {
-            id: note
-
-            Layout.preferredWidth: note.implicitWidth
-            Layout.leftMargin: -row.spacing
-            gap: row.spacing
-            pending: model.hasPendingChange
-            updated: model.justUpdated
-            onUpdatePressed: model.commit()
-        }
-
-        ColumnLayout {
-            id: steppers
-
-            visible: root.step !== 0
-            enabled: !root.disabled
-            opacity: root.disabled ? 0.4 : 1
-            spacing: 2
-
-            StepperButton {
-                label: "Increase " + root.label
-                systemName: "chevron.up"
-                onTriggered: model.stepUp()
-            }
-
-            StepperButton {
-                label: "Decrease " + root.label
-                systemName: "chevron.down"
-                onTriggered: model.stepDown()
-            }
+        StepperButton {
+            label: "Decrease " + root.label
+            systemName: "chevron.down"
+            onTriggered: model.stepDown()
         }
     }
 }

@@ -51,11 +51,9 @@ T.AbstractButton {
     Keys.onReturnPressed: event => root.pressKey(event.isAutoRepeat)
     Keys.onEnterPressed: event => root.pressKey(event.isAutoRepeat)
 
-    Accessible.role: Accessible.Button
     Accessible.name: root.label
     Accessible.description: root.help
     Accessible.focusable: root.focusPolicy !== Qt.NoFocus
-    Accessible.pressed: root.down
     Accessible.onPressAction: root.activate()
 
     contentItem: BodyText {

@@ -20,7 +20,6 @@ T.MenuItem {
     bottomPadding: 6
     hoverEnabled: true
 
-    Accessible.role: Accessible.MenuItem
     Accessible.name: root.label
     Accessible.onPressAction: root.clicked()
 

@@ -1,15 +1,14 @@
 import QtQuick
 
-/// One choice of a group. It reports every press, also while it is selected; whoever placed it decides what is.
-PlainButton {
+/// A choice with a round mark. The whole row is its target.
+ChoiceButton {
     id: root
 
-    required property bool isSelected
     /// The neighbours in the group, which the arrow keys go to. Only the selected one of a group can be reached by Tab.
-    property PlainButton previous: null
-    property PlainButton next: null
+    property ChoiceButton previous: null
+    property ChoiceButton next: null
 
-    function moveTo(other: PlainButton) {
+    function moveTo(other: ChoiceButton) {
         if (other) {
             other.forceActiveFocus(Qt.TabFocusReason);
             other.activate();
@@ -22,11 +21,6 @@ PlainButton {
     Keys.onLeftPressed: root.moveTo(root.previous)
     Keys.onDownPressed: root.moveTo(root.next)
     Keys.onRightPressed: root.moveTo(root.next)
-
-    Accessible.role: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: root.isSelected
-    Accessible.onToggleAction: root.activate()
 
     contentItem: ChoiceRow {
         label: root.label

@@ -27,7 +27,7 @@ FocusScope {
         focus: root.leftSelected
         activeFocusOnTab: root.leftSelected
         label: root.leftLabel
-        selected: root.leftSelected
+        isSelected: root.leftSelected
         onTriggered: root.toggled(true)
         Keys.onRightPressed: root.choose(false)
         Keys.onDownPressed: root.choose(false)
@@ -42,7 +42,7 @@ FocusScope {
         focus: !root.leftSelected
         activeFocusOnTab: !root.leftSelected
         label: root.rightLabel
-        selected: !root.leftSelected
+        isSelected: !root.leftSelected
         onTriggered: root.toggled(false)
         Keys.onLeftPressed: root.choose(true)
         Keys.onUpPressed: root.choose(true)

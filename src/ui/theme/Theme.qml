@@ -88,13 +88,9 @@ QtObject {
         return points * theme.fontScale;
     }
 
-    /// The font of `points` (1/96 inch each) in the given weight. Only whole sizes can be asked for in pixels; the others go
-    /// through typographic points, of which there are 72 in an inch.
+    /// The font of `points` in the given weight, to the nearest whole pixel: type comes in no other sizes.
     function font(points: real, weight: int): font {
-        const size = theme.scaled(points);
-        if (size === Math.round(size))
-            return Qt.font({ family: theme.fontFamily, pixelSize: size, weight: weight });
-        return Qt.font({ family: theme.fontFamily, pointSize: size * 72 / 96, weight: weight });
+        return Qt.font({ family: theme.fontFamily, pixelSize: Math.round(theme.scaled(points)), weight: weight });
     }
 
     /// Milliseconds that a transition of `seconds` takes.
