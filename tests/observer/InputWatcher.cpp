@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <xcb/xinput.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -13,6 +14,8 @@ namespace {
 constexpr std::uint64_t windowPatience = 10'000'000'000;
 constexpr std::uint64_t nanosecondsPerMillisecond = 1'000'000;
 constexpr unsigned sentMark = 0x80;
+/// Nobody waits longer than for that many.
+constexpr std::size_t largestBatch = 1000;
 
 /// WM_SIZE_HINTS of the ICCCM: the user has chosen place and size, so that a window manager keeps them.
 struct SizeHints {
@@ -58,11 +61,12 @@ std::optional<Area> InputWatcher::openWindow(Area wanted, const std::string& tit
 
     const std::uint64_t deadline = monotonicNanoseconds() + windowPatience;
     while (!isViewable()) {
-        if (!waitForReadable(deadline)) {
+        // What came along with the answer does not wake up the wait any more.
+        if (!drain() && !waitForReadable(deadline)) {
             return std::nullopt;
         }
-        read();
     }
+    drain();
     events_.clear();
     return areaOfWindow(wanted);
 }
@@ -101,13 +105,38 @@ bool InputWatcher::listenToServer() {
 }
 
 std::vector<InputEvent> InputWatcher::read() {
-    while (true) {
-        const Owned<xcb_generic_event_t> event(xcb_poll_for_event(server_.get()));
-        if (!event) {
-            return std::exchange(events_, {});
-        }
-        take(*event, monotonicNanoseconds());
+    while (drain() && events_.size() < largestBatch) {
     }
+    return std::exchange(events_, {});
+}
+
+bool InputWatcher::drain() {
+    std::vector<Owned<xcb_generic_event_t>> batch;
+    const std::uint64_t arrival = monotonicNanoseconds();
+    while (batch.size() < largestBatch) {
+        Owned<xcb_generic_event_t> event(xcb_poll_for_event(server_.get()));
+        if (!event) {
+            break;
+        }
+        batch.push_back(std::move(event));
+    }
+    // Raw events do not say where the pointer is. Asking once for all of a batch keeps up with any flood of clicks.
+    const bool hasRaw =
+        std::any_of(batch.begin(), batch.end(), [this](const auto& event) { return isRawButton(*event); });
+    const Place pointer = hasRaw ? server_.pointer() : Place{};
+    for (const auto& event : batch) {
+        take(*event, pointer, arrival);
+    }
+    return !batch.empty();
+}
+
+bool InputWatcher::isRawButton(const xcb_generic_event_t& event) const {
+    if ((event.response_type & ~sentMark) != XCB_GE_GENERIC) {
+        return false;
+    }
+    const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+    return raw.extension == rawExtension_ &&
+           (raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS || raw.event_type == XCB_INPUT_RAW_BUTTON_RELEASE);
 }
 
 std::vector<InputEvent> InputWatcher::waitAndRead(std::uint64_t mostNanoseconds) {
@@ -146,9 +175,9 @@ Area InputWatcher::areaOfWindow(Area wanted) const {
     return {place->dst_x, place->dst_y, geometry->width, geometry->height};
 }
 
-void InputWatcher::take(const xcb_generic_event_t& event, std::uint64_t arrival) {
+void InputWatcher::take(const xcb_generic_event_t& event, Place pointer, std::uint64_t arrival) {
     using Kind = InputEvent::Kind;
-    // The server gives the four kinds the same layout.
+    // Four of the kinds have the same layout.
     const auto& input = reinterpret_cast<const xcb_button_press_event_t&>(event);
     switch (event.response_type & ~sentMark) {
     case XCB_BUTTON_PRESS:
@@ -163,15 +192,14 @@ void InputWatcher::take(const xcb_generic_event_t& event, std::uint64_t arrival)
     case XCB_KEY_RELEASE:
         events_.push_back(eventOf(input, Kind::keyRelease, arrival));
         break;
-    case XCB_GE_GENERIC: {
-        const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-        const bool isPress = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS;
-        if (raw.extension == rawExtension_ && (isPress || raw.event_type == XCB_INPUT_RAW_BUTTON_RELEASE)) {
+    case XCB_GE_GENERIC:
+        if (isRawButton(event)) {
+            const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+            const bool isPress = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS;
             const Kind kind = isPress ? Kind::buttonPress : Kind::buttonRelease;
-            events_.push_back({kind, true, raw.detail, 0, server_.pointer(), raw.time, arrival});
+            events_.push_back({kind, true, raw.detail, 0, pointer, raw.time, arrival});
         }
         break;
-    }
     default:
         break;
     }

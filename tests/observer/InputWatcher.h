@@ -20,7 +20,7 @@ struct InputEvent {
     unsigned code = 0;
     /// Modifiers and buttons just before; 0 for raw events.
     unsigned state = 0;
-    /// Where the pointer was.
+    /// Where the pointer was; for raw events, at the time of reading.
     Place place;
     /// Milliseconds on the server's clock.
     std::uint32_t serverTime = 0;
@@ -49,17 +49,20 @@ public:
     /// Listens to the buttons on the whole server. False when the server cannot do that.
     bool listenToServer();
 
-    /// What has happened since the last call. Does not wait.
+    /// What has happened since the last call. Does not wait, and leaves the rest of a flood to the next call.
     std::vector<InputEvent> read();
 
     /// Waits until something happens, at most that long, and returns it.
     std::vector<InputEvent> waitAndRead(std::uint64_t mostNanoseconds);
 
 private:
+    /// False when there was nothing.
+    bool drain();
     bool waitForReadable(std::uint64_t deadline) const;
     [[nodiscard]] bool isViewable() const;
     [[nodiscard]] Area areaOfWindow(Area wanted) const;
-    void take(const xcb_generic_event_t& event, std::uint64_t arrival);
+    [[nodiscard]] bool isRawButton(const xcb_generic_event_t& event) const;
+    void take(const xcb_generic_event_t& event, Place pointer, std::uint64_t arrival);
 
     const Server& server_;
     xcb_window_t window_ = XCB_NONE;

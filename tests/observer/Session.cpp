@@ -69,6 +69,11 @@ bool Session::open() {
 }
 
 bool Session::wait() {
+    // Whatever waited for the server may have read events along with its answer: those do not wake up poll any more.
+    takeEvents();
+    if (isOver()) {
+        return true;
+    }
     std::optional<std::uint64_t> wakeUp = commands_.nextDue();
     if (options_.expectedClicks) {
         const std::uint64_t end = settledAt_.value_or(deadline_);
@@ -92,8 +97,6 @@ bool Session::wait() {
     for (const std::string& line : commands_.releaseDue(monotonicNanoseconds())) {
         say(line);
     }
-    // Commands wait for the server, and what comes in meanwhile does not wake up poll any more.
-    takeEvents();
     return !server_.isBroken();
 }
 

@@ -1,0 +1,189 @@
+#include "ClickReport.h"
+#include "async/SerialQueue.h"
+#include "support/Desktop.h"
+
+namespace velloran::tests {
+
+using platform::EventButton;
+using platform::MouseEventType;
+using Kind = observer::InputEvent::Kind;
+
+namespace {
+
+struct ButtonCase {
+    EventButton button;
+    MouseEventType down;
+    MouseEventType up;
+    /// The number that windows see.
+    unsigned number;
+};
+
+constexpr ButtonCase left{EventButton::left, MouseEventType::leftMouseDown, MouseEventType::leftMouseUp, 1};
+constexpr ButtonCase right{EventButton::right, MouseEventType::rightMouseDown, MouseEventType::rightMouseUp, 3};
+constexpr ButtonCase middle{EventButton::center, MouseEventType::otherMouseDown, MouseEventType::otherMouseUp, 2};
+
+/// One click as the engine makes it. False when a half cannot be made.
+bool click(platform::PointerEvents& pointer, const ButtonCase& button) {
+    const platform::Point position = pointer.location().value_or(platform::Point{});
+    bool isWhole = true;
+    for (const MouseEventType type : {button.down, button.up}) {
+        const auto event = pointer.makeMouseEvent(type, position, button.button);
+        isWhole = isWhole && event.has_value();
+        if (event) {
+            pointer.post(*event);
+        }
+    }
+    pointer.flush();
+    return isWhole;
+}
+
+} // namespace
+
+class Clicks : public Desktop {
+protected:
+    void SetUp() override {
+        Desktop::SetUp();
+        if (!HasFatalFailure()) {
+            openWindow();
+        }
+    }
+
+    bool waitForReleases(std::size_t number) {
+        return until([this, number] {
+            return count(Kind::buttonRelease) >= number && count(Kind::buttonRelease, true) >= number;
+        });
+    }
+};
+
+TEST_F(Clicks, EachButtonIsOnePressAndOneReleaseAtThePointer) {
+    for (const ButtonCase& button : {left, right, middle}) {
+        events.clear();
+        user->movePointer({300, 200});
+        EXPECT_TRUE(click(x11->pointerEvents(), button));
+        ASSERT_TRUE(waitForReleases(1));
+        const auto seen = buttonEvents(false);
+        ASSERT_EQ(seen.size(), 2U);
+        EXPECT_EQ(seen[0].kind, Kind::buttonPress);
+        EXPECT_EQ(seen[1].kind, Kind::buttonRelease);
+        for (const auto& event : seen) {
+            EXPECT_EQ(event.code, button.number);
+            EXPECT_EQ(event.place, (observer::Place{300, 200}));
+        }
+    }
+}
+
+TEST_F(Clicks, FollowALeftHandedMouse) {
+    ASSERT_TRUE(user->setButtonMapping({3, 2, 1}));
+    EXPECT_TRUE(click(x11->pointerEvents(), left));
+    ASSERT_TRUE(waitForReleases(1));
+    EXPECT_EQ(buttonEvents(false).front().code, 1U) << "the left button to windows";
+    EXPECT_EQ(buttonEvents(true).front().code, 3U) << "the third physical button";
+
+    events.clear();
+    ASSERT_TRUE(user->setButtonMapping({1, 2, 3}));
+    EXPECT_TRUE(click(x11->pointerEvents(), left));
+    ASSERT_TRUE(waitForReleases(1));
+    EXPECT_EQ(buttonEvents(false).front().code, 1U);
+    EXPECT_EQ(buttonEvents(true).front().code, 1U);
+}
+
+TEST_F(Clicks, AButtonThatNothingPlaysCannotBeMade) {
+    ASSERT_TRUE(user->setButtonMapping({0, 2, 3}));
+    EXPECT_FALSE(click(x11->pointerEvents(), left));
+    EXPECT_TRUE(click(x11->pointerEvents(), right));
+    ASSERT_TRUE(waitForReleases(1));
+    const auto seen = buttonEvents(true);
+    ASSERT_EQ(seen.size(), 2U);
+    EXPECT_EQ(seen[0].code, 3U);
+}
+
+TEST_F(Clicks, AThousandFromAQueueAreAThousandPairsInOrderAndThePointerStays) {
+    constexpr std::size_t clicks = 1000;
+    const observer::Place before = other->pointer();
+    platform::PointerEvents& pointer = x11->pointerEvents();
+    const auto queue = loop.makeSerialQueue("clicks");
+    for (std::size_t i = 0; i < clicks; ++i) {
+        queue->async([&pointer, i] { click(pointer, i % 2 == 0 ? left : right); });
+    }
+    ASSERT_TRUE(waitForReleases(clicks));
+    settle();
+    for (const bool isRaw : {false, true}) {
+        const auto seen = buttonEvents(isRaw);
+        const observer::ClickReport report = observer::summarize(seen, 0.0);
+        EXPECT_EQ(report.presses, clicks);
+        EXPECT_EQ(report.releases, clicks);
+        EXPECT_TRUE(report.areInPairs);
+        EXPECT_EQ(report.places, std::vector<observer::Place>{before});
+        for (std::size_t i = 0; i < seen.size(); ++i) {
+            ASSERT_EQ(seen[i].code, i / 2 % 2 == 0 ? 1U : 3U) << "click " << i / 2;
+        }
+    }
+    EXPECT_EQ(other->pointer(), before);
+}
+
+TEST_F(Clicks, NothingLeavesBeforeItIsFlushed) {
+    platform::PointerEvents& pointer = x11->pointerEvents();
+    const auto press = pointer.makeMouseEvent(left.down, {}, left.button);
+    const auto release = pointer.makeMouseEvent(left.up, {}, left.button);
+    ASSERT_TRUE(press && release);
+    pointer.post(*press);
+    // Reading the position sends everything that waits in the connection.
+    pointer.location();
+    EXPECT_EQ(other->buttonsDown(), 0U);
+    pointer.post(*release);
+    pointer.location();
+    settle();
+    EXPECT_EQ(buttonEvents(true).size(), 0U);
+    pointer.flush();
+    ASSERT_TRUE(waitForReleases(1));
+    EXPECT_EQ(buttonEvents(true).size(), 2U);
+}
+
+TEST_F(Clicks, MoreThanTheConnectionHoldsArriveAsPairsToo) {
+    constexpr std::size_t clicks = 5000;
+    platform::PointerEvents& pointer = x11->pointerEvents();
+    const auto press = pointer.makeMouseEvent(left.down, {}, left.button);
+    const auto release = pointer.makeMouseEvent(left.up, {}, left.button);
+    ASSERT_TRUE(press && release);
+    for (std::size_t i = 0; i < clicks; ++i) {
+        pointer.post(*press);
+        pointer.post(*release);
+    }
+    pointer.flush();
+    ASSERT_TRUE(waitForReleases(clicks));
+    const observer::ClickReport report = observer::summarize(buttonEvents(true), 0.0);
+    EXPECT_EQ(report.presses, clicks);
+    EXPECT_EQ(report.releases, clicks);
+    EXPECT_TRUE(report.areInPairs);
+}
+
+TEST_F(Clicks, PositionIsToldToBothThreads) {
+    user->movePointer({321, 123});
+    EXPECT_EQ(x11->pointerPosition().currentPosition(), (platform::Point{321.0, 123.0}));
+    EXPECT_EQ(x11->pointerEvents().location(), (platform::Point{321.0, 123.0}));
+    user->movePointer({0, 0});
+    EXPECT_EQ(x11->pointerPosition().currentPosition(), (platform::Point{0.0, 0.0}));
+    EXPECT_EQ(x11->pointerEvents().location(), (platform::Point{0.0, 0.0}));
+}
+
+TEST_F(Clicks, AKilledClickerLeavesNoButtonDown) {
+    constexpr int kills = 20;
+    std::size_t clicksBefore = 0;
+    for (int i = 0; i < kills; ++i) {
+        ChildProcess clicker({CLICK_LOOP, server.displayName()});
+        ASSERT_EQ(clicker.readLine(), "clicking");
+        // A moment between any two of its steps: it makes thousands of clicks a second and nothing holds it back.
+        ASSERT_TRUE(
+            until([&] { return count(Kind::buttonPress, true) > clicksBefore + static_cast<std::size_t>(7 * i); }));
+        clicker.sendSignal(SIGKILL);
+        ASSERT_EQ(clicker.wait(), -SIGKILL);
+        ASSERT_TRUE(until([this] {
+            return other->buttonsDown() == 0 && count(Kind::buttonPress, true) == count(Kind::buttonRelease, true);
+        })) << "after kill "
+            << i;
+        clicksBefore = count(Kind::buttonPress, true);
+    }
+    EXPECT_TRUE(observer::summarize(buttonEvents(true), 0.0).areInPairs);
+}
+
+} // namespace velloran::tests

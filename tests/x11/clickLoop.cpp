@@ -1,0 +1,40 @@
+// Clicks as fast as it can until it is killed.
+
+#include "platform/qt/QtEventLoop.h"
+#include "platform/x11/X11Platform.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+namespace {
+
+class NoLog final : public velloran::platform::SystemLog {
+public:
+    void write(std::string_view /*line*/) override {}
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace velloran::platform;
+    const QCoreApplication application(argc, argv);
+    qt::QtEventLoop loop;
+    NoLog log;
+    const auto connected = x11::X11Platform::connect(loop, log, {}, argc > 1 ? argv[1] : nullptr);
+    if (!connected.ok()) {
+        return 1;
+    }
+    PointerEvents& pointer = connected.value()->pointerEvents();
+    std::cout << "clicking" << std::endl;
+    while (connected.value()->inputTrust().isTrusted()) {
+        const Point position = pointer.location().value_or(Point{});
+        for (const MouseEventType type : {MouseEventType::leftMouseDown, MouseEventType::leftMouseUp}) {
+            if (const auto event = pointer.makeMouseEvent(type, position, EventButton::left)) {
+                pointer.post(*event);
+            }
+        }
+        pointer.flush();
+    }
+    return 0;
+}
