@@ -52,7 +52,7 @@ Flickable {
         height: root.height
         padding: 3
         implicitWidth: 12
-        policy: root.contentHeight > root.height ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
+        visible: root.contentHeight > root.height
         minimumSize: 0.1
 
         contentItem: Rectangle {
