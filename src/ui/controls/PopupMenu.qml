@@ -17,6 +17,26 @@ T.Menu {
         return width;
     }
 
+    // Who had the focus before, and whether by a key.
+    property Item focusBefore: null
+    property bool hadKeyboard: false
+
+    function rememberFocus() {
+        root.focusBefore = root.parent.Window.activeFocusItem;
+        root.hadKeyboard = (root.focusBefore as T.Control)?.visualFocus ?? false;
+    }
+
+    // Unless what was chosen has given the focus to somebody else. A submenu's focus is its parent's business.
+    function giveFocusBack() {
+        const isFree = root.parent.Window.activeFocusItem === root.parent.Window.contentItem;
+        if (root.focusBefore && isFree && !(root.focusBefore instanceof T.MenuItem))
+            root.focusBefore.forceActiveFocus(root.hadKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        root.focusBefore = null;
+    }
+
+    onAboutToShow: root.rememberFocus()
+    onClosed: root.giveFocusBack()
+
     margins: 8
     padding: 5
     overlap: 2

@@ -8,7 +8,7 @@ Item {
     required property string property
     /// The far end of the way, which starts at 0.
     required property real reach
-    /// How long one way takes.
+    /// How long one way takes. Not shortened: reduced motion is no `moves` at all.
     required property real seconds
     required property bool moves
     /// Stands still on the spot for as long as this is set, without using any time.
@@ -21,18 +21,22 @@ Item {
         running: root.moves
         paused: root.moves && root.isHeld
 
-        EaseInOut {
+        NumberAnimation {
             target: root.target
             property: root.property
             to: root.reach
-            seconds: root.seconds
+            duration: root.seconds * 1000
+            easing.type: Easing.BezierSpline
+            easing.bezierCurve: Theme.easeInOut
         }
 
-        EaseInOut {
+        NumberAnimation {
             target: root.target
             property: root.property
             to: 0
-            seconds: root.seconds
+            duration: root.seconds * 1000
+            easing.type: Easing.BezierSpline
+            easing.bezierCurve: Theme.easeInOut
         }
     }
 
@@ -44,6 +48,6 @@ Item {
         to: 0
         duration: Theme.duration(0.4)
         easing.type: Easing.BezierSpline
-        easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
+        easing.bezierCurve: Theme.easeOut
     }
 }

@@ -9,5 +9,5 @@ ColorAnimation {
 
     duration: Theme.duration(root.seconds)
     easing.type: Easing.BezierSpline
-    easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
+    easing.bezierCurve: Theme.easeInOut
 }

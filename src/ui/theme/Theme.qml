@@ -83,6 +83,10 @@ QtObject {
     /// Nothing moves and nothing fades while this is set.
     property bool reducedMotion: false
 
+    /// The curves of transitions that start and end gently, and of those that only end so.
+    readonly property var easeInOut: [0.42, 0, 0.58, 1, 1, 1]
+    readonly property var easeOut: [0, 0, 0.58, 1, 1, 1]
+
     /// Height in points of something drawn for `points` at the normal text size.
     function scaled(points: real): real {
         return points * theme.fontScale;
