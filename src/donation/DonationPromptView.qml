@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Velloran
+import Velloran
 
 /// Asks for a donation and, once the page for it has been opened, waits to hear that it is done. A new one asks anew.
 Item {
@@ -62,14 +63,21 @@ Item {
             }
         }
 
-        BodyText {
+        Item {
             width: parent.width
+            height: note.height + 4
             visible: root.awaitingConfirmation
-            topPadding: 4
-            text: "Stripe opened in your browser. Once your donation is complete, click below."
-            size: 12.5
-            color: Theme.textMuted
-            wrapMode: Text.Wrap
+
+            BodyText {
+                id: note
+
+                y: 4
+                width: parent.width
+                text: "Stripe opened in your browser. Once your donation is complete, click below."
+                size: 12.5
+                color: Theme.textMuted
+                wrapMode: Text.Wrap
+            }
         }
 
         RowLayout {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Velloran
+import Velloran
 
 /// Sets a shortcut by having it pressed.
 FocusScope {
@@ -48,7 +49,8 @@ FocusScope {
             focus: true
             label: root.isRecording ? "Press keys to record…" : root.hasCombo ? root.display : "Click to record shortcut"
             leftPadding: 12
-            rightPadding: 12
+            // The text ends a gap and the least spacer before the padding.
+            rightPadding: 12 + 8 + 4
             topPadding: 9
             bottomPadding: 9
             faceRadius: Theme.radius.field
@@ -70,7 +72,6 @@ FocusScope {
             }
 
             contentItem: BodyText {
-                rightPadding: 12
                 text: button.label
                 size: button.size
                 weight: button.weight

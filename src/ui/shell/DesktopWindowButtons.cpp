@@ -31,8 +31,8 @@ QVariant unwrapped(QVariant value) {
     return value;
 }
 
-QStringList namesOf(const std::vector<WindowButton>& buttons) {
-    QStringList names;
+QList<QString> namesOf(const std::vector<WindowButton>& buttons) {
+    QList<QString> names;
     for (const WindowButton button : buttons) {
         names.append(nameOf(button));
     }
@@ -49,11 +49,11 @@ DesktopWindowButtons::DesktopWindowButtons(QObject* parent) : QObject(parent) {
     }
 }
 
-QStringList DesktopWindowButtons::left() const {
+QList<QString> DesktopWindowButtons::left() const {
     return namesOf(layout_.left);
 }
 
-QStringList DesktopWindowButtons::right() const {
+QList<QString> DesktopWindowButtons::right() const {
     return namesOf(layout_.right);
 }
 

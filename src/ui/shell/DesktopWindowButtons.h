@@ -15,15 +15,15 @@ class DesktopWindowButtons : public QObject {
     Q_OBJECT
     QML_ELEMENT
     /// Names of the buttons at the left end ("minimize", "maximize", "close"), from left to right.
-    Q_PROPERTY(QStringList left READ left NOTIFY changed FINAL)
+    Q_PROPERTY(QList<QString> left READ left NOTIFY changed FINAL)
     /// The same for the right end.
-    Q_PROPERTY(QStringList right READ right NOTIFY changed FINAL)
+    Q_PROPERTY(QList<QString> right READ right NOTIFY changed FINAL)
 
 public:
     explicit DesktopWindowButtons(QObject* parent = nullptr);
 
-    [[nodiscard]] QStringList left() const;
-    [[nodiscard]] QStringList right() const;
+    [[nodiscard]] QList<QString> left() const;
+    [[nodiscard]] QList<QString> right() const;
 
 signals:
     void changed();

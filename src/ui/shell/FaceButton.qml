@@ -21,32 +21,12 @@ PlainButton {
         stroke: root.stroke
     }
 
-    contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: row.implicitHeight
-
-        Row {
-            id: row
-
-            anchors.centerIn: parent
-            spacing: 6
-
-            Icon {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: root.systemImage !== ""
-                name: root.systemImage
-                pointSize: root.iconSize
-                color: root.color
-            }
-
-            BodyText {
-                anchors.verticalCenter: parent.verticalCenter
-                text: root.label
-                size: root.size
-                weight: root.weight
-                color: root.color
-                exposed: false
-            }
-        }
+    contentItem: FaceContent {
+        systemImage: root.systemImage
+        iconSize: root.iconSize
+        label: root.label
+        size: root.size
+        weight: root.weight
+        color: root.color
     }
 }
