@@ -1,6 +1,8 @@
 #include "platform/pulse/TickPlayer.h"
 
 #include <pthread.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -22,7 +24,19 @@ std::int64_t monotonicNow() {
 
 } // namespace
 
-TickPlayer::TickPlayer() : loop_(pa_mainloop_new()) {}
+TickPlayer::TickPlayer() : loop_(pa_mainloop_new()), wakeUp_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+    if (loop_ != nullptr && wakeUp_ >= 0) {
+        pa_mainloop_api* const api = pa_mainloop_get_api(loop_);
+        // The loop's own wake-up is no good here: one that comes while the loop is not waiting is forgotten.
+        wakeUpEvent_ = api->io_new(
+            api, wakeUp_, PA_IO_EVENT_INPUT,
+            [](pa_mainloop_api*, pa_io_event*, int descriptor, pa_io_event_flags_t, void*) {
+                eventfd_t count = 0;
+                eventfd_read(descriptor, &count);
+            },
+            nullptr);
+    }
+}
 
 TickPlayer::~TickPlayer() {
     if (thread_.joinable()) {
@@ -30,16 +44,22 @@ TickPlayer::~TickPlayer() {
             const std::lock_guard lock(mutex_);
             isEnding_ = true;
         }
-        pa_mainloop_wakeup(loop_);
+        eventfd_write(wakeUp_, 1);
         thread_.join();
+    }
+    if (wakeUpEvent_ != nullptr) {
+        pa_mainloop_get_api(loop_)->io_free(wakeUpEvent_);
     }
     if (loop_ != nullptr) {
         pa_mainloop_free(loop_);
     }
+    if (wakeUp_ >= 0) {
+        close(wakeUp_);
+    }
 }
 
 void TickPlayer::play() {
-    if (loop_ == nullptr) {
+    if (wakeUpEvent_ == nullptr) {
         return;
     }
     if (!thread_.joinable()) {
@@ -62,7 +82,7 @@ void TickPlayer::give(Action action) {
         }
         commands_.push_back({action, monotonicNow()});
     }
-    pa_mainloop_wakeup(loop_);
+    eventfd_write(wakeUp_, 1);
 }
 
 void TickPlayer::startThread() {

@@ -46,6 +46,8 @@ private:
     void tidyUp();
 
     pa_mainloop* loop_;
+    int wakeUp_;
+    pa_io_event* wakeUpEvent_ = nullptr;
     std::thread thread_;
 
     std::mutex mutex_; // guards the two below

@@ -18,16 +18,6 @@ namespace {
 
 constexpr int longestWait = 30'000; // milliseconds without any news
 
-int occurrences(const std::string& file, const std::string& text) {
-    std::ifstream stream(file);
-    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    int count = 0;
-    for (std::size_t at = content.find(text); at != std::string::npos; at = content.find(text, at + 1)) {
-        ++count;
-    }
-    return count;
-}
-
 } // namespace
 
 SoundServer::SoundServer() {
@@ -71,10 +61,16 @@ void SoundServer::thaw() {
     process_->signal(SIGCONT);
 }
 
-bool SoundServer::waitForLog(const std::string& text, int times) const {
+bool SoundServer::logHolds(const std::string& text) const {
+    std::ifstream stream(log_);
+    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    return content.find(text) != std::string::npos;
+}
+
+bool SoundServer::waitForLog(const std::string& text) const {
     const int changes = inotify_init1(IN_CLOEXEC);
     inotify_add_watch(changes, log_.c_str(), IN_MODIFY);
-    bool isFound = occurrences(log_, text) >= times;
+    bool isFound = logHolds(text);
     while (!isFound) {
         pollfd wait{changes, POLLIN, 0};
         if (poll(&wait, 1, longestWait) <= 0) {
@@ -82,7 +78,7 @@ bool SoundServer::waitForLog(const std::string& text, int times) const {
         }
         alignas(inotify_event) std::array<char, 4096> events{};
         [[maybe_unused]] const ssize_t size = read(changes, events.data(), events.size());
-        isFound = occurrences(log_, text) >= times;
+        isFound = logHolds(text);
     }
     close(changes);
     return isFound;

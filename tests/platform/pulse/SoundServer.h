@@ -25,9 +25,10 @@ public:
     void freeze();
     void thaw();
 
-    /// Waits until the server has written `text` to its log `times` times since it was started. False when it does not
-    /// within half a minute.
-    [[nodiscard]] bool waitForLog(const std::string& text, int times = 1) const;
+    /// Whether the server has written `text` to its log since it was started.
+    [[nodiscard]] bool logHolds(const std::string& text) const;
+    /// Waits until it has. False when it does not within half a minute.
+    [[nodiscard]] bool waitForLog(const std::string& text) const;
 
     [[nodiscard]] const std::string& folder() const { return folder_; }
 
