@@ -1,0 +1,125 @@
+"""A private X server with a window manager, a session bus and an accessibility bus, for as long as it is used."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+
+from gi.repository import Gio, GLib
+
+from . import processes
+from .observer import Observer
+from .waiting import until
+
+CALL_LIMIT = 10000  # milliseconds
+
+BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path={folder}/bus</listen>
+  <servicedir>{folder}/services</servicedir>
+  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>
+</busconfig>
+"""
+
+
+class Desktop:
+    def __init__(self, size=(1600, 1100)):
+        self.folder = tempfile.mkdtemp(prefix="velloran-e2e-")
+        self._processes = []
+        self._connections = []
+        self.observer = None
+        try:
+            self._start(size)
+        except BaseException:
+            self.close()
+            raise
+
+    def _start(self, size):
+        for name in ("home", "runtime", "services", "tools", "openbox"):
+            os.mkdir(os.path.join(self.folder, name), 0o700)
+        # A program with another user identity has to get through to its own folder.
+        os.chmod(self.folder, 0o711)
+        self.environment = {
+            "PATH": os.path.join(self.folder, "tools") + ":/usr/bin:/bin", "HOME": os.path.join(self.folder, "home"),
+            "XDG_RUNTIME_DIR": os.path.join(self.folder, "runtime"), "XDG_SESSION_TYPE": "x11", "LC_ALL": "C.UTF-8",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_FONT_DPI": "96", "NO_AT_BRIDGE": "0",
+        }
+        self._start_server(size)
+        self._start_window_manager()
+        self._start_bus()
+        self.observer = Observer(self.environment, (size[0] - 280, 40, 260, 200), "--raw")
+
+    def _run(self, name, arguments, **options):
+        log = open(os.path.join(self.folder, name + ".log"), "wb")
+        process = processes.start(arguments, self.environment, stdout=log, stderr=log, **options)
+        log.close()
+        self._processes.append(process)
+        return process
+
+    def _start_server(self, size):
+        reading, writing = os.pipe()
+        self.server = self._run("server", ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{size[0]}x{size[1]}x24", "-ac",
+                                           "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as pipe:
+            number = pipe.readline().strip()
+        assert number, "the X server did not start"
+        self.display = ":" + number
+        self.environment["DISPLAY"] = self.display
+
+    def _start_window_manager(self):
+        path = os.path.join(self.folder, "openbox", "rc.xml")
+        with open(path, "w", encoding="ascii") as file:
+            file.write('<openbox_config xmlns="http://openbox.org/3.4/rc"/>\n')
+        ready = os.path.join(self.folder, "window-manager-is-ready")
+        self._run("window-manager", ["openbox", "--config-file", path, "--startup", f"touch {ready}"])
+        until(lambda: os.path.exists(ready), "the window manager did not start")
+
+    def _start_bus(self):
+        """Offers accessibility and nothing else: no portal, no settings, no notifications."""
+        shutil.copy("/usr/share/dbus-1/services/org.a11y.Bus.service", os.path.join(self.folder, "services"))
+        path = os.path.join(self.folder, "bus.conf")
+        with open(path, "w", encoding="ascii") as file:
+            file.write(BUS_CONFIGURATION.format(folder=self.folder))
+        self._run("bus", ["dbus-daemon", "--nofork", "--config-file", path])
+        until(lambda: os.path.exists(os.path.join(self.folder, "bus")), "the session bus did not start")
+        address = f"unix:path={self.folder}/bus"
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+        session = self._connect(address)
+        answer = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, GLib.VariantType("(s)"),
+                                   Gio.DBusCallFlags.NONE, CALL_LIMIT, None)
+        self.accessibility = self._connect(answer.unpack()[0])
+
+    def _connect(self, address):
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+        connection.set_exit_on_close(False)
+        self._connections.append(connection)
+        return connection
+
+    def add_tool(self, name, script):
+        """A program that others find before the system's own."""
+        path = os.path.join(self.folder, "tools", name)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(script)
+        os.chmod(path, 0o755)
+
+    def run_tool(self, *arguments):
+        """Runs a command on this desktop and returns what it prints."""
+        return subprocess.run(arguments, env=self.environment, check=True, capture_output=True, text=True, timeout=20).stdout
+
+    def end_server(self):
+        self.server.kill()
+        self.server.wait()
+
+    def close(self):
+        if self.observer:
+            self.observer.close()
+        for connection in self._connections:
+            if not connection.is_closed():
+                connection.close_sync(None)
+        for process in reversed(self._processes):
+            processes.end(process)
+        shutil.rmtree(self.folder, ignore_errors=True)

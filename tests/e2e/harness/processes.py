@@ -1,0 +1,47 @@
+"""Processes that never outlive the test that started them."""
+
+import ctypes
+import os
+import signal
+import subprocess
+
+_libc = ctypes.CDLL(None, use_errno=True)
+_PR_SET_PDEATHSIG = 1
+
+
+def _end_with_parent():
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+def start(arguments, environment, **options):
+    """Starts a process that the system ends when the test ends, in whatever way."""
+    return subprocess.Popen(arguments, env=environment, preexec_fn=_end_with_parent, **options)
+
+
+def end(process, seconds=10.0):
+    """Asks the process to end, and insists when it does not."""
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+    return process.returncode
+
+
+def read_all(path):
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return file.read()
+
+
+def voluntary_switches(pid):
+    """How often the threads of a process have gone to sleep by themselves: every wake-up is one."""
+    total = 0
+    for thread in os.listdir(f"/proc/{pid}/task"):
+        try:
+            status = read_all(f"/proc/{pid}/task/{thread}/status")
+        except FileNotFoundError:
+            continue
+        total += next(int(line.split()[1]) for line in status.splitlines() if line.startswith("voluntary_ctxt_switches"))
+    return total
