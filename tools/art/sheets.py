@@ -71,9 +71,9 @@ def studies():
 
 def poses():
     """Rest and flight at every size in use, at one and two pixels a point."""
-    sheet = background(1080, 720)
-    row(sheet, [fitted(image("DragonIdle"), s, s) for s in (320, 160, 112, 104, 56, 52)], 20, 14)
-    row(sheet, [fitted(image("DragonFly"), w, h) for w, h in ((360, 280), (180, 140))], 20, 390)
+    sheet = background(1000, 730)
+    row(sheet, [fitted(image("DragonIdle"), s, s) for s in (360, 160, 112, 104, 56, 52)], 20, 14)
+    row(sheet, [fitted(image("DragonFly"), w, h) for w, h in ((360, 280), (180, 140))], 20, 420)
     save(sheet, "poses.png")
 
 

@@ -1,5 +1,7 @@
 """The eyes: what makes the dragon look at something."""
 
+import math
+
 from dragon import palette as c
 
 
@@ -22,14 +24,17 @@ def eye(picture, place, x, y, rx, ry, look, lean, line):
             picture.fill(shadow, c.SHADE, 0.35)
         picture.fill(place.oval(ix - rx * 0.3, iy - ry * 0.34, rx * 0.29, ry * 0.25), c.EYE_WHITE)
         picture.fill(place.oval(ix + rx * 0.28, iy + ry * 0.36, rx * 0.14, ry * 0.12), c.EYE_WHITE, 0.85)
-        lid = place.closed(
-            (x - rx * 1.14, y - ry * 0.34, "c"),
-            (x - rx * 0.72, y - ry * 0.92),
-            (x + rx * 0.05, y - ry * 1.18),
-            (x + rx * 0.8, y - ry * 0.84),
-            (x + rx * 1.1, y - ry * 0.36, "c"),
-            (x + rx * 0.7, y - ry * 0.68),
-            (x + rx * 0.02, y - ry * 0.94),
-            (x - rx * 0.66, y - ry * 0.7),
-        )
-        picture.fill(lid, c.LINE)
+        picture.fill(place.closed(*_lid(x, y, rx, ry)), c.LINE)
+
+
+def _lid(x, y, rx, ry):
+    """The upper lid: a crescent on the rim of the eye, thickest above the pupil."""
+    steps = 6
+    outer, inner = [], []
+    for k in range(steps + 1):
+        share = k / steps
+        angle = math.radians(197 + 148 * share)
+        thick = math.sin(math.pi * share)
+        for edge, reach in ((outer, 1.03 + 0.17 * thick), (inner, 1.0 - 0.03 * thick)):
+            edge.append((x + rx * reach * math.cos(angle), y + ry * reach * math.sin(angle)))
+    return [(*outer[0], "c"), *outer[1:-1], (*outer[-1], "c"), *reversed(inner[1:-1])]

@@ -44,7 +44,7 @@ def near_legs(p, place, swing):
     p.contour(thigh, LINE)
     p.form(thigh, full, 20, 5)
     arm = [place.xy(*q) for q in ((304, 300), (308, 342), (338, 356))]
-    leg(p, arm, [28, 21, 14], LINE, ((0, c.BODY, 0), (0.25, c.BODY), (1, c.BODY_DEEP)), shade=12)
+    leg(p, arm, [28, 21, 14], LINE, ((0, c.BODY, 0), (0.25, c.BODY), (1, c.BODY_DEEP)), (0.3, 0.14), shade=12)
     side_paw(p, place.xy(350, 358), 18 + swing, LINE, p.linear(arm[1], arm[2], (0, c.BODY), (1, c.BODY_DEEP)))
 
 
@@ -85,7 +85,7 @@ def draw(title="DragonFly", lift=34.0, bend=14.0, fold=0.0, pitch=0.0, sway=0.0,
         pointer(p, Place(end.real - 32, end.imag - 66, 0.98), LINE)
         p.contour(body, LINE)
     with p.group("spines"):
-        spines(p, spine, GIRTH, [0.2, 0.31, 0.42, 0.53, 0.64, 0.74, 0.84], 1, LINE, lambda t: 38 - 30 * t)
+        spines(p, spine, GIRTH, [0.19, 0.3, 0.44, 0.6, 0.71, 0.82], 1, LINE, lambda t: 38 - 30 * t)
     with p.group("body"):
         far_legs(p, here, swing)
         torso(p, here, body, sway)
@@ -112,6 +112,6 @@ def frame(k):
         bend=-26 * math.sin(phase) + 6,
         fold=0.6 * max(0.0, math.sin(phase)),
         pitch=-2.5 * math.sin(phase + 0.6),
-        sway=22 * math.sin(phase - 0.9),
+        sway=20 * math.sin(phase - 0.9),
         swing=6 * math.sin(phase - 0.5),
     )

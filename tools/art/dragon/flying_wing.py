@@ -30,7 +30,7 @@ def flying_wing(picture, shoulder, lift, bend, fold, line, far):
     scale = SPAN
     if far:
         # It points away from the viewer and shortens most where it passes level; raised, it must clear the head.
-        scale *= 0.62 + 0.38 * min(1.0, abs(lift) / 24)
+        scale *= 0.46 + 0.54 * (min(1.0, lift / 14) if lift > 0 else min(1.0, -lift / 24) ** 2)
         lift = max(lift, min(56.0, lift + 30 * between(-6, 14, lift)))
         bend, fold = 0.6 * bend, 0.4 * fold
     high, low = FAR_CHORD if far else NEAR_CHORD

@@ -31,12 +31,13 @@ def frill(picture, place, root, rays, depth, line, far=False):
     """A fin of rays with skin between them, where other animals have ears; `root` is its upper and lower foot."""
     (ax, ay), (bx, by) = root
     mx, my = (ax + bx) / 2, (ay + by) / 2
-    pairs = [(ax, ay, "c"), ((ax + rays[0][0]) / 2 + (rays[0][1] - ay) * 0.10, (ay + rays[0][1]) / 2 - abs(rays[0][0] - ax) * 0.10)]
-    pairs.append((*rays[0], "c"))
+    shares = [(k + 0.35) / (len(rays) - 0.3) for k in range(len(rays))]
+    feet = [(ax + (bx - ax) * share, ay + (by - ay) * share) for share in shares]
+    pairs = [(*feet[0], "c"), (*rays[0], "c")]
     for (x0, y0), (x1, y1) in zip(rays, rays[1:]):
         pairs.append(((x0 + x1) / 2 * (1 - depth) + mx * depth, (y0 + y1) / 2 * (1 - depth) + my * depth))
         pairs.append((x1, y1, "c"))
-    pairs += [((rays[-1][0] + bx) / 2, (rays[-1][1] + by) / 2 + 3), (bx, by, "c")]
+    pairs.append((*feet[-1], "c"))
     skin = place.closed(*pairs)
     picture.contour(skin, line)
     picture.fill(skin, picture.linear(place.xy(mx, my), place.xy(*rays[0]), (0, c.AMBER_DEEP), (0.55, c.AMBER), (1, c.AMBER_LIGHT)))
@@ -46,16 +47,15 @@ def frill(picture, place, root, rays, depth, line, far=False):
             picture.fill(skin, c.SHADE, 0.3)
     light, dark = (c.FAR_BODY, c.FAR_DEEP) if far else (c.BODY_LIGHT, c.BODY)
     for k, (x, y) in reversed(list(enumerate(rays))):
-        share = (k + 0.35) / (len(rays) - 0.3)
-        fx, fy = ax + (bx - ax) * share, ay + (by - ay) * share
-        ray = place.tube([(fx, fy), ((fx + x) / 2, (fy + y) / 2 - 2), (x, y)], [7.5, 5, 2], steps=4)
+        fx, fy = feet[k]
+        ray = place.tube([(fx, fy), ((fx + x) / 2, (fy + y) / 2 - 2), (x, y)], [8.5, 5.5, 2.2], steps=4)
         picture.contour(ray, line * 0.5)
         picture.fill(ray, picture.linear(place.xy(fx, fy), place.xy(x, y), (0, dark), (1, light)))
 
 
 def crest(picture, place, line):
     """The first plates of the back line, from the brow over the crown."""
-    for x, y, tall, degrees in ((-58, -76, 30, -32), (-22, -92, 32, -12), (14, -93, 28, 6)):
+    for x, y, tall, degrees in ((-55, -77, 31, -30), (25, -91, 32, 9)):
         root = place.point(x, y + 6)
         out = place.point(x, y + 6 - 1) - root
         way = out * 1j / abs(out)
@@ -81,7 +81,7 @@ def head(picture, place, line, look=(0.16, 0.08)):
     with picture.group("horns"):
         horn(picture, place, [(46, -66), (50, -96), (38, -124), (14, -144)], [15, 13, 9, 1], line, far=True)
     with picture.group("head"):
-        frill(picture, place, ((74, -52), (90, -14)), [(124, -92), (140, -58), (128, -26)], 0.30, line, far=True)
+        frill(picture, place, ((66, -57), (90, -14)), [(124, -92), (140, -58), (128, -26)], 0.30, line, far=True)
         frill(picture, place, ((-66, -44), (-78, 26)), [(-144, -84), (-164, -38), (-136, 4)], 0.26, line)
         with picture.group("spines"):
             crest(picture, place, line)
@@ -106,9 +106,9 @@ def head(picture, place, line, look=(0.16, 0.08)):
         eye(picture, place, 74, -12, 18, 33, look, 2, line)
         _mouth(picture, place)
     with picture.group("horns"):
-        horn(picture, place, [(-26, -66), (-32, -100), (-56, -130), (-92, -146)], [19, 16, 10, 1], line)
+        horn(picture, place, [(-26, -68), (-32, -101), (-56, -130), (-92, -146)], [19, 16, 10, 1], line)
         cuff = [(-52, -68), (-44, -56), (-26, -50), (-8, -54), (0, -64)]
-        lip = place.closed((-52, -68, "c"), *cuff[1:-1], (0, -64, "c"), (0, -44), (-26, -34), (-52, -44))
+        lip = place.closed((-52, -68, "c"), *cuff[1:-1], (0, -64, "c"), (-6, -52), (-14, -44.5), (-28, -41), (-46, -48))
         picture.fill(lip, fill)
         picture.stroke(place.curve(*cuff), c.LINE, line * 0.9)
         picture.stroke(place.curve((-44, -51), (-26, -45), (-8, -49)), c.RIM, 2.4 * s, 0.45)
@@ -119,8 +119,8 @@ def _mouth(picture, place):
     s = place.scale
     for x, y, lean in ((84, 28, 24), (109, 26, -30)):
         picture.fill(place.oval(x, y, 5, 3.4, lean), c.LINE, 0.9)
-    fang = place.closed((40, 69, "c"), (46.5, 82, "c"), (54, 71, "c"))
+    fang = place.closed((40, 71, "c"), (46.5, 84, "c"), (54, 72, "c"))
     picture.fill(fang, c.EYE_WHITE)
-    picture.stroke(place.curve((40, 69), (46.5, 82), (54, 71)), c.LINE, 2.6 * s)
+    picture.stroke(place.curve((40, 72), (46.5, 84, "c"), (54, 73)), c.LINE, 2.6 * s)
     picture.stroke(place.curve(*SMILE), c.LINE, 4.4 * s)
     picture.stroke(place.curve((-3, 55), (3, 49), (11, 47)), c.LINE, 4 * s)

@@ -28,7 +28,7 @@ def back_and_tail(p):
         tail = tube(tail_line, TAIL_WIDTHS)
         p.contour(tail, LINE)
     with p.group("spines"):
-        spines(p, tail_line, TAIL_WIDTHS, [0.46, 0.6, 0.73, 0.86], 1, LINE, lambda t: 34 - 24 * t)
+        spines(p, tail_line, TAIL_WIDTHS, [0.44, 0.6, 0.76], 1, LINE, lambda t: 29 - 19 * t)
         spines(p, curve(*BACK), [0, 0], [0.08, 0.3, 0.53, 0.74, 0.94], 1, LINE, lambda t: 30 - 4 * t)
     with p.group("tail"):
         p.form(tail, p.linear((150, 380), (60, 440), (0, c.BODY), (1, c.BODY_DEEP)), 14, 5)
@@ -37,7 +37,7 @@ def back_and_tail(p):
 def torso(p):
     """Chest and belly with their plates, and the shadow that the head throws."""
     body = closed(
-        (226, 218), (186, 258), (152, 314), (130, 372), (140, 426), (206, 442), (290, 438), (330, 404), (340, 344),
+        (226, 218), (186, 258), (152, 314), (130, 372), (140, 426), (206, 444), (300, 446), (334, 404), (340, 344),
         (330, 284), (318, 232), (270, 206),
     )
     p.contour(body, LINE)
@@ -75,7 +75,7 @@ def draw():
     with p.group("wing-near"):
         wing(p, 206 + 306j, 150 + 266j, 118 + 196j, [38 + 206j, 42 + 270j, 84 + 318j], 164 + 342j, LINE, 1)
     with p.group("body"):
-        leg(p, ((246, 318), (266, 370), (263, 430)), [37, 26, 20, 21], LINE, solid, (0.08, 0.24), shade=16)
+        leg(p, ((246, 318), (266, 370), (263, 430)), [37, 26, 20, 21], LINE, solid, (0.08, 0.18), shade=10)
         front_paw(p, Place(266, 452, 0.95), LINE, p.linear((260, 412), (260, 450), (0, c.BODY), (1, c.BODY_DEEP)))
         haunch = closed((152, 358), (188, 344), (216, 366), (222, 410), (202, 442), (160, 442), (134, 414), (134, 380))
         p.contour(haunch, LINE)
