@@ -9,6 +9,8 @@
 #include "engine/AutoClickerStore.h"
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Platform.h"
+#include "platform/instance/SingleInstance.h"
+#include "platform/instance/WindowRaiser.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/pulse/PulseSounds.h"
@@ -90,7 +92,7 @@ QStringList toStrings(const std::vector<std::string>& lines) {
     return strings;
 }
 
-int run() {
+int run(platform::instance::SingleInstance& instance) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
@@ -134,7 +136,14 @@ int run() {
     if (engine.rootObjects().isEmpty()) {
         return EXIT_FAILURE;
     }
+    auto* const window = qobject_cast<QWindow*>(engine.rootObjects().first());
+    instance.serve({
+        .activate = [window](const auto& token) { platform::instance::raiseWindow(*window, token); },
+        .toggle = [&store] { store->toggleStartStop(); },
+        .quit = [] { QCoreApplication::quit(); },
+    });
     const int status = QApplication::exec();
+    instance.serve({});
     desktop->inputTrust().onChanged({});
     store->stop();
     // A running loop holds the store until it has noticed; that takes one turn.
@@ -151,6 +160,7 @@ int main(int argc, char* argv[]) {
     }
     platform::posix::TerminationSignals::block();
     qInstallMessageHandler(handleToolkitMessage);
+    const auto token = platform::instance::ActivationToken::fromEnvironment();
     // Lighter than the graphics card's way by half a processor and 80 MB, and it leaves the card to the game.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QApplication application(argc, argv);
@@ -158,6 +168,16 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("app.velloran.Velloran"));
+    platform::instance::SingleInstance instance;
+    switch (instance.claim(token)) {
+    case platform::instance::SingleInstance::Claim::handedOver:
+        return EXIT_SUCCESS;
+    case platform::instance::SingleInstance::Claim::unanswered:
+        std::fputs("Velloran: it is running already, but does not answer.\n", stderr);
+        return EXIT_FAILURE;
+    case platform::instance::SingleInstance::Claim::first:
+        break;
+    }
     chooseTypeface();
-    return run();
+    return run(instance);
 }

@@ -1,0 +1,101 @@
+#include "platform/instance/WindowRaiser.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+#include <qguiapplication_platform.h>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace velloran::platform::instance {
+
+namespace {
+
+struct FreeMemory {
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+xcb_atom_t atomOf(xcb_connection_t* connection, const char* name) {
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    const std::unique_ptr<xcb_intern_atom_reply_t, FreeMemory> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+/// The root window of the screen that the window is on.
+xcb_window_t rootOf(xcb_connection_t* connection, xcb_window_t window) {
+    const auto cookie = xcb_get_geometry(connection, window);
+    const std::unique_ptr<xcb_get_geometry_reply_t, FreeMemory> reply(
+        xcb_get_geometry_reply(connection, cookie, nullptr));
+    return reply ? reply->root : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+/// Asks the window manager for the focus. With the time of the user's action it can judge by itself; without, the user
+/// has just started the program by other means, which makes it the user's own wish.
+void requestFocus(xcb_connection_t* connection, xcb_window_t root, xcb_window_t window, const ActivationToken& token) {
+    constexpr std::uint32_t fromApplication = 1;
+    constexpr std::uint32_t fromUser = 2;
+    const auto time = token.serverTime();
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atomOf(connection, "_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = time ? fromApplication : fromUser;
+    message.data.data32[1] = time.value_or(XCB_CURRENT_TIME);
+    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+}
+
+/// Start-up notifications are texts that are sent to everybody, twenty bytes at a time.
+void endStartup(xcb_connection_t* connection, xcb_window_t root, xcb_window_t window, const QByteArray& startupId) {
+    QByteArray quoted = startupId;
+    quoted.replace('\\', "\\\\").replace('"', "\\\"");
+    const QByteArray text = "remove: ID=\"" + quoted + '"';
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 8;
+    message.window = window;
+    message.type = atomOf(connection, "_NET_STARTUP_INFO_BEGIN");
+    const xcb_atom_t continuation = atomOf(connection, "_NET_STARTUP_INFO");
+    constexpr qsizetype pieceSize = sizeof message.data.data8;
+    // The closing zero belongs to the text.
+    for (qsizetype sent = 0; sent <= text.size(); sent += pieceSize) {
+        std::memset(message.data.data8, 0, pieceSize);
+        std::memcpy(message.data.data8, text.constData() + sent,
+                    static_cast<std::size_t>(std::min(pieceSize, text.size() - sent)));
+        xcb_send_event(connection, 0, root, XCB_EVENT_MASK_PROPERTY_CHANGE, reinterpret_cast<const char*>(&message));
+        message.type = continuation;
+    }
+}
+
+} // namespace
+
+void raiseWindow(QWindow& window, const ActivationToken& token) {
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr) {
+        if (!token.wayland.isEmpty()) {
+            // Where the toolkit looks for it, once.
+            qputenv("XDG_ACTIVATION_TOKEN", token.wayland);
+        }
+        window.requestActivate();
+        return;
+    }
+    xcb_connection_t* const connection = x11->connection();
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const xcb_window_t root = rootOf(connection, id);
+    requestFocus(connection, root, id, token);
+    if (!token.startupId.isEmpty()) {
+        endStartup(connection, root, id, token.startupId);
+    }
+    xcb_flush(connection);
+}
+
+} // namespace velloran::platform::instance
