@@ -139,6 +139,19 @@ TEST_F(Clicks, NothingLeavesBeforeItIsFlushed) {
     EXPECT_EQ(buttonEvents(true).size(), 2U);
 }
 
+TEST_F(Clicks, AHalfIsSentToo) {
+    platform::PointerEvents& pointer = x11->pointerEvents();
+    const auto press = pointer.makeMouseEvent(left.down, {}, left.button);
+    const auto release = pointer.makeMouseEvent(left.up, {}, left.button);
+    ASSERT_TRUE(press && release);
+    pointer.post(*press);
+    pointer.flush();
+    ASSERT_TRUE(until([this] { return other->buttonsDown() == 1; }));
+    pointer.post(*release);
+    pointer.flush();
+    EXPECT_TRUE(until([this] { return other->buttonsDown() == 0; }));
+}
+
 TEST_F(Clicks, MoreThanTheConnectionHoldsArriveAsPairsToo) {
     constexpr std::size_t clicks = 5000;
     platform::PointerEvents& pointer = x11->pointerEvents();

@@ -2,9 +2,11 @@
 
 #include "async/SerialQueue.h"
 #include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11PointerEvents.h"
 #include "support/Desktop.h"
 
 #include <atomic>
+#include <csignal>
 #include <thread>
 
 namespace velloran::tests {
@@ -42,14 +44,14 @@ protected:
 
     /// Lets the loop go round until nothing is left to be told.
     void idle() {
-        int turns = 0;
+        int turnsTaken = 0;
         const std::function<void()> turn = [&] {
-            if (++turns < 10) {
+            if (++turnsTaken < 10) {
                 loop.post(turn);
             }
         };
         loop.post(turn);
-        EXPECT_TRUE(until([&turns] { return turns == 10; }));
+        EXPECT_TRUE(until([&turnsTaken] { return turnsTaken == 10; }));
     }
 };
 
@@ -110,6 +112,51 @@ TEST_F(ServerLossTest, ClickingGoesOnHarmlesslyOnItsThread) {
     queue.reset();
     idle();
     EXPECT_EQ(losses, 1);
+}
+
+TEST_F(ServerLossTest, TheClicksNoticeByThemselves) {
+    int told = 0;
+    x11::ServerLoss loss(loop, [&told] { ++told; });
+    x11::X11PointerEvents pointer(x11::XcbConnection(xcb_connect(server.displayName().c_str(), nullptr)), loss);
+    ASSERT_TRUE(pointer.canPost());
+    click(pointer);
+    EXPECT_FALSE(loss.isLost());
+    server.crash();
+    click(pointer);
+    EXPECT_TRUE(loss.isLost());
+    EXPECT_EQ(told, 0) << "told in a turn of the loop only";
+    ASSERT_TRUE(until([&told] { return told > 0; }));
+    click(pointer);
+    idle();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(ServerLossTest, TheLoopComesToRest) {
+    server.crash();
+    ASSERT_TRUE(until([this] { return losses > 0; }));
+    stopWatchingOther();
+    idle();
+    const int turnsBefore = turns;
+    during(0.2);
+    EXPECT_LT(turns - turnsBefore, 10) << "a broken connection can be read for ever";
+}
+
+TEST_F(ServerLossTest, ABrokenPipeDoesNotEndTheProgram) {
+    std::signal(SIGPIPE, SIG_DFL);
+    {
+        const auto connected = x11::X11Platform::connect(loop, log, {}, server.displayName().c_str());
+        ASSERT_TRUE(connected.ok());
+    }
+    EXPECT_EQ(std::raise(SIGPIPE), 0);
+
+    static volatile std::sig_atomic_t received = 0;
+    std::signal(SIGPIPE, [](int) { received = 1; });
+    {
+        const auto connected = x11::X11Platform::connect(loop, log, {}, server.displayName().c_str());
+        ASSERT_TRUE(connected.ok());
+    }
+    EXPECT_EQ(std::raise(SIGPIPE), 0);
+    EXPECT_EQ(received, 1) << "whoever handles it goes on doing so";
 }
 
 TEST_F(ServerLossTest, TheReceiverMayEndThePlatform) {

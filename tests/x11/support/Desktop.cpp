@@ -55,6 +55,7 @@ bool Desktop::until(const std::function<bool()>& condition) {
             continue;
         }
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        ++turns;
     }
 }
 
@@ -75,14 +76,14 @@ void Desktop::settle() {
     // happens in the turn after that.
     ASSERT_TRUE(other->synchronize());
     x11->pointerPosition().currentPosition();
-    int turns = 0;
+    int turnsTaken = 0;
     const std::function<void()> turn = [&] {
-        if (++turns < 4) {
+        if (++turnsTaken < 4) {
             loop.post(turn);
         }
     };
     loop.post(turn);
-    ASSERT_TRUE(until([&turns] { return turns == 4; }));
+    ASSERT_TRUE(until([&turnsTaken] { return turnsTaken == 4; }));
 }
 
 std::vector<observer::InputEvent> Desktop::buttonEvents(bool isRaw) const {

@@ -56,6 +56,9 @@ protected:
     /// Has the platform take in everything that the server has sent so far, and act on it.
     void settle();
 
+    /// The other program does not wake the loop up any more.
+    void stopWatchingOther() { otherWatch_.reset(); }
+
     /// Button events seen so far on the whole server, or by the window.
     [[nodiscard]] std::vector<observer::InputEvent> buttonEvents(bool isRaw) const;
     [[nodiscard]] std::size_t count(observer::InputEvent::Kind kind, bool isRaw = false) const;
@@ -68,6 +71,8 @@ protected:
     std::unique_ptr<observer::InputWatcher> watcher;
     std::vector<observer::InputEvent> events;
     int losses = 0;
+    /// How often the loop has woken up.
+    int turns = 0;
     std::unique_ptr<platform::x11::X11Platform> x11;
 
 private:
