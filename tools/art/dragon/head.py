@@ -55,7 +55,7 @@ def frill(picture, place, root, rays, depth, line, far=False):
 
 def crest(picture, place, line):
     """The first plates of the back line, from the brow over the crown."""
-    for x, y, tall, degrees in ((-55, -77, 31, -30), (25, -91, 32, 9)):
+    for x, y, tall, degrees in ((-55, -77, 31, -30), (9, -93, 23, 8)):
         root = place.point(x, y + 6)
         out = place.point(x, y + 6 - 1) - root
         way = out * 1j / abs(out)
