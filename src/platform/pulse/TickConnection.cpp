@@ -23,8 +23,9 @@ constexpr std::int64_t frameSize = sizeof(std::int16_t);
 
 constexpr pa_sample_spec format{PA_SAMPLE_S16NE, tickRate, 1};
 
-/// How much the server is to have in hand, which decides how soon a tick can be heard.
-constexpr std::uint32_t bufferLength = tickRate / 50 * frameSize;
+/// How much the server is to have in hand. A quarter of it goes towards the loudspeaker at a time: less would have the
+/// server wake up too often and stumble on a busy machine, more would let the tick be heard noticeably after the click.
+constexpr std::uint32_t bufferLength = tickRate * 60 / 1000 * frameSize;
 
 std::int64_t monotonicNow() {
     return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -180,7 +181,8 @@ void TickConnection::onReport() {
     }
     // The report was under way for a while, in which the stream moved on.
     const std::int64_t waiting = info->read_index / frameSize + frames(info->transport_usec);
-    placement_.update({lastReport_, waiting - frames(info->sink_usec), waiting});
+    const auto age = static_cast<std::int64_t>(info->transport_usec) * 1000;
+    placement_.update({lastReport_, waiting - frames(info->sink_usec), waiting, age});
     playPending();
 }
 

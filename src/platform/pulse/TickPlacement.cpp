@@ -19,6 +19,13 @@ constexpr std::int64_t tolerance = tickRate * 6 / 1000;
 /// Ticks that catch up start this far from each other: far enough to be told apart, and closer than ticks ever come in.
 constexpr std::int64_t closest = tickRate * 5 / 1000;
 
+/// A report that was under way for longer is inexact. Most take a tenth of a millisecond; on a busy machine one in ten
+/// takes ten.
+constexpr std::int64_t exactAge = 2'000'000;
+
+/// Clocks drift apart by less than a millisecond in this time.
+constexpr std::int64_t exactFor = 10 * nanosecondsPerSecond;
+
 std::int64_t frames(std::int64_t nanoseconds) {
     return nanoseconds * static_cast<std::int64_t>(tickRate) / nanosecondsPerSecond;
 }
@@ -28,6 +35,9 @@ std::int64_t frames(std::int64_t nanoseconds) {
 TickPlacement::TickPlacement(std::int64_t tickLength) : tickLength_(tickLength) {}
 
 void TickPlacement::update(const Report& report) {
+    if (report_ && report.age > exactAge && report.moment - report_->moment < exactFor) {
+        return;
+    }
     report_ = report;
     // It only grows: a delay that changes to and fro would shift the ticks against each other.
     delay_ = std::max(delay_, report.waiting - report.heard + margin);

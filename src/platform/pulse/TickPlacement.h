@@ -20,6 +20,8 @@ public:
         std::int64_t heard = 0;
         /// The first frame that the server has not yet passed on towards the loudspeaker.
         std::int64_t waiting = 0;
+        /// For how long the report was under way, in nanoseconds. What it says is off by as much as that.
+        std::int64_t age = 0;
     };
 
     struct Range {
@@ -35,6 +37,7 @@ public:
     /// `tickLength` is in frames.
     explicit TickPlacement(std::int64_t tickLength);
 
+    /// A stream moves on evenly, so an inexact report does not replace an exact one that is not too old.
     void update(const Report& report);
 
     /// Where the tick goes that was asked for at `moment`; nothing when it comes too late, and before the first report.

@@ -41,8 +41,8 @@ bool SoundServer::start() {
     const int log = open(log_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     process_ = std::make_unique<ChildProcess>(
         std::vector<std::string>{"pulseaudio", "-n", "-v", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
-                                 "--log-target=stderr", "--disallow-exit", "-L",
-                                 "module-null-sink sink_name=test format=s16le rate=48000 channels=1", "-L",
+                                 "--log-target=stderr", "--disallow-exit", "--high-priority=yes", "--realtime=yes",
+                                 "-L", "module-null-sink sink_name=test format=s16le rate=48000 channels=1", "-L",
                                  "module-native-protocol-unix auth-anonymous=1 socket=" + folder_ + "/native"},
         log, log);
     close(log);

@@ -56,6 +56,16 @@ TEST(TickPlacement, DelaysTicksMoreWhenTheServerPassesOnMore) {
     EXPECT_EQ(placement.place(10 * millisecond, 10 * millisecond), first + 100 * framesPerMillisecond);
 }
 
+TEST(TickPlacement, PrefersAnExactReportToALaterInexactOne) {
+    TickPlacement placement = running();
+    const std::int64_t first = placement.place(0, 0).value();
+    placement.update({5 * millisecond, 40 * framesPerMillisecond, 50 * framesPerMillisecond, 12 * millisecond});
+    EXPECT_EQ(placement.place(10 * millisecond, 10 * millisecond), first + 10 * framesPerMillisecond);
+    // In the end an inexact one is better than none.
+    placement.update({11'000 * millisecond, 0, 10 * framesPerMillisecond, 12 * millisecond});
+    EXPECT_EQ(placement.place(11'000 * millisecond, 11'000 * millisecond), first + 15 * framesPerMillisecond);
+}
+
 TEST(TickPlacement, LetsLateTicksCatchUpOneByOne) {
     TickPlacement placement = running();
     const std::int64_t now = 100 * millisecond;
