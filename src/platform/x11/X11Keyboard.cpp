@@ -71,7 +71,8 @@ X11Keyboard::Keys X11Keyboard::keysDown() {
     connection_.settle();
     Keys keys;
     for (std::size_t key = 0; reply && key < keys.size(); ++key) {
-        keys[key] = (reply->keys[key / 8] >> (key % 8) & 1U) != 0;
+        const unsigned eightKeys = reply->keys[key / 8];
+        keys[key] = (eightKeys >> (key % 8) & 1U) != 0;
     }
     return keys;
 }
