@@ -11,10 +11,10 @@ namespace {
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
 
 /// For the way to the server, and for what the reports are off.
-constexpr std::int64_t margin = tickRate * 12 / 1000;
+constexpr std::int64_t margin = tickRate * 20 / 1000;
 
 /// How much of the margin may be used up before a tick counts as late.
-constexpr std::int64_t tolerance = tickRate * 6 / 1000;
+constexpr std::int64_t tolerance = tickRate * 8 / 1000;
 
 /// Ticks that catch up start this far from each other: far enough to be told apart, and closer than ticks ever come in.
 constexpr std::int64_t closest = tickRate * 5 / 1000;

@@ -21,6 +21,15 @@ constexpr std::size_t framesIn(std::size_t milliseconds) {
     return tickRate * milliseconds / 1000;
 }
 
+/// The distances between the ticks in milliseconds, for the message of a failure.
+std::string distances(const std::vector<std::size_t>& ticks) {
+    std::string text;
+    for (std::size_t index = 1; index < ticks.size(); ++index) {
+        text += std::to_string(static_cast<double>(ticks[index] - ticks[index - 1]) * 1000.0 / tickRate) + ' ';
+    }
+    return text;
+}
+
 class PulseSoundsTest : public testing::Test {
 protected:
     void startRecording() {
@@ -32,12 +41,32 @@ protected:
     /// Plays ticks in that distance, as the click loop does it, and records until nothing more is heard.
     void playTicks(int count, Clock::duration distance) {
         const Clock::time_point begin = Clock::now();
+        worstDelay = Clock::duration::zero();
         for (int index = 0; index < count; ++index) {
-            recorder->recordUntil(begin + index * distance);
+            const Clock::time_point due = begin + index * distance;
+            recorder->recordUntil(due);
+            worstDelay = std::max(worstDelay, Clock::now() - due);
             tick->stop();
             tick->play();
         }
         recordToTheEnd();
+    }
+
+    /// Plays that many ticks in that distance and expects to hear as many. A machine too busy to let even this test
+    /// keep its own times cannot judge that: then once more, a few times.
+    void expectAllHeard(std::size_t count, Clock::duration distance) {
+        constexpr auto tooBusy = 5ms;
+        constexpr int attempts = 4;
+        std::size_t heard = 0;
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            const std::size_t before = recorder->ticks().size();
+            ASSERT_NO_FATAL_FAILURE(playTicks(static_cast<int>(count), distance));
+            heard = recorder->ticks().size() - before;
+            if (heard == count || worstDelay < tooBusy) {
+                break;
+            }
+        }
+        EXPECT_EQ(heard, count) << distances(recorder->ticks());
     }
 
     void recordToTheEnd() {
@@ -61,18 +90,11 @@ protected:
 
     tests::SoundServer server;
     std::optional<tests::Recorder> recorder;
+    /// By how much the last run of `playTicks` was late at worst.
+    Clock::duration worstDelay = Clock::duration::zero();
     PulseSounds sounds;
     std::unique_ptr<Sound> tick = sounds.load("Tink");
 };
-
-/// The distances between the ticks in milliseconds, for the message of a failure.
-std::string distances(const std::vector<std::size_t>& ticks) {
-    std::string text;
-    for (std::size_t index = 1; index < ticks.size(); ++index) {
-        text += std::to_string(static_cast<double>(ticks[index] - ticks[index - 1]) * 1000.0 / tickRate) + ' ';
-    }
-    return text;
-}
 
 } // namespace
 
@@ -90,20 +112,17 @@ TEST_F(PulseSoundsTest, TheFirstTickIsHeard) {
 
 TEST_F(PulseSoundsTest, TicksAt200MillisecondsAreAllHeard) {
     ASSERT_NO_FATAL_FAILURE(startRecording());
-    ASSERT_NO_FATAL_FAILURE(playTicks(15, 200ms));
-    EXPECT_EQ(recorder->ticks().size(), 15U) << distances(recorder->ticks());
+    expectAllHeard(15, 200ms);
 }
 
 TEST_F(PulseSoundsTest, TicksAt50MillisecondsAreAllHeard) {
     ASSERT_NO_FATAL_FAILURE(startRecording());
-    ASSERT_NO_FATAL_FAILURE(playTicks(60, 50ms));
-    EXPECT_EQ(recorder->ticks().size(), 60U) << distances(recorder->ticks());
+    expectAllHeard(60, 50ms);
 }
 
 TEST_F(PulseSoundsTest, TicksAt10MillisecondsAreAllHeard) {
     ASSERT_NO_FATAL_FAILURE(startRecording());
-    ASSERT_NO_FATAL_FAILURE(playTicks(200, 10ms));
-    EXPECT_EQ(recorder->ticks().size(), 200U) << distances(recorder->ticks());
+    expectAllHeard(200, 10ms);
 }
 
 TEST_F(PulseSoundsTest, ATickCutsTheOneBeforeAndIsHeardFromItsStart) {

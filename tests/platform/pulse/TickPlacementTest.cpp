@@ -30,7 +30,7 @@ TEST(TickPlacement, PutsATickBehindWhatTheServerHasPassedOn) {
     const auto place = placement.place(0, 0);
     ASSERT_TRUE(place);
     EXPECT_GT(*place, 10 * framesPerMillisecond);
-    EXPECT_LT(*place, 30 * framesPerMillisecond);
+    EXPECT_LT(*place, 40 * framesPerMillisecond);
 }
 
 TEST(TickPlacement, KeepsTheDistancesBetweenTicks) {
@@ -78,7 +78,7 @@ TEST(TickPlacement, LetsLateTicksCatchUpOneByOne) {
     // By then it has caught up.
     const std::int64_t later = placement.place(200 * millisecond, 200 * millisecond).value();
     EXPECT_EQ(placement.place(210 * millisecond, 210 * millisecond), later + 10 * framesPerMillisecond);
-    EXPECT_LT(later, 230 * framesPerMillisecond);
+    EXPECT_LT(later, 240 * framesPerMillisecond);
 }
 
 TEST(TickPlacement, GivesUpTicksThatComeTooLate) {
