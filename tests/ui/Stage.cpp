@@ -198,7 +198,9 @@ void Stage::act(QQuickItem& target, const QString& action) {
 
 QImage Stage::grab() {
     QCoreApplication::processEvents();
-    return window.grabWindow();
+    QImage picture = window.grabWindow();
+    picture.setDevicePixelRatio(window.effectiveDevicePixelRatio());
+    return picture;
 }
 
 QColor Stage::pixel(QPointF point) {

@@ -41,6 +41,7 @@ FocusScope {
 
         contentItem: ChoiceRow {
             label: root.label
+            isFocused: box.visualFocus
             opacity: box.down ? Theme.pressedOpacity : 1
 
             RoundedFace {
@@ -65,11 +66,6 @@ FocusScope {
                     EaseInOut { seconds: 0.12 }
                 }
             }
-        }
-
-        FocusRing {
-            shown: box.visualFocus
-            around: 5
         }
     }
 }

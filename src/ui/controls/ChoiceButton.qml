@@ -8,8 +8,6 @@ T.RadioButton {
 
     required property string label
     required property bool isSelected
-    /// Corner radius of what the focus ring goes around.
-    property real faceRadius: Theme.radius.button
 
     signal triggered()
 
@@ -42,10 +40,5 @@ T.RadioButton {
         target: root.contentItem
         property: "opacity"
         value: root.down ? Theme.pressedOpacity : 1
-    }
-
-    FocusRing {
-        shown: root.visualFocus
-        around: root.faceRadius
     }
 }

@@ -5,6 +5,9 @@ Item {
     id: root
 
     required property string label
+    /// Whether the control has the keyboard; its mark wears the ring.
+    required property bool isFocused
+    property real markRadius: 5
     default property alias mark: holder.data
 
     readonly property int spacing: 10
@@ -18,6 +21,12 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 18
         height: 18
+    }
+
+    FocusRing {
+        anchors.fill: holder
+        shown: root.isFocused
+        around: root.markRadius
     }
 
     BodyText {

@@ -38,7 +38,8 @@ FocusScope {
     }
 
     implicitWidth: Math.max(110, root.minimumWidth)
-    implicitHeight: 18 + Math.max(input.implicitHeight, unit.implicitHeight, note.implicitHeight, steppers.implicitHeight)
+    implicitHeight: 18 + Math.max(input.implicitHeight, unit.implicitHeight, note.implicitHeight,
+            steppers.visible ? steppers.implicitHeight : 0)
     opacity: root.disabled ? 0.55 : 1
 
     NumberFieldModel {

@@ -86,6 +86,8 @@ T.AbstractButton {
     FocusRing {
         shown: root.visualFocus
         around: root.faceRadius
+        // Bare text needs some air.
+        gap: root.background ? 2 : 4
     }
 
     HelpTip {

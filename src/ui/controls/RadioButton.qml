@@ -15,7 +15,6 @@ ChoiceButton {
         }
     }
 
-    faceRadius: 9
     activeFocusOnTab: root.isSelected || (!root.previous && !root.next)
     Keys.onUpPressed: root.moveTo(root.previous)
     Keys.onLeftPressed: root.moveTo(root.previous)
@@ -24,6 +23,8 @@ ChoiceButton {
 
     contentItem: ChoiceRow {
         label: root.label
+        isFocused: root.visualFocus
+        markRadius: 9
 
         RoundedFace {
             anchors.fill: parent

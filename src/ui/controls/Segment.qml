@@ -15,7 +15,7 @@ ChoiceButton {
         size: 14
         weight: Font.DemiBold
         color: root.isSelected ? Theme.accentBlue : Theme.textSecondary
-        elide: Text.ElideRight
+        wrapMode: Text.WordWrap
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
         exposed: false
@@ -36,5 +36,10 @@ ChoiceButton {
         Behavior on stroke {
             ColorEase { seconds: 0.18 }
         }
+    }
+
+    FocusRing {
+        shown: root.visualFocus
+        around: Theme.radius.button
     }
 }
