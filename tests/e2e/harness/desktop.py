@@ -19,14 +19,18 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
   <type>session</type>
   <listen>unix:path={folder}/bus</listen>
   <servicedir>{folder}/services</servicedir>
-  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>
+  <policy context="default"><allow user="*"/><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>
 </busconfig>
 """
 
 
 class Desktop:
-    def __init__(self, size=(1600, 1100)):
+    """All of it, and the program, run as another user where one is named; only the administrator can ask for that."""
+
+    def __init__(self, size=(1600, 1100), user=None):
         self.folder = tempfile.mkdtemp(prefix="velloran-e2e-")
+        self.user = user
+        self.as_user = [] if user is None else ["setpriv", f"--reuid={user}", f"--regid={user}", "--clear-groups", "--pdeathsig=KILL"]
         self._processes = []
         self._connections = []
         self.observer = None
@@ -39,8 +43,9 @@ class Desktop:
     def _start(self, size):
         for name in ("home", "runtime", "services", "tools", "openbox"):
             os.mkdir(os.path.join(self.folder, name), 0o700)
-        # A program with another user identity has to get through to its own folder.
+            self.give_to_user(os.path.join(self.folder, name))
         os.chmod(self.folder, 0o711)
+        self.give_to_user(self.folder)
         self.environment = {
             "PATH": os.path.join(self.folder, "tools") + ":/usr/bin:/bin", "HOME": os.path.join(self.folder, "home"),
             "XDG_RUNTIME_DIR": os.path.join(self.folder, "runtime"), "XDG_SESSION_TYPE": "x11", "LC_ALL": "C.UTF-8",
@@ -53,7 +58,7 @@ class Desktop:
 
     def _run(self, name, arguments, **options):
         log = open(os.path.join(self.folder, name + ".log"), "wb")
-        process = processes.start(arguments, self.environment, stdout=log, stderr=log, **options)
+        process = processes.start([*self.as_user, *arguments], self.environment, stdout=log, stderr=log, **options)
         log.close()
         self._processes.append(process)
         return process
@@ -62,12 +67,17 @@ class Desktop:
         reading, writing = os.pipe()
         self.server = self._run("server", ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{size[0]}x{size[1]}x24", "-ac",
                                            "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
+        self.display = ":" + self._first_line(reading, writing)
+        self.environment["DISPLAY"] = self.display
+
+    @staticmethod
+    def _first_line(reading, writing):
+        """What a process that was just started says of itself, once it can be reached."""
         os.close(writing)
         with os.fdopen(reading) as pipe:
-            number = pipe.readline().strip()
-        assert number, "the X server did not start"
-        self.display = ":" + number
-        self.environment["DISPLAY"] = self.display
+            line = pipe.readline().strip()
+        assert line, "a process of the desktop did not start"
+        return line
 
     def _start_window_manager(self):
         path = os.path.join(self.folder, "openbox", "rc.xml")
@@ -83,9 +93,9 @@ class Desktop:
         path = os.path.join(self.folder, "bus.conf")
         with open(path, "w", encoding="ascii") as file:
             file.write(BUS_CONFIGURATION.format(folder=self.folder))
-        self._run("bus", ["dbus-daemon", "--nofork", "--config-file", path])
-        until(lambda: os.path.exists(os.path.join(self.folder, "bus")), "the session bus did not start")
-        address = f"unix:path={self.folder}/bus"
+        reading, writing = os.pipe()
+        self._run("bus", ["dbus-daemon", "--nofork", "--config-file", path, f"--print-address={writing}"], pass_fds=[writing])
+        address = self._first_line(reading, writing)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         session = self._connect(address)
         answer = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, GLib.VariantType("(s)"),
@@ -98,6 +108,13 @@ class Desktop:
         connection.set_exit_on_close(False)
         self._connections.append(connection)
         return connection
+
+    def give_to_user(self, folder):
+        """Lets the user of this desktop have a folder with all that it holds."""
+        if self.user is not None:
+            for path, _, files in os.walk(folder):
+                for name in [path, *(os.path.join(path, file) for file in files)]:
+                    os.chown(name, self.user, self.user)
 
     def add_tool(self, name, script):
         """A program that others find before the system's own."""

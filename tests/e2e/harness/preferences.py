@@ -65,8 +65,8 @@ def write(path, values):
 def read(path):
     """The keys of a file with their texts; nothing where there is no file."""
     try:
-        with open(path, encoding="ascii") as file:
-            lines = file.read().splitlines()
+        with open(path, encoding="latin-1", newline="") as file:
+            lines = file.read().split("\n")
     except FileNotFoundError:
         return {}
     return dict(line.split("=", 1) for line in lines if "=" in line)
