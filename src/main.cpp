@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFontDatabase>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
@@ -74,6 +75,14 @@ void chooseTypeface() {
         font.setFamily(preferred);
         QApplication::setFont(font);
     }
+}
+
+QIcon windowIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        icon.addFile(QStringLiteral(":/window-icon/%1.png").arg(size), QSize(size, size));
+    }
+    return icon;
 }
 
 /// Takes the registered hotkey away again, before the backend that holds it goes.
@@ -178,6 +187,7 @@ int main(int argc, char* argv[]) {
     case platform::instance::SingleInstance::Claim::first:
         break;
     }
+    QApplication::setWindowIcon(windowIcon());
     chooseTypeface();
     return run(instance);
 }

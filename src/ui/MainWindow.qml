@@ -20,6 +20,28 @@ ShellWindow {
         }
     }
 
+    DesktopAppearance {
+        id: appearance
+    }
+
+    Binding {
+        target: Theme
+        property: "reducedMotion"
+        value: appearance.reducedMotion
+    }
+
+    Binding {
+        target: Theme
+        property: "highContrast"
+        value: appearance.highContrast
+    }
+
+    Binding {
+        target: Theme
+        property: "fontScale"
+        value: appearance.textScale
+    }
+
     ContentView {
         anchors.fill: parent
         store: root.store

@@ -163,7 +163,7 @@ void QtPreferences::save() {
     QLockFile lock(name + QStringLiteral(".lock"));
     // Without the lock the change is made all the same: replacing the file harms nobody, and whoever holds the lock for
     // so long is not writing.
-    lock.tryLock(longestWaitForLock);
+    [[maybe_unused]] const bool isAlone = lock.tryLock(longestWaitForLock);
 
     const auto before = read(name);
     if (!before) {

@@ -28,11 +28,11 @@ QtObject {
     readonly property color appBackgroundBot: Qt.rgba(0.027, 0.047, 0.098, 1)
     readonly property color cardFill: Qt.rgba(0.067, 0.098, 0.176, 1)
     readonly property color cardFillHover: Qt.rgba(0.082, 0.118, 0.212, 1)
-    readonly property color cardStroke: Qt.rgba(1, 1, 1, 0.06)
-    readonly property color cardStrokeStrong: Qt.rgba(1, 1, 1, 0.1)
+    readonly property color cardStroke: theme.white(theme.highContrast ? 0.5 : 0.06)
+    readonly property color cardStrokeStrong: theme.white(theme.highContrast ? 0.65 : 0.1)
     readonly property color textPrimary: Qt.rgba(1, 1, 1, 1)
-    readonly property color textSecondary: Qt.rgba(0.64, 0.69, 0.78, 1)
-    readonly property color textMuted: Qt.rgba(0.46, 0.5, 0.6, 1)
+    readonly property color textSecondary: theme.highContrast ? Qt.rgba(0.9, 0.93, 0.98, 1) : Qt.rgba(0.64, 0.69, 0.78, 1)
+    readonly property color textMuted: theme.highContrast ? Qt.rgba(0.8, 0.84, 0.92, 1) : Qt.rgba(0.46, 0.5, 0.6, 1)
     readonly property color accentBlue: Qt.rgba(0.33, 0.55, 1.0, 1)
     readonly property color accentBlueDeep: Qt.rgba(0.19, 0.42, 0.97, 1)
     readonly property color accentBlueSoft: theme.faded(theme.accentBlue, 0.16)
@@ -47,8 +47,8 @@ QtObject {
     /// The tint of the card with the additional options.
     readonly property color optionsViolet: Qt.rgba(0.77, 0.4, 0.98, 1)
     readonly property color fieldFill: Qt.rgba(0.051, 0.075, 0.141, 1)
-    readonly property color fieldStroke: Qt.rgba(1, 1, 1, 0.09)
-    readonly property color fieldStrokeFocus: theme.faded(theme.accentBlue, 0.6)
+    readonly property color fieldStroke: theme.white(theme.highContrast ? 0.6 : 0.09)
+    readonly property color fieldStrokeFocus: theme.faded(theme.accentBlue, theme.highContrast ? 1 : 0.6)
 
     /// White at that opacity: hairlines and hover fills that have no name of their own.
     function white(opacity: real): color {
@@ -79,6 +79,9 @@ QtObject {
 
     /// Of a button without a look of its own, while it is held down.
     readonly property real pressedOpacity: 0.75
+
+    /// Outlines stand out and all text is nearly white while this is set.
+    property bool highContrast: false
 
     /// Nothing moves and nothing fades while this is set.
     property bool reducedMotion: false

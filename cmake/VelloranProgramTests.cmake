@@ -1,0 +1,30 @@
+# velloran_program_tests(<label>): each test class in the test files of the current folder is one test, which drives the whole
+# program on a private desktop. The desktop is the one of tests/e2e.
+function(velloran_program_tests label)
+  file(GLOB files CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/test_*.py")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${files})
+  foreach(file IN LISTS files)
+    get_filename_component(module "${file}" NAME_WE)
+    file(STRINGS "${file}" classes REGEX "^class [A-Za-z]+\\(DesktopCase\\):")
+    if(NOT classes)
+      message(FATAL_ERROR "${file} has no test class")
+    endif()
+    foreach(line IN LISTS classes)
+      string(REGEX REPLACE "^class ([A-Za-z]+)\\(.*" "\\1" class "${line}")
+      set(name "${label}.${class}")
+      add_test(
+        NAME "${name}"
+        COMMAND /usr/bin/python3 -m unittest --verbose "${module}.${class}"
+        WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+      set_tests_properties("${name}" PROPERTIES LABELS ${label} RUN_SERIAL TRUE TIMEOUT 180)
+      set_property(
+        TEST "${name}"
+        PROPERTY ENVIRONMENT
+                 "PYTHONPATH=${CMAKE_SOURCE_DIR}/tests/e2e"
+                 "PYTHONDONTWRITEBYTECODE=1"
+                 "VELLORAN_PROGRAM=$<TARGET_FILE:velloran>"
+                 "VELLORAN_OBSERVER=$<TARGET_FILE:velloran-observer>"
+                 "VELLORAN_PICTURES=${CMAKE_CURRENT_BINARY_DIR}/pictures")
+    endforeach()
+  endforeach()
+endfunction()
