@@ -13,6 +13,7 @@ make_chroot() {
         echo "This machine's package manager knows no source of $chroot_release." >&2
         return 1
     fi
+    chmod 755 "$1"
     debootstrap --variant=minbase "$chroot_release" "$1" "$chroot_mirror" || return 1
     echo "$chroot_sources" | sed 's/^/deb /' >"$1/etc/apt/sources.list"
     apt-config dump --format '%F "%v";%n' Acquire::http Acquire::https Acquire::Check-Valid-Until Acquire::Check-Date \
