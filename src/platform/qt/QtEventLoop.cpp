@@ -55,14 +55,15 @@ QtEventLoop::QtEventLoop() : timer_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK
 
 QtEventLoop::~QtEventLoop() {
     notifier_.reset();
-    // Letting go of a function may cancel other calls, so each leaves its container first.
-    while (!posted_.empty()) {
-        const auto last = std::move(posted_.front());
-        posted_.pop_front();
-    }
-    while (!timed_.empty()) {
-        const auto node = timed_.extract(timed_.begin());
-        deadlines_.erase(node.key().second);
+    // Letting go of a function may cancel other calls and ask for new ones, so each leaves its container first.
+    while (!posted_.empty() || !timed_.empty()) {
+        if (!posted_.empty()) {
+            const auto dropped = std::move(posted_.front());
+            posted_.pop_front();
+        } else {
+            const auto dropped = timed_.extract(timed_.begin());
+            deadlines_.erase(dropped.key().second);
+        }
     }
     close(timer_);
 }
@@ -77,10 +78,7 @@ Date QtEventLoop::now() const {
 EventLoop::CallId QtEventLoop::post(Function function) {
     const std::uint64_t id = ++lastId_;
     posted_.emplace_back(id, std::move(function));
-    if (!isTurnRequested_) {
-        isTurnRequested_ = true;
-        QCoreApplication::postEvent(this, new QEvent(turnEvent()));
-    }
+    requestTurn();
     return CallId{id};
 }
 
@@ -127,6 +125,13 @@ bool QtEventLoop::event(QEvent* event) {
     return QObject::event(event);
 }
 
+void QtEventLoop::requestTurn() {
+    if (!isTurnRequested_) {
+        isTurnRequested_ = true;
+        QCoreApplication::postEvent(this, new QEvent(turnEvent()));
+    }
+}
+
 void QtEventLoop::runPosted() {
     isTurnRequested_ = false;
     // Those posted from inside belong to a later turn, so that posting for ever does not keep out everything else.
@@ -134,6 +139,10 @@ void QtEventLoop::runPosted() {
     while (!posted_.empty() && posted_.front().first <= last) {
         const Function function = std::move(posted_.front().second);
         posted_.pop_front();
+        // The function may run an event loop of its own, a dialog's for instance, in which the others must not wait.
+        if (!posted_.empty()) {
+            requestTurn();
+        }
         function();
     }
 }
@@ -147,6 +156,8 @@ void QtEventLoop::runDue() {
     while (!timed_.empty() && timed_.begin()->first.first <= now) {
         const auto node = timed_.extract(timed_.begin());
         deadlines_.erase(node.key().second);
+        // Before the call, because it may run an event loop of its own.
+        arm();
         node.mapped()();
     }
     arm();

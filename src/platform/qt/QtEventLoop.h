@@ -38,6 +38,7 @@ protected:
 private:
     using Deadline = std::pair<std::uint64_t, std::uint64_t>; // monotonic nanoseconds, identifier
 
+    void requestTurn();
     void runPosted();
     void runDue();
     void arm();

@@ -19,6 +19,10 @@ namespace {
 /// A lock is held for as long as it takes to replace a small file. Who holds it longer has been stopped.
 constexpr int longestWaitForLock = 500; // milliseconds
 
+/// A process killed while it made the lock has not yet written into it who it was; only its age tells that it is left
+/// over.
+constexpr int longestHold = 1000; // milliseconds
+
 /// What is larger is no preferences file.
 constexpr qint64 largestFile = 16LL * 1024 * 1024;
 
@@ -53,7 +57,9 @@ bool replace(const QString& name, const std::string& content) {
         return false;
     }
     const auto size = static_cast<qint64>(content.size());
-    return file.write(content.data(), size) == size && file.commit();
+    // The bytes may still be in memory. Committing pays no attention to a disk that has no room for them, and would put
+    // an empty file in the place of the old one.
+    return file.write(content.data(), size) == size && file.flush() && file.commit();
 }
 
 /// The value of an environment variable, if it is an absolute path.
@@ -161,6 +167,7 @@ void QtPreferences::save() {
     const QString name = fileName(path_);
     QDir().mkpath(QFileInfo(name).path());
     QLockFile lock(name + QStringLiteral(".lock"));
+    lock.setStaleLockTime(longestHold);
     // Without the lock the change is made all the same: replacing the file harms nobody, and whoever holds the lock for
     // so long is not writing.
     [[maybe_unused]] const bool isAlone = lock.tryLock(longestWaitForLock);
