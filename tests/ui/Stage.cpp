@@ -124,7 +124,7 @@ bool Stage::shows(const QString& text) const {
 }
 
 QStringList Stage::takeLog() {
-    const QStringList log = root->property("log").value<QJSValue>().toVariant().toStringList();
+    QStringList log = root->property("log").value<QJSValue>().toVariant().toStringList();
     root->setProperty("log", QVariant::fromValue(engine.newArray()));
     return log;
 }

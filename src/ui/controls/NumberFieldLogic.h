@@ -94,8 +94,8 @@ public:
     [[nodiscard]] bool hasPendingChange() const { return trimmed(state_->text) != currentText(); }
 
     /// What the user has typed so far.
-    void type(std::string text) {
-        state_->text = std::move(text);
+    void type(const std::string& text) {
+        state_->text = text;
         state_->changed();
     }
 

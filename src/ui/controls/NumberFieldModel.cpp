@@ -18,7 +18,7 @@ public:
     [[nodiscard]] virtual const std::string& text() const = 0;
     [[nodiscard]] virtual bool hasPendingChange() const = 0;
     [[nodiscard]] virtual bool justUpdated() const = 0;
-    virtual void type(std::string text) = 0;
+    virtual void type(const std::string& text) = 0;
     virtual void beginEditing() = 0;
     virtual void endEditing() = 0;
     virtual void commit() = 0;
@@ -43,7 +43,7 @@ public:
 
     [[nodiscard]] bool justUpdated() const override { return field_.justUpdated(); }
 
-    void type(std::string text) override { field_.type(std::move(text)); }
+    void type(const std::string& text) override { field_.type(text); }
 
     void beginEditing() override { field_.beginEditing(); }
 

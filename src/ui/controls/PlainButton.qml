@@ -27,9 +27,10 @@ T.AbstractButton {
         root.ignoresPress = true;
     }
 
-    /// A press that comes from no pointer.
+    /// A press that comes from no pointer. Assistive tools may send one to a disabled button as well.
     function activate() {
-        root.clicked();
+        if (root.enabled)
+            root.clicked();
     }
 
     function pressKey(isRepeated: bool) {
@@ -74,11 +75,16 @@ T.AbstractButton {
         value: root.down ? Theme.pressedOpacity : 1
     }
 
-    PointHandler {
-        onActiveChanged: {
-            if (active) {
-                root.ignoresPress = false;
-                root.pointerPressed();
+    // On an item of its own: a handler makes its parent take every mouse button, and a right click is no press.
+    Item {
+        anchors.fill: parent
+
+        PointHandler {
+            onActiveChanged: {
+                if (active) {
+                    root.ignoresPress = false;
+                    root.pointerPressed();
+                }
             }
         }
     }
