@@ -12,7 +12,7 @@ Item {
     property PresetsMenu openMenu: null
 
     function togglePresetsMenu() {
-        if (root.openMenu) {
+        if (root.openMenu && root.openMenu.opened) {
             root.openMenu.close();
             return;
         }
@@ -110,13 +110,16 @@ Item {
         id: presetsMenu
 
         PresetsMenu {
+            id: menu
+
             y: presetsButton.height + 4
             store: root.store
             closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
             onSaveRequested: naming.begin()
             onClosed: {
-                root.openMenu = null;
-                destroy();
+                if (root.openMenu === menu)
+                    root.openMenu = null;
+                menu.destroy();
             }
         }
     }

@@ -1,7 +1,7 @@
 import QtQuick
 
 /// Asks for the name of a new preset.
-Item {
+FocusScope {
     id: root
 
     /// The name so far.

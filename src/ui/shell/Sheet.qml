@@ -151,6 +151,7 @@ FocusScope {
             Loader {
                 id: loader
 
+                focus: true
                 width: area.width
                 height: Math.max(implicitHeight, area.height)
             }

@@ -11,6 +11,7 @@ PlainButton {
     implicitHeight: 32
     faceRadius: 16
     focusPolicy: Qt.TabFocus
+    opacity: enabled ? 1 : 0.45
 
     background: Rectangle {
         radius: width / 2

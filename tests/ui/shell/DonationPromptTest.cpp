@@ -99,12 +99,21 @@ TEST_F(DonationPromptTest, OpeningAgainKeepsTheWaitingState) {
 
 TEST_F(DonationPromptTest, DoneEndsTheReminders) {
     click(get("Donate via Stripe"));
+    click(get("Support Velloran"));
     click(get("I completed my donation"));
     expectPromptIsGone();
     EXPECT_EQ(platform.preferences.truth("donation.donated"), true);
     EXPECT_FALSE(platform.preferences.holds("donation.nextReminderAt"));
     platform.loop.advance(100000);
     EXPECT_FALSE(isVisible());
+}
+
+TEST_F(DonationPromptTest, TheSecondHalfOfADoubleClickIsNoAnswer) {
+    const QPointF place = frame(get("Donate via Stripe")).center();
+    doubleClickAt(place);
+    EXPECT_EQ(opened(), 1);
+    expectWaitingState();
+    EXPECT_FALSE(platform.preferences.holds("donation.donated"));
 }
 
 TEST_F(DonationPromptTest, AlreadyDonatedMovesToTheSlowestStep) {
@@ -174,9 +183,9 @@ TEST_F(DonationPromptTest, WorksByKeyboard) {
 }
 
 TEST_F(DonationPromptTest, KeepsTheDistances) {
-    const QQuickItem& donate = get("Donate via Stripe");
-    const QQuickItem& already = get("I've already donated");
-    const QQuickItem& later = get("Maybe later");
+    const QQuickItem& donate = button("Donate via Stripe");
+    const QQuickItem& already = button("I've already donated");
+    const QQuickItem& later = button("Maybe later");
     EXPECT_EQ(frame(already).left() - frame(donate).right(), 10);
     EXPECT_EQ(donate.property("leftPadding").toInt(), 14);
     EXPECT_EQ(donate.property("topPadding").toInt(), 9);

@@ -17,9 +17,9 @@ namespace {
 
 /// Key codes of what the tests type.
 const std::map<char, std::uint8_t> keysOfText{
-    {' ', 65}, {'a', 38}, {'b', 56}, {'c', 54}, {'d', 40}, {'e', 26}, {'f', 41}, {'g', 42},
-    {'h', 43}, {'i', 31}, {'k', 45}, {'l', 46}, {'m', 58}, {'n', 57}, {'o', 32}, {'p', 33},
-    {'r', 27}, {'s', 39}, {'t', 28}, {'u', 30}, {'w', 25}, {'1', 10}, {'2', 11}, {'3', 12},
+    {' ', 65}, {'a', 38}, {'b', 56}, {'c', 54}, {'d', 40}, {'e', 26}, {'f', 41}, {'g', 42}, {'h', 43}, {'i', 31},
+    {'j', 44}, {'k', 45}, {'l', 46}, {'m', 58}, {'n', 57}, {'o', 32}, {'p', 33}, {'q', 24}, {'r', 27}, {'s', 39},
+    {'t', 28}, {'u', 30}, {'v', 55}, {'w', 25}, {'x', 53}, {'y', 29}, {'z', 52}, {'1', 10}, {'2', 11}, {'3', 12},
 };
 
 QString textOf(const QQuickItem& item) {
@@ -90,6 +90,9 @@ WindowTest::~WindowTest() {
 void WindowTest::open(const QByteArray& qml) {
     QQmlComponent component(engine.get());
     component.setData("import QtQuick\nimport Velloran\n" + qml, QUrl("qrc:/test.qml"));
+    if (!component.isReady()) {
+        fatalError(component.errorString().toStdString());
+    }
     root.reset(component.createWithInitialProperties({
         {"store", QVariant::fromValue(storeModel.get())},
         {"donations", QVariant::fromValue(donationModel.get())},
@@ -98,8 +101,11 @@ void WindowTest::open(const QByteArray& qml) {
     if (window == nullptr) {
         fatalError(component.errorString().toStdString());
     }
-    const int theme = qmlTypeId("Velloran", 1, 0, "Theme");
-    engine->singletonInstance<QObject*>(theme)->setProperty("reducedMotion", true);
+    // What the desktop wishes for has been taken in by now; here, nothing is to take its time.
+    QQmlComponent theme(engine.get());
+    theme.setData("import QtQml\nimport Velloran\nQtObject { Component.onCompleted: Theme.reducedMotion = true }",
+                  QUrl("qrc:/theme.qml"));
+    const std::unique_ptr<QObject> setter(theme.create());
     ASSERT_TRUE(QTest::qWaitForWindowActive(window, 10000));
     settle();
 }
@@ -129,14 +135,14 @@ void WindowTest::moveTo(QPointF point) {
     settle();
 }
 
-void WindowTest::click(const QQuickItem& target, int button) {
-    clickAt(frame(target).center(), button);
+void WindowTest::click(const QQuickItem& target, int buttonNumber) {
+    clickAt(frame(target).center(), buttonNumber);
 }
 
-void WindowTest::clickAt(QPointF point, int button) {
+void WindowTest::clickAt(QPointF point, int buttonNumber) {
     moveTo(point);
-    Screen::current().user().button(static_cast<std::uint8_t>(button), true);
-    Screen::current().user().button(static_cast<std::uint8_t>(button), false);
+    Screen::current().user().button(static_cast<std::uint8_t>(buttonNumber), true);
+    Screen::current().user().button(static_cast<std::uint8_t>(buttonNumber), false);
     settle();
 }
 
@@ -201,16 +207,32 @@ QQuickItem& WindowTest::get(const QString& text) {
     return *found;
 }
 
+QQuickItem& WindowTest::button(const QString& label) {
+    QQuickItem* item = &get(label);
+    while (item != nullptr && !item->inherits("QQuickAbstractButton")) {
+        item = item->parentItem();
+    }
+    if (item == nullptr) {
+        fatalError("No button is called \"" + label.toStdString() + "\"");
+    }
+    return *item;
+}
+
 QStringList WindowTest::menuEntries() const {
-    QStringList entries;
+    std::map<std::pair<qreal, qreal>, QString> byPlace;
     for (const QQuickItem* item : visibleItems()) {
+        const QPointF place = frame(*item).topLeft();
         if (isCalled(*item, "MenuSection_")) {
-            entries.append("[" + textOf(*item) + "]");
+            byPlace.emplace(std::pair(place.x(), place.y()), "[" + textOf(*item) + "]");
         } else if (isCalled(*item, "MenuDivider_")) {
-            entries.append("-");
+            byPlace.emplace(std::pair(place.x(), place.y()), "-");
         } else if (isCalled(*item, "PopupMenuItem_")) {
-            entries.append(textOf(*item));
+            byPlace.emplace(std::pair(place.x(), place.y()), textOf(*item));
         }
+    }
+    QStringList entries;
+    for (const auto& [place, entry] : byPlace) {
+        entries.append(entry);
     }
     return entries;
 }

@@ -21,8 +21,14 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
+
+/// Shows a text in the message of a failed test.
+inline void PrintTo(const QString& text, std::ostream* stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
 
 namespace velloran::tests {
 
@@ -88,8 +94,8 @@ protected:
 
     void tap(Key key, const std::vector<std::uint8_t>& held = {});
     void hold(Key key, bool isDown);
-    void click(const QQuickItem& target, int button = 1);
-    void clickAt(QPointF point, int button = 1);
+    void click(const QQuickItem& target, int buttonNumber = 1);
+    void clickAt(QPointF point, int buttonNumber = 1);
     void doubleClickAt(QPointF point);
     /// Presses at `from`, goes to `to` in steps, and lets go there.
     void drag(QPointF from, QPointF to);
@@ -103,9 +109,12 @@ protected:
     /// Waits for it.
     QQuickItem& get(const QString& text);
 
+    /// Waits for the button of that label.
+    QQuickItem& button(const QString& label);
+
     [[nodiscard]] bool shows(const QString& text) const { return find(text) != nullptr; }
 
-    /// The entries of the open menus, each by its text; lines as "-", headings in brackets.
+    /// The entries of the open menus, by their place and each by its text; lines as "-", headings in brackets.
     [[nodiscard]] QStringList menuEntries() const;
     [[nodiscard]] QQuickItem* itemNamed(const QString& objectName) const;
     /// The label of the control with the focus.
