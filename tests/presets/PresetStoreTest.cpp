@@ -220,4 +220,16 @@ TEST_F(PresetStoreTest, ImportTakesOneConfigurationAlone) {
     EXPECT_EQ(store.importConfig("{").error().message, "not a JSON text");
 }
 
+TEST_F(PresetStoreTest, DeepNestingIsNoTrouble) {
+    constexpr std::size_t depth = 1'000'000;
+    const std::string nested = std::string(depth, '[') + std::string(depth, ']');
+    EXPECT_FALSE(store.importConfig(nested));
+    EXPECT_FALSE(store.importConfig(std::string(depth, '[')));
+    std::string file = store.exportConfig(samples::fullConfig()).value();
+    file.insert(1, "\"extra\": " + nested + ",");
+    const auto imported = store.importConfig(file);
+    ASSERT_TRUE(imported) << imported.error().message;
+    EXPECT_EQ(imported.value(), samples::fullConfig());
+}
+
 } // namespace velloran
