@@ -17,6 +17,8 @@ public:
     /// Kills it.
     ~ChildProcess();
 
+    [[nodiscard]] pid_t id() const { return process_; }
+
     void signal(int number) const;
 
     /// Kills it and waits until it is gone.

@@ -1,10 +1,13 @@
 #include "platform/pulse/PulseSounds.h"
 
+#include "HeldUp.h"
 #include "Recorder.h"
 #include "SoundServer.h"
 #include "platform/pulse/TickSample.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -32,6 +35,18 @@ std::string distances(const std::vector<std::size_t>& ticks) {
 
 class PulseSoundsTest : public testing::Test {
 protected:
+    /// Whatever else the machine does, the test, the sound server and the recording go first, where that is permitted.
+    /// It is the way of the ticks that is judged, not how busy the machine is.
+    static void SetUpTestSuite() {
+        const sched_param priority{1};
+        sched_setscheduler(0, SCHED_RR, &priority);
+    }
+
+    static void TearDownTestSuite() {
+        const sched_param priority{0};
+        sched_setscheduler(0, SCHED_OTHER, &priority);
+    }
+
     void startRecording() {
         ASSERT_TRUE(server.start());
         recorder.emplace();
@@ -52,17 +67,21 @@ protected:
         recordToTheEnd();
     }
 
-    /// Plays that many ticks in that distance and expects to hear as many. A machine too busy to let even this test
-    /// keep its own times cannot judge that: then once more, a few times.
+    /// Plays that many ticks in that distance and expects to hear as many. A machine too busy to let the test and the
+    /// sound server run when they want to cannot judge that: then once more, a few times.
     void expectAllHeard(std::size_t count, Clock::duration distance) {
         constexpr auto tooBusy = 5ms;
-        constexpr int attempts = 4;
+        constexpr int attempts = 5;
         std::size_t heard = 0;
         for (int attempt = 0; attempt < attempts; ++attempt) {
             const std::size_t before = recorder->ticks().size();
+            const auto heldUpBefore = tests::heldUp(getpid()) + tests::heldUp(server.process());
             ASSERT_NO_FATAL_FAILURE(playTicks(static_cast<int>(count), distance));
             heard = recorder->ticks().size() - before;
-            if (heard == count || worstDelay < tooBusy) {
+            const auto heldUp = tests::heldUp(getpid()) + tests::heldUp(server.process()) - heldUpBefore;
+            const bool isBusy =
+                worstDelay > tooBusy || heldUp > Clock::duration(distance) * static_cast<int>(count) / 20;
+            if (heard == count || !isBusy) {
                 break;
             }
         }

@@ -30,6 +30,9 @@ public:
     /// Waits until it has. False when it does not within half a minute.
     [[nodiscard]] bool waitForLog(const std::string& text) const;
 
+    /// Its process; it must be running.
+    [[nodiscard]] pid_t process() const { return process_->id(); }
+
     [[nodiscard]] const std::string& folder() const { return folder_; }
 
 private:

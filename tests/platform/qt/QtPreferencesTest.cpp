@@ -134,9 +134,8 @@ TEST_F(QtPreferencesTest, TwoProcessesThatWriteAtTheSameTimeLoseNothing) {
 }
 
 TEST_F(QtPreferencesTest, UnderstandAndAreUnderstoodByTheToolkit) {
-    const QByteArray bytes("{\"name\":\"Steady \xe2\x80\x94 1, 2; 3\"}\0\x01"
-                           "f",
-                           36);
+    const QByteArray bytes = QByteArrayLiteral("{\"name\":\"Steady \xe2\x80\x94 1, 2; 3\"}\0\x01"
+                                               "f");
     {
         QSettings settings(QString::fromStdString(path), QSettings::IniFormat);
         settings.setValue("velloran.config", bytes);
