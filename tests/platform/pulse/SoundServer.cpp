@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sched.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -47,14 +46,7 @@ bool SoundServer::start() {
                                  "module-native-protocol-unix auth-anonymous=1 socket=" + folder_ + "/native"},
         log, log);
     close(log);
-    if (!waitForLog("Daemon startup complete")) {
-        return false;
-    }
-    // Its thread that plays has a high priority already; the one that takes in what is to be played drops it at the
-    // start. Where that is not permitted, a busy machine may hold it up.
-    const sched_param priority{1};
-    sched_setscheduler(process_->id(), SCHED_RR, &priority);
-    return true;
+    return waitForLog("Daemon startup complete");
 }
 
 void SoundServer::kill() {
