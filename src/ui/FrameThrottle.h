@@ -6,8 +6,9 @@
 
 namespace velloran {
 
-/// Calls a function soon after it was asked for, but never twice within one frame: the first request after a quiet time is
-/// served in the next turn of the loop, further ones together when the frame is over. Wakes nobody when nothing is asked.
+/// Calls a function soon after it was asked for, but never twice within one frame: the first request after a quiet time
+/// is served in the next turn of the loop, further ones together when the frame is over. Wakes nobody when nothing is
+/// asked.
 class FrameThrottle {
 public:
     /// `loop` must outlive this object.

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "hotkeys/HotkeyPreset.h"
-#include "model/durations.h"
 #include "platform/Platform.h"
+#include "ui/utf8.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,10 +19,6 @@ constexpr std::int64_t defaultClickCount = 100;
 constexpr double shortestChosenDelay = 3.0;
 /// How long after a click of our own its echo may still reach the window, in seconds.
 constexpr double echoTime = 0.15;
-
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
 
 QVariantList listOf(const std::vector<Preset>& presets) {
     QVariantList list;
@@ -57,7 +53,9 @@ void StoreModel::change(Change change) {
 
 void StoreModel::setMouseButton(int index) {
     if (index >= 0 && index < static_cast<int>(allMouseButtons.size())) {
-        change([index](AutoClickerConfig& config) { config.mouseButton = allMouseButtons[static_cast<std::size_t>(index)]; });
+        change([index](AutoClickerConfig& config) {
+            config.mouseButton = allMouseButtons[static_cast<std::size_t>(index)];
+        });
     }
 }
 
@@ -66,7 +64,9 @@ void StoreModel::setClickIntervalSeconds(double seconds) {
 }
 
 void StoreModel::setManual(bool isManual) {
-    change([isManual](AutoClickerConfig& config) { config.stopMode = isManual ? StopMode::manual : StopMode::after_clicks; });
+    change([isManual](AutoClickerConfig& config) {
+        config.stopMode = isManual ? StopMode::manual : StopMode::after_clicks;
+    });
     if (!isManual && !config().maxClicks) {
         change([](AutoClickerConfig& config) { config.maxClicks = defaultClickCount; });
     }
@@ -118,55 +118,6 @@ void StoreModel::setPlayClickSound(bool plays) {
 
 void StoreModel::setMinimizeToTray(bool minimizes) {
     change([minimizes](AutoClickerConfig& config) { config.minimizeToTray = minimizes; });
-}
-
-QStringList StoreModel::hotkeyChoices() const {
-    QStringList labels;
-    for (const HotkeyPreset& preset : HotkeyPreset::all()) {
-        labels.append(text(preset.label));
-    }
-    return labels;
-}
-
-QStringList StoreModel::mouseButtonNames() const {
-    QStringList names;
-    for (const MouseButton button : allMouseButtons) {
-        names.append(text(displayName(button)));
-    }
-    return names;
-}
-
-QString StoreModel::hotkeyDisplay() const {
-    return config().hotkey ? text(config().hotkey->display) : QString();
-}
-
-QString StoreModel::mouseButtonText() const {
-    return text(displayName(config().mouseButton));
-}
-
-QString StoreModel::intervalText() const {
-    return text(fixedDecimal(config().clickIntervalSeconds, 2) + " seconds");
-}
-
-QString StoreModel::stopText() const {
-    if (isManual()) {
-        return QStringLiteral("Run until stopped");
-    }
-    // No count stored reads as none here, though the field offers its default.
-    return text(decimal(config().maxClicks.value_or(0)) + " clicks");
-}
-
-QString StoreModel::hotkeyText() const {
-    return config().hotkey ? hotkeyDisplay() : QStringLiteral("Not set");
-}
-
-QString StoreModel::delayText() const {
-    return text(formatSeconds(config().startDelaySeconds) + " seconds");
-}
-
-QString StoreModel::stationaryText() const {
-    return config().requireStationaryMouse ? text(fixedDecimal(config().stationarySeconds, 1) + " seconds")
-                                           : QStringLiteral("Off");
 }
 
 QString StoreModel::headline() const {

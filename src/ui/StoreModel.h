@@ -1,5 +1,8 @@
 #pragma once
 
+#include "engine/AutoClickerStore.h"
+#include "ui/FrameThrottle.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
@@ -7,29 +10,28 @@
 #include <QVariant>
 #include <QtQmlIntegration>
 
-#include "ui/FrameThrottle.h"
-
-#include "engine/AutoClickerStore.h"
-
 #include <memory>
 #include <vector>
 
 namespace velloran {
 
 /// The controller as the views see it. Writing a configuration property assigns the configuration at once, equal values
-/// included; its changes show at once as well. Changes of the run record show once per frame at most, however fast it clicks.
+/// included; its changes show at once as well. Changes of the run record show once per frame at most, however fast it
+/// clicks.
 class StoreModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the program")
 
     Q_PROPERTY(int mouseButton READ mouseButton WRITE setMouseButton NOTIFY configChanged FINAL)
-    Q_PROPERTY(double clickIntervalSeconds READ clickIntervalSeconds WRITE setClickIntervalSeconds NOTIFY configChanged FINAL)
+    Q_PROPERTY(
+        double clickIntervalSeconds READ clickIntervalSeconds WRITE setClickIntervalSeconds NOTIFY configChanged FINAL)
     Q_PROPERTY(bool isManual READ isManual WRITE setManual NOTIFY configChanged FINAL)
     Q_PROPERTY(double clickCount READ clickCount WRITE setClickCount NOTIFY configChanged FINAL)
     Q_PROPERTY(double startDelaySeconds READ startDelaySeconds WRITE setStartDelaySeconds NOTIFY configChanged FINAL)
     Q_PROPERTY(bool hasStartDelay READ hasStartDelay WRITE setHasStartDelay NOTIFY configChanged FINAL)
-    Q_PROPERTY(bool requireStationaryMouse READ requireStationaryMouse WRITE setRequireStationaryMouse NOTIFY configChanged FINAL)
+    Q_PROPERTY(bool requireStationaryMouse READ requireStationaryMouse WRITE setRequireStationaryMouse NOTIFY
+                   configChanged FINAL)
     Q_PROPERTY(double stationarySeconds READ stationarySeconds WRITE setStationarySeconds NOTIFY configChanged FINAL)
     Q_PROPERTY(QVariant hotkey READ hotkey WRITE setHotkey NOTIFY configChanged FINAL)
     Q_PROPERTY(bool playClickSound READ playClickSound WRITE setPlayClickSound NOTIFY configChanged FINAL)
@@ -79,45 +81,72 @@ public:
     explicit StoreModel(std::shared_ptr<AutoClickerStore> store, QObject* parent = nullptr);
 
     [[nodiscard]] int mouseButton() const { return static_cast<int>(config().mouseButton); }
+
     void setMouseButton(int index);
+
     [[nodiscard]] double clickIntervalSeconds() const { return config().clickIntervalSeconds; }
+
     void setClickIntervalSeconds(double seconds);
+
     [[nodiscard]] bool isManual() const { return config().stopMode == StopMode::manual; }
+
     /// Choosing the counted mode while no count is stored stores 100.
     void setManual(bool isManual);
     /// The stored count, or 100 when there is none.
     [[nodiscard]] double clickCount() const;
     void setClickCount(double count);
+
     [[nodiscard]] double startDelaySeconds() const { return config().startDelaySeconds; }
+
     void setStartDelaySeconds(double seconds);
+
     [[nodiscard]] bool hasStartDelay() const { return config().startDelaySeconds > 0; }
+
     /// Turning the delay on gives at least three seconds, turning it off none.
     void setHasStartDelay(bool hasDelay);
+
     [[nodiscard]] bool requireStationaryMouse() const { return config().requireStationaryMouse; }
+
     void setRequireStationaryMouse(bool isRequired);
+
     [[nodiscard]] double stationarySeconds() const { return config().stationarySeconds; }
+
     void setStationarySeconds(double seconds);
     /// A `HotkeyCombo`, or nothing.
     [[nodiscard]] QVariant hotkey() const;
     void setHotkey(const QVariant& combo);
+
     [[nodiscard]] bool playClickSound() const { return config().playClickSound; }
+
     void setPlayClickSound(bool plays);
+
     [[nodiscard]] bool minimizeToTray() const { return config().minimizeToTray; }
+
     void setMinimizeToTray(bool minimizes);
+
     [[nodiscard]] bool isValid() const { return config().isValid(); }
 
     [[nodiscard]] double intervalMin() const { return AutoClickerConfig::intervalMin; }
+
     [[nodiscard]] double intervalMax() const { return AutoClickerConfig::intervalMax; }
+
     [[nodiscard]] double clicksMin() const { return static_cast<double>(AutoClickerConfig::clicksMin); }
+
     [[nodiscard]] double clicksMax() const { return static_cast<double>(AutoClickerConfig::clicksMax); }
+
     [[nodiscard]] double delayMin() const { return AutoClickerConfig::delayMin; }
+
     [[nodiscard]] double delayMax() const { return AutoClickerConfig::delayMax; }
+
     [[nodiscard]] double stationaryMin() const { return AutoClickerConfig::stationaryMin; }
+
     [[nodiscard]] double stationaryMax() const { return AutoClickerConfig::stationaryMax; }
+
     [[nodiscard]] QStringList hotkeyChoices() const;
     [[nodiscard]] QStringList mouseButtonNames() const;
 
     [[nodiscard]] bool hasHotkey() const { return config().hotkey.has_value(); }
+
     [[nodiscard]] QString hotkeyDisplay() const;
     [[nodiscard]] QString mouseButtonText() const;
     [[nodiscard]] QString intervalText() const;
@@ -127,13 +156,19 @@ public:
     [[nodiscard]] QString stationaryText() const;
 
     [[nodiscard]] Status status() const { return static_cast<Status>(shown_.runtime.status); }
+
     [[nodiscard]] QString headline() const;
+
     [[nodiscard]] bool isRunningState() const { return isActive(shown_.runtime.status); }
+
     [[nodiscard]] bool isFlying() const;
+
     [[nodiscard]] QString message() const { return shown_.message; }
+
     [[nodiscard]] bool showsProgress() const;
     [[nodiscard]] double progress() const;
     [[nodiscard]] QString progressText() const;
+
     [[nodiscard]] bool hasAccessibilityPermission() const { return shown_.hasPermission; }
 
     [[nodiscard]] QVariantList builtInPresets() const;
@@ -174,6 +209,7 @@ private:
     };
 
     [[nodiscard]] const AutoClickerConfig& config() const { return store_->config.get(); }
+
     template<typename Change>
     void change(Change change);
     [[nodiscard]] Shown current() const;
