@@ -21,7 +21,7 @@ protected:
                 required property StoreModel store
                 property bool isOnScreen: true
                 property var log: []
-                Column {
+                Column { y: 80
                     TextInput { objectName: "text"; width: 200; height: 30; color: "white" }
                     HotkeyRecorder {
                         objectName: "recorder"
@@ -34,7 +34,7 @@ protected:
                     }
                     FaceButton { label: "Other"; onTriggered: window.log.push("other") }
                 }
-                Shortcut { sequence: "Return"; onActivated: window.log.push("return") }
+                Shortcut { sequence: "Ctrl+Return"; onActivated: window.log.push("return") }
                 Shortcut { sequence: "F8"; onActivated: window.log.push("f8") }
             })");
     }
