@@ -110,6 +110,8 @@ Item {
                 label: "I completed my donation"
                 systemImage: "checkmark.circle.fill"
                 onTriggered: root.manager.markDonated()
+                // A double click on the button that stood here before is no answer: only a click of its own triggers.
+                onDoubleClicked: {}
             }
 
             FaceButton {

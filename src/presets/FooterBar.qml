@@ -16,7 +16,7 @@ Item {
             root.openMenu.close();
             return;
         }
-        root.openMenu = presetsMenu.createObject(presetsButton) as PresetsMenu;
+        root.openMenu = presetsMenu.createObject(presetsButton, { ownPresets: root.store.userPresets }) as PresetsMenu;
         root.openMenu.open();
     }
 

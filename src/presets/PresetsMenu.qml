@@ -1,16 +1,16 @@
 import QtQuick
 import Velloran
 
-/// The presets to apply and to delete, and the way to a new one. Shows the presets there were when it was made.
+/// The presets to apply and to delete, and the way to a new one. Made for one showing.
 PopupMenu {
     id: root
 
     required property StoreModel store
+    /// The presets as they are now. Not bound to them: an entry that is chosen must not vanish before the menu has closed.
+    required property var ownPresets
 
     /// The user wants to keep the current settings as a preset.
     signal saveRequested
-
-    readonly property var ownPresets: root.store.userPresets
 
     Component.onCompleted: {
         // Above the last divider and the entry that follows it.

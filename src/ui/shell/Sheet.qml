@@ -65,7 +65,8 @@ FocusScope {
 
     anchors.fill: parent
     z: 10 + Math.max(0, root.level)
-    visible: opacity > 0
+    // From the first moment on: what cannot be seen cannot have the focus.
+    visible: root.isOpen || root.opacity > 0
     opacity: root.isOpen ? 1 : 0
 
     Component.onCompleted: root.update()
