@@ -192,6 +192,23 @@ TEST_F(SheetTest, EveryShowingIsANewOne) {
     EXPECT_TRUE(shows("Fresh"));
 }
 
+TEST_F(SheetTest, HasTheFocusWhileItIsStillFadingIn) {
+    open(R"(
+        ShellWindow {
+            id: window
+            required property StoreModel store
+            property bool isShown: false
+            function begin() { Theme.reducedMotion = false; isShown = true }
+            Sheet {
+                shown: window.isShown
+                FaceButton { label: "Only" }
+            }
+        })");
+    QMetaObject::invokeMethod(window, "begin");
+    tap(tabKey);
+    EXPECT_EQ(focused(), "Only");
+}
+
 TEST_F(SheetTest, LiesInTheMiddleBelowTheTitle) {
     openSmallWindow();
     openSheet();

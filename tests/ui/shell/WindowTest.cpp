@@ -118,6 +118,12 @@ void WindowTest::settle() {
     ASSERT_TRUE(marker.pass(*window));
     platform.loop.runDue();
     QCoreApplication::processEvents();
+    // A user sees a frame before doing anything else; places are right from then on.
+    bool isDrawn = false;
+    const auto drawn = QObject::connect(window, &QQuickWindow::frameSwapped, [&isDrawn] { isDrawn = true; });
+    window->update();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDrawn || !window->isExposed(); }, 10000));
+    QObject::disconnect(drawn);
 }
 
 void WindowTest::tap(Key key, const std::vector<std::uint8_t>& held) {
