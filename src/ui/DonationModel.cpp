@@ -3,7 +3,8 @@
 namespace velloran {
 
 DonationModel::DonationModel(DonationManager& manager, QObject* parent)
-    : QObject(parent), manager_(manager),
+    : QObject(parent),
+      manager_(manager),
       subscription_(manager.isPromptVisible.stream().removeDuplicates().subscribe(
           [this](const bool&) { emit promptVisibleChanged(); })) {}
 

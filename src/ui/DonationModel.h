@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QObject>
-#include <QtQmlIntegration>
-
 #include "async/Subscription.h"
 #include "donation/DonationManager.h"
+
+#include <QObject>
+#include <QtQmlIntegration>
 
 namespace velloran {
 
@@ -22,12 +22,17 @@ public:
     explicit DonationModel(DonationManager& manager, QObject* parent = nullptr);
 
     [[nodiscard]] bool isPromptVisible() const { return manager_.isPromptVisible.get(); }
+
     void setPromptVisible(bool isVisible) { manager_.isPromptVisible.set(isVisible); }
 
     Q_INVOKABLE void evaluate() { manager_.evaluate(); }
+
     Q_INVOKABLE void openDonationLink() { manager_.openDonationLink(); }
+
     Q_INVOKABLE void snooze() { manager_.snooze(); }
+
     Q_INVOKABLE void markDonated() { manager_.markDonated(); }
+
     Q_INVOKABLE void acknowledgeAlreadyDonated() { manager_.acknowledgeAlreadyDonated(); }
 
 signals:
