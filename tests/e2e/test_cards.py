@@ -89,6 +89,7 @@ class ClickConfigCard(DesktopCase):
         self.observer.type("2.5")
         self.observer.press("Tab")
         program.wait_for_stored(clickIntervalSeconds=2.5)
+        until(lambda: not program.shows_text("Updated"), "the badge stays")
         program.click(field)
         self.observer.press("a", "control")
         self.observer.type("abc")

@@ -29,7 +29,8 @@ class Presets(DesktopCase):
         program.find("menu item", SAVE)
 
     def entries(self, program):
-        return [item.name for item in program.shown("menu item")]
+        """From top to bottom."""
+        return [item.name for item in sorted(program.shown("menu item"), key=lambda item: item.extents[1])]
 
     def choose(self, program, name):
         self.open_menu(program)

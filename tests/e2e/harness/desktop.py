@@ -23,6 +23,14 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
 </busconfig>
 """
 
+# No key and no button is bound: a bound one stops input until the manager has looked at it, and lets keys overtake clicks.
+WINDOW_MANAGER_CONFIGURATION = """<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <keyboard/>
+  <mouse/>
+</openbox_config>
+"""
+
 
 class Desktop:
     """All of it, and the program, run as another user where one is named; only the administrator can ask for that."""
@@ -82,7 +90,7 @@ class Desktop:
     def _start_window_manager(self):
         path = os.path.join(self.folder, "openbox", "rc.xml")
         with open(path, "w", encoding="ascii") as file:
-            file.write('<openbox_config xmlns="http://openbox.org/3.4/rc"/>\n')
+            file.write(WINDOW_MANAGER_CONFIGURATION)
         ready = os.path.join(self.folder, "window-manager-is-ready")
         self._run("window-manager", ["openbox", "--config-file", path, "--startup", f"touch {ready}"])
         until(lambda: os.path.exists(ready), "the window manager did not start")

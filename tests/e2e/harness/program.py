@@ -179,7 +179,7 @@ class Program:
         self.desktop.run_tool("xdotool", "windowsize", self.window_id, str(width), str(height), "windowmove", self.window_id, str(x),
                               str(y))
         until(lambda: tuple(self.window.extents) == wanted, lambda: f"the window is at {self.window.extents}, not at {wanted}")
-        self.settle()
+        self.give_focus()
 
     def click(self, item, button=1):
         """Clicks with the pointer in the middle of it."""
@@ -196,10 +196,11 @@ class Program:
             pause(0.01)
 
     def give_focus(self):
-        """Makes the window the active one, as a click on an empty spot of it does."""
-        x, y, width, _ = self.window.extents
-        self.observer.click(x + width // 2, y + 30)
+        """Makes the window the active one, as a task bar does."""
+        if "active" not in self.window.states:
+            self.desktop.run_tool("xdotool", "windowactivate", self.window_id)
         until(lambda: "active" in self.window.states, "the window does not become active")
+        self.settle()
 
     def focused(self):
         """What has the keyboard, if anything has."""
