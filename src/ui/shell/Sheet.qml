@@ -25,6 +25,8 @@ FocusScope {
     /// The user wants it closed. The owner answers by clearing `shown`.
     signal closedByUser
 
+    property bool isReady: false
+
     // Where the focus was before.
     property Item focusBefore: null
     property bool hadVisualFocus: false
@@ -69,8 +71,15 @@ FocusScope {
     visible: root.isOpen || root.opacity > 0
     opacity: root.isOpen ? 1 : 0
 
-    Component.onCompleted: root.update()
-    onShownChanged: root.update()
+    Component.onCompleted: {
+        root.isReady = true;
+        root.update();
+    }
+    onShownChanged: {
+        // Before that there is no window yet that could give it the focus.
+        if (root.isReady)
+            root.update();
+    }
     onIsOpenChanged: {
         if (root.isOpen) {
             loader.sourceComponent = null;
@@ -84,6 +93,8 @@ FocusScope {
     onVisibleChanged: {
         if (!visible)
             loader.sourceComponent = null;
+        else if (root.isOpen)
+            root.forceActiveFocus(Qt.PopupFocusReason);
     }
 
     Keys.onEscapePressed: root.closedByUser()

@@ -91,9 +91,14 @@ TEST_F(FooterBarTest, NamesAreShownAsTheyAre) {
 TEST_F(FooterBarTest, AnAmpersandIsNoShortcut) {
     save("&File");
     click(get("Presets"));
-    tap(Key{41}, {altKey}); // F
+    get("&File");
+    const Key letter{41}; // F
+    storeModel->setClickIntervalSeconds(3.0);
+    tap(letter);
     EXPECT_TRUE(shows("&File"));
-    EXPECT_EQ(store->config.get(), AutoClickerConfig::default_());
+    // The toolkit closes menus at the Alt key, as desktops do.
+    tap(letter, {altKey});
+    EXPECT_EQ(store->config.get().clickIntervalSeconds, 3.0);
 }
 
 TEST_F(FooterBarTest, ChoosingABuiltInKeepsTheHotkey) {

@@ -269,7 +269,7 @@ TEST_F(SheetTest, TallContentScrolls) {
                 }
             }
         })");
-    EXPECT_TRUE(shows("Line 0"));
+    EXPECT_TRUE(until([&] { return shows("Line 0"); }));
     EXPECT_FALSE(shows("At the end"));
     tap(tabKey);
     EXPECT_EQ(focused(), "At the end");
