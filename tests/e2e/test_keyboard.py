@@ -29,6 +29,11 @@ class Keyboard(DesktopCase):
                 return item
         self.fail(f"Tab does not reach {name}")
 
+    def wait_for_menu(self, program, name):
+        """A menu takes keys from the moment on at which it has the focus."""
+        program.find("menu item", name)
+        until(lambda: program.focused() and program.focused().role == "popup menu", "the menu does not take the keys")
+
     def walk(self, program, *modifiers):
         items = [self.tab(program, *modifiers)]
         while True:
@@ -70,7 +75,7 @@ class Keyboard(DesktopCase):
         program = self.start_without_pointer()
         self.go_to(program, "Left Click")
         self.observer.press("Space")
-        program.find("menu item", "Right Click")
+        self.wait_for_menu(program, "Right Click")
         self.observer.press("Down")
         self.observer.press("Return")
         program.wait_for_stored(mouseButton="right")
@@ -108,12 +113,12 @@ class Keyboard(DesktopCase):
         program.wait_for_stored(hotkey=None)
         self.go_to(program, "Choose a preset hotkey")
         self.observer.press("Return")
-        program.find("menu item", "Clear Hotkey")
+        self.wait_for_menu(program, "Clear Hotkey")
         self.observer.press("Up")
         self.observer.press("Escape")
         program.wait_until_gone("menu item", "Clear Hotkey")
         self.observer.press("Space")
-        program.find("menu item", "Clear Hotkey")
+        self.wait_for_menu(program, "Clear Hotkey")
         self.observer.press("Down")
         self.observer.press("Down")
         self.observer.press("Return")
@@ -176,7 +181,7 @@ class Keyboard(DesktopCase):
         program.find("dialog", "Presets and Options")
         self.go_to(program, "Presets")
         self.observer.press("Return")
-        program.find("menu item", "Save current as preset…")
+        self.wait_for_menu(program, "Save current as preset…")
         self.observer.press("Up")
         self.observer.press("Return")
         field = program.find("text", "Preset name")
@@ -187,15 +192,15 @@ class Keyboard(DesktopCase):
         program.wait_until_gone("dialog", "Save preset")
         until(lambda: program.focused() and program.focused().name == "Presets", "the focus does not come back")
         self.observer.press("Space")
-        program.find("menu item", "Work")
+        self.wait_for_menu(program, "Work")
         self.observer.press("Down")
         self.observer.press("Return")
         program.wait_for_stored(clickIntervalSeconds=1.0, maxClicks=100)
         program.wait_until_gone("menu item", "Work")
         self.observer.press("Space")
-        program.find("menu item", "Delete Preset")
-        self.observer.press("Up")
-        self.observer.press("Up")
+        self.wait_for_menu(program, "Delete Preset")
+        for _ in range(5):
+            self.observer.press("Down")
         self.observer.press("Right")
         program.find("menu item", 'Delete "Work"')
         self.observer.press("Return")
@@ -215,6 +220,7 @@ class Keyboard(DesktopCase):
         program = self.start_without_pointer()
         program.place(10, 10, 920, 736)
         _, top, _, height = program.window.extents
-        for item in self.walk(program):
+        for _ in CARDS + FRAME:
+            item = self.tab(program)
             until(lambda: top <= item.extents[1] and item.extents[1] + item.extents[3] <= top + height,
                   lambda: f"{item} is out of sight: {item.extents}")

@@ -95,8 +95,15 @@ class Program:
 
     @property
     def frames(self):
-        """All windows that show."""
-        return [frame for frame in applications(self.desktop.accessibility)[self.pid].children if "showing" in frame.states]
+        """All windows that show, by their names; the main window has none."""
+        found = {}
+        for frame in applications(self.desktop.accessibility)[self.pid].children:
+            try:
+                if "showing" in frame.states:
+                    found[frame.name] = frame
+            except GLib.Error:
+                continue  # closed meanwhile
+        return found
 
     def shown(self, role=None, name=None, within=None):
         """Everything to be seen of that role and name."""
@@ -204,7 +211,7 @@ class Program:
 
     def focused(self):
         """What has the keyboard, if anything has."""
-        for frame in self.frames:
+        for frame in self.frames.values():
             for item in frame.walk():
                 if "focused" in item.states and item.role != "frame":
                     return item
