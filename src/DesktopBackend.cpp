@@ -18,10 +18,15 @@ public:
         : x11_(std::move(x11)), keyCharacters_(x11_->keyboard()) {}
 
     platform::PointerEvents& pointerEvents() override { return x11_->pointerEvents(); }
+
     platform::PointerPosition& pointerPosition() override { return x11_->pointerPosition(); }
+
     platform::InputTrust& inputTrust() override { return x11_->inputTrust(); }
+
     platform::HotKeys& hotKeys() override { return x11_->hotKeys(); }
+
     platform::KeyCharacters& keyCharacters() override { return keyCharacters_; }
+
     [[nodiscard]] std::vector<std::string> limits() const override { return {}; }
 
 private:
@@ -32,15 +37,21 @@ private:
 class UnavailableBackend final : public DesktopBackend {
 public:
     UnavailableBackend(platform::SystemLog& log, const std::string& reason)
-        : unavailable_(log, reason), limits_{reason, "The global hotkey does not work here.",
-                                             "The pointer's position is not known here, so the still-mouse rule never lets "
-                                             "a click through."} {}
+        : unavailable_(log, reason),
+          limits_{reason, "The global hotkey does not work here.",
+                  "The pointer's position is not known here, so the still-mouse rule never lets "
+                  "a click through."} {}
 
     platform::PointerEvents& pointerEvents() override { return unavailable_.pointerEvents(); }
+
     platform::PointerPosition& pointerPosition() override { return unavailable_.pointerPosition(); }
+
     platform::InputTrust& inputTrust() override { return unavailable_.inputTrust(); }
+
     platform::HotKeys& hotKeys() override { return unavailable_.hotKeys(); }
+
     platform::KeyCharacters& keyCharacters() override { return keyCharacters_; }
+
     [[nodiscard]] std::vector<std::string> limits() const override { return limits_; }
 
 private:

@@ -33,8 +33,8 @@ public:
     [[nodiscard]] virtual std::vector<std::string> limits() const = 0;
 };
 
-/// Makes the backend that fits the session of this process; there always is one. `onServerLost` is called in a turn of the
-/// loop when the window system is gone.
+/// Makes the backend that fits the session of this process; there always is one. `onServerLost` is called in a turn of
+/// the loop when the window system is gone.
 std::unique_ptr<DesktopBackend> makeDesktopBackend(EventLoop& loop, platform::SystemLog& log,
                                                    std::function<void()> onServerLost);
 

@@ -36,8 +36,8 @@ namespace {
 
 using namespace velloran;
 
-/// The program cannot outlive the window system. Nothing is left to be tidied that the system does not tidy by itself, and
-/// the toolkit's own way out would run destructors that wait for a server that is gone.
+/// The program cannot outlive the window system. Nothing is left to be tidied that the system does not tidy by itself,
+/// and the toolkit's own way out would run destructors that wait for a server that is gone.
 [[noreturn]] void endWithoutServer() {
     constexpr char line[] = "Velloran: the connection to the display was lost.\n";
     [[maybe_unused]] const auto written = write(STDERR_FILENO, line, sizeof line - 1);
@@ -66,8 +66,8 @@ bool hasDisplay() {
     return false;
 }
 
-/// A desktop that names no typeface leaves the toolkit with a generic name, which may stand for anything. Then one is taken
-/// that has all the weights of the window, if it is installed.
+/// A desktop that names no typeface leaves the toolkit with a generic name, which may stand for anything. Then one is
+/// taken that has all the weights of the window, if it is installed.
 void chooseTypeface() {
     QFont font = QApplication::font();
     const QString preferred = QStringLiteral("Inter");
@@ -90,6 +90,7 @@ struct SharedHotkeys {
     SharedHotkeys() = default;
     SharedHotkeys(const SharedHotkeys&) = delete;
     SharedHotkeys& operator=(const SharedHotkeys&) = delete;
+
     ~SharedHotkeys() { HotkeyManager::endShared(); }
 };
 

@@ -11,8 +11,8 @@ namespace velloran {
 
 class SerialQueue;
 
-/// The one source of time, waiting and turns for the whole program. All functions are called on the loop's own thread, and
-/// everything handed to it is called there.
+/// The one source of time, waiting and turns for the whole program. All functions are called on the loop's own thread,
+/// and everything handed to it is called there.
 class EventLoop {
 public:
     using Function = std::function<void()>;
@@ -40,12 +40,12 @@ public:
     /// Calls `function` in a later turn. Posted functions are called in the order in which they were posted.
     virtual CallId post(Function function) = 0;
 
-    /// Calls `function` once, when that many nanoseconds have passed. Waiting goes by a clock that nobody sets; calls that are
-    /// due at the same time happen in the order in which they were asked for.
+    /// Calls `function` once, when that many nanoseconds have passed. Waiting goes by a clock that nobody sets; calls
+    /// that are due at the same time happen in the order in which they were asked for.
     virtual CallId callAfter(std::uint64_t nanoseconds, Function function) = 0;
 
-    /// The call does not happen any more, and its function is destroyed. No effect on a call that has happened, is happening,
-    /// or is `none`.
+    /// The call does not happen any more, and its function is destroyed. No effect on a call that has happened, is
+    /// happening, or is `none`.
     virtual void cancel(CallId call) = 0;
 
     /// Calls `function` whenever `fileDescriptor` can be read, until the result is destroyed.

@@ -10,9 +10,9 @@
 
 namespace velloran {
 
-/// A list of functions that are told of something, in the order in which they were attached. Attaching, detaching (oneself or
-/// another) and notifying again from inside a notification are all allowed: one attached during a notification is not told of
-/// it, one detached during it is not called any more.
+/// A list of functions that are told of something, in the order in which they were attached. Attaching, detaching
+/// (oneself or another) and notifying again from inside a notification are all allowed: one attached during a
+/// notification is not told of it, one detached during it is not called any more.
 template<typename... Arguments>
 class Observers {
 public:

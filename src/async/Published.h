@@ -10,11 +10,11 @@
 
 namespace velloran {
 
-/// A value that tells of its changes. Every assignment counts as a change, that of an equal value included. Confined to one
-/// thread; neither copied nor moved.
+/// A value that tells of its changes. Every assignment counts as a change, that of an equal value included. Confined to
+/// one thread; neither copied nor moved.
 ///
-/// Assigning from inside a notification is allowed. The value changes at once; the streams pass both values on in the order
-/// of the assignments to every subscriber, the inner one after the outer one is through.
+/// Assigning from inside a notification is allowed. The value changes at once; the streams pass both values on in the
+/// order of the assignments to every subscriber, the inner one after the outer one is through.
 template<typename T>
 class Published {
 public:

@@ -4,8 +4,8 @@
 
 namespace velloran {
 
-/// Does jobs one after the other, in the order in which they were handed over. Made by `EventLoop::makeSerialQueue`. Its
-/// destruction waits until every job handed over before it is done.
+/// Does jobs one after the other, in the order in which they were handed over. Made by `EventLoop::makeSerialQueue`.
+/// Its destruction waits until every job handed over before it is done.
 class SerialQueue {
 public:
     SerialQueue() = default;

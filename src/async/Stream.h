@@ -12,8 +12,8 @@
 
 namespace velloran {
 
-/// A source of values over time. Nothing happens until somebody subscribes; each subscriber gets a chain of its own. All on
-/// the thread of the source.
+/// A source of values over time. Nothing happens until somebody subscribes; each subscriber gets a chain of its own.
+/// All on the thread of the source.
 template<typename T>
 class Stream {
 public:
@@ -47,7 +47,8 @@ public:
         });
     }
 
-    /// The last value of every burst: a value is passed on, by `loop`, when `nanoseconds` have gone by without another one.
+    /// The last value of every burst: a value is passed on, by `loop`, when `nanoseconds` have gone by without another
+    /// one.
     [[nodiscard]] Stream debounce(EventLoop& loop, std::uint64_t nanoseconds) const {
         return Stream([attach = attach_, &loop, nanoseconds](Observer observer) {
             auto pending = std::make_shared<ScheduledCall>();

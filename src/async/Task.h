@@ -10,11 +10,11 @@ namespace velloran {
 
 /// Handle of a cancellable coroutine that runs on the thread of an event loop.
 ///
-/// A function with this result and an `EventLoop&` as its first parameter is such a coroutine. Calling it schedules its body
-/// for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits, and `co_await taskCancellation()` gives
-/// what answers whether the task has been cancelled. Cancellation is a request: the body notices it where it asks, and a sleep
-/// under way ends early, in a later turn. Losing every handle cancels nothing. A body that is still waiting when its loop ends
-/// is destroyed with all it holds.
+/// A function with this result and an `EventLoop&` as its first parameter is such a coroutine. Calling it schedules its
+/// body for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits, and `co_await
+/// taskCancellation()` gives what answers whether the task has been cancelled. Cancellation is a request: the body
+/// notices it where it asks, and a sleep under way ends early, in a later turn. Losing every handle cancels nothing. A
+/// body that is still waiting when its loop ends is destroyed with all it holds.
 class Task {
     struct Frame;
     struct State;
@@ -38,6 +38,7 @@ public:
 
     private:
         friend struct promise_type;
+
         explicit Cancellation(const State& state) : state_(state) {}
 
         const State& state_;
@@ -65,8 +66,8 @@ inline Task::CancellationQuery taskCancellation() {
     return {};
 }
 
-/// Owns a coroutine while it is suspended; the pending call of the loop owns this. Whoever drops that call without making it
-/// destroys the coroutine.
+/// Owns a coroutine while it is suspended; the pending call of the loop owns this. Whoever drops that call without
+/// making it destroys the coroutine.
 struct Task::Frame {
     Frame() = default;
     Frame(const Frame&) = delete;
@@ -100,35 +101,49 @@ struct Task::promise_type {
     /// Starts in a later turn: the first suspension hands the frame to the loop.
     struct Start {
         promise_type& promise;
+
         [[nodiscard]] bool await_ready() const noexcept { return false; }
+
         void await_suspend(std::coroutine_handle<> handle) const;
+
         void await_resume() const noexcept {}
     };
 
     struct SleepAwaiter {
         promise_type& promise;
         std::uint64_t nanoseconds;
+
         [[nodiscard]] bool await_ready() const noexcept { return promise.state->isCancelled; }
+
         void await_suspend(std::coroutine_handle<>) const;
+
         void await_resume() const noexcept {}
     };
 
     struct QueryAwaiter {
         const State& state;
+
         [[nodiscard]] bool await_ready() const noexcept { return true; }
+
         void await_suspend(std::coroutine_handle<>) const noexcept {}
+
         [[nodiscard]] Cancellation await_resume() const noexcept { return Cancellation(state); }
     };
 
     Task get_return_object() { return Task(state); }
+
     Start initial_suspend() { return {*this}; }
+
     // The frame goes away by itself at the end of the body; nothing else may own it then.
     std::suspend_never final_suspend() noexcept { return {}; }
+
     void return_void();
+
     // Exceptions are bugs here.
     [[noreturn]] void unhandled_exception() noexcept { std::terminate(); }
 
     SleepAwaiter await_transform(Sleep sleep) { return {*this, sleep.nanoseconds}; }
+
     QueryAwaiter await_transform(CancellationQuery) const { return {*state}; }
 
     std::shared_ptr<State> state;

@@ -4,8 +4,8 @@
 
 namespace velloran {
 
-/// A point in time on the wall clock, held as seconds since 2001-01-01 00:00:00 UTC. That number is also the stored form, so
-/// a date read back equals the one written, to the bit.
+/// A point in time on the wall clock, held as seconds since 2001-01-01 00:00:00 UTC. That number is also the stored
+/// form, so a date read back equals the one written, to the bit.
 class Date {
 public:
     /// The reference date itself.

@@ -40,8 +40,8 @@ inline std::int64_t checkedInt(double value) {
     return static_cast<std::int64_t>(value);
 }
 
-/// The real number cut to an unsigned integer, toward zero (so everything above -1 is accepted). A number that does not fit
-/// is a fatal error.
+/// The real number cut to an unsigned integer, toward zero (so everything above -1 is accepted). A number that does not
+/// fit is a fatal error.
 inline std::uint64_t checkedUInt64(double value) {
     if (!std::isfinite(value)) {
         fatalError("Double value cannot be converted to UInt64 because it is either infinite or NaN");

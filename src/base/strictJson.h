@@ -64,8 +64,8 @@ std::optional<Integer> asInteger(const Value& value) {
     return std::nullopt;
 }
 
-/// Reads the members of one object and remembers the first thing that was wrong. After the first failure the remaining reads
-/// do nothing, so that a decoder can read all its members in a row and ask once.
+/// Reads the members of one object and remembers the first thing that was wrong. After the first failure the remaining
+/// reads do nothing, so that a decoder can read all its members in a row and ask once.
 class ObjectReader {
 public:
     /// `value` must outlive the reader. A value that is not an object fails every read.

@@ -88,8 +88,8 @@ std::string upperCased(std::string_view text) {
     icu::StringByteSink<std::string> sink(&result);
     UErrorCode status = U_ZERO_ERROR;
     // The empty locale is the root one: Turkish rules never apply.
-    icu::CaseMap::utf8ToUpper("", 0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr,
-                              status);
+    icu::CaseMap::utf8ToUpper("", 0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink,
+                              nullptr, status);
     return U_SUCCESS(status) ? result : std::string(text);
 }
 

@@ -8,11 +8,12 @@ namespace velloran {
 
 namespace {
 
-/// A host of dot-separated labels, an optional port, then path, query and fragment of the characters that may stand there
-/// unescaped or as %XX.
+/// A host of dot-separated labels, an optional port, then path, query and fragment of the characters that may stand
+/// there unescaped or as %XX.
 const std::regex& wellFormed() {
-    static const std::regex pattern(R"(https://[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?(\.[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?)*)"
-                                    R"((:[0-9]{1,5})?([/?#]([A-Za-z0-9._~:/?#@!$&'()*+,;=-]|\[|\]|%[0-9A-Fa-f]{2})*)?)");
+    static const std::regex pattern(
+        R"(https://[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?(\.[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?)*)"
+        R"((:[0-9]{1,5})?([/?#]([A-Za-z0-9._~:/?#@!$&'()*+,;=-]|\[|\]|%[0-9A-Fa-f]{2})*)?)");
     return pattern;
 }
 

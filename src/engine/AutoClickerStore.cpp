@@ -28,9 +28,13 @@ std::shared_ptr<AutoClickerStore> AutoClickerStore::create(std::unique_ptr<Prese
 }
 
 AutoClickerStore::AutoClickerStore(Private, std::unique_ptr<PresetStore> presetStore)
-    : config(presetStore->loadConfig()), loop_(Platform::current().mainLoop), runtime_(AutoClickerRuntime::initial()),
-      presets_(presetStore->loadPresets()), hasAccessibilityPermission_(PermissionChecker::isAccessibilityTrusted()),
-      hotkey_(HotkeyManager::shared()), presetStore_(std::move(presetStore)),
+    : config(presetStore->loadConfig()),
+      loop_(Platform::current().mainLoop),
+      runtime_(AutoClickerRuntime::initial()),
+      presets_(presetStore->loadPresets()),
+      hasAccessibilityPermission_(PermissionChecker::isAccessibilityTrusted()),
+      hotkey_(HotkeyManager::shared()),
+      presetStore_(std::move(presetStore)),
       engineQueue_(loop_.makeSerialQueue("velloran.engine")) {}
 
 AutoClickerStore::~AutoClickerStore() = default;
@@ -162,8 +166,9 @@ void AutoClickerStore::saveCurrentAsPreset(std::string named) {
 
 void AutoClickerStore::deletePreset(const Preset& preset) {
     // A copy: the argument may be one of the list's own elements.
-    presets_.modify(
-        [id = preset.id](std::vector<Preset>& presets) { std::erase_if(presets, [&](const Preset& one) { return one.id == id; }); });
+    presets_.modify([id = preset.id](std::vector<Preset>& presets) {
+        std::erase_if(presets, [&](const Preset& one) { return one.id == id; });
+    });
     presetStore_->savePresets(presets_.get());
 }
 

@@ -20,12 +20,13 @@ namespace velloran {
 
 class HotkeyManager;
 
-/// The controller: owns configuration, run state and presets, runs the click loop, saves the configuration shortly after
-/// every change and keeps the hotkey registered to what the configuration names. Main thread only. Shared, because a running
-/// loop keeps it alive until the loop ends.
+/// The controller: owns configuration, run state and presets, runs the click loop, saves the configuration shortly
+/// after every change and keeps the hotkey registered to what the configuration names. Main thread only. Shared,
+/// because a running loop keeps it alive until the loop ends.
 class AutoClickerStore : public std::enable_shared_from_this<AutoClickerStore> {
 public:
-    /// A store on the installed platform. `presetStore` may be null: a new one on the platform's preferences is used then.
+    /// A store on the installed platform. `presetStore` may be null: a new one on the platform's preferences is used
+    /// then.
     static std::shared_ptr<AutoClickerStore> create(std::unique_ptr<PresetStore> presetStore = nullptr);
 
     AutoClickerStore(const AutoClickerStore&) = delete;
@@ -51,8 +52,8 @@ public:
     /// Starts or stops, by the status. For the global hotkey.
     void toggleStartStop();
 
-    /// Starts a run, replacing one that is under way; refusals show in the run record. A refused start leaves a running loop
-    /// running.
+    /// Starts a run, replacing one that is under way; refusals show in the run record. A refused start leaves a running
+    /// loop running.
     void start();
 
     /// Ends the run. The counts stay.

@@ -13,8 +13,8 @@ public:
     ClickEngine(const ClickEngine&) = delete;
     ClickEngine& operator=(const ClickEngine&) = delete;
 
-    /// Posts a press and a release of the button, sent together, without moving the pointer. A half that cannot be made is
-    /// left out; nothing is reported.
+    /// Posts a press and a release of the button, sent together, without moving the pointer. A half that cannot be made
+    /// is left out; nothing is reported.
     void post(Button button) const;
 };
 

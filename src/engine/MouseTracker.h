@@ -7,8 +7,9 @@
 
 namespace velloran {
 
-/// Tells whether the pointer has stayed still, judging by its positions at the moments of asking alone: movement between two
-/// questions that comes back, and a drift of no more than the threshold each time, count as still. Main thread.
+/// Tells whether the pointer has stayed still, judging by its positions at the moments of asking alone: movement
+/// between two questions that comes back, and a drift of no more than the threshold each time, count as still. Main
+/// thread.
 class MouseTracker {
 public:
     MouseTracker() = default;
@@ -21,8 +22,8 @@ public:
     /// Forgets what was seen.
     void reset();
 
-    /// Whether the pointer has been still for that many seconds. False at the first question after a reset, and at every
-    /// question while the position is unknown.
+    /// Whether the pointer has been still for that many seconds. False at the first question after a reset, and at
+    /// every question while the position is unknown.
     bool hasBeenStationary(double forAtLeast);
 
 private:

@@ -75,8 +75,7 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
         if (snapshot.requireStationaryMouse) {
             runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = true; });
             bool hasWaited = false;
-            while (!cancellation.isRequested() &&
-                   !store->mouseTracker_.hasBeenStationary(snapshot.stationarySeconds)) {
+            while (!cancellation.isRequested() && !store->mouseTracker_.hasBeenStationary(snapshot.stationarySeconds)) {
                 hasWaited = true;
                 co_await taskSleep(stillnessPoll);
             }

@@ -27,12 +27,13 @@ constexpr std::array modifiers{
 
 /// Keys whose own text would not tell what they are.
 constexpr std::array keyNames{
-    std::pair{36U, "↩"},   std::pair{48U, "⇥"},   std::pair{49U, "Space"}, std::pair{51U, "⌫"},   std::pair{117U, "⌦"},
-    std::pair{53U, "⎋"},   std::pair{123U, "←"},  std::pair{124U, "→"},    std::pair{126U, "↑"},  std::pair{125U, "↓"},
-    std::pair{115U, "↖"},  std::pair{119U, "↘"},  std::pair{116U, "⇞"},    std::pair{121U, "⇟"},  std::pair{122U, "F1"},
-    std::pair{120U, "F2"}, std::pair{99U, "F3"},  std::pair{118U, "F4"},   std::pair{96U, "F5"},  std::pair{97U, "F6"},
-    std::pair{98U, "F7"},  std::pair{100U, "F8"}, std::pair{101U, "F9"},   std::pair{109U, "F10"}, std::pair{103U, "F11"},
-    std::pair{111U, "F12"},
+    std::pair{36U, "↩"},    std::pair{48U, "⇥"},    std::pair{49U, "Space"}, std::pair{51U, "⌫"},
+    std::pair{117U, "⌦"},   std::pair{53U, "⎋"},    std::pair{123U, "←"},    std::pair{124U, "→"},
+    std::pair{126U, "↑"},   std::pair{125U, "↓"},   std::pair{115U, "↖"},    std::pair{119U, "↘"},
+    std::pair{116U, "⇞"},   std::pair{121U, "⇟"},   std::pair{122U, "F1"},   std::pair{120U, "F2"},
+    std::pair{99U, "F3"},   std::pair{118U, "F4"},  std::pair{96U, "F5"},    std::pair{97U, "F6"},
+    std::pair{98U, "F7"},   std::pair{100U, "F8"},  std::pair{101U, "F9"},   std::pair{109U, "F10"},
+    std::pair{103U, "F11"}, std::pair{111U, "F12"},
 };
 
 } // namespace

@@ -25,14 +25,15 @@ constexpr ModifierFlags operator|(ModifierFlags a, ModifierFlags b) {
 
 /// Whether `flags` hold all of `wanted`.
 constexpr bool contains(ModifierFlags flags, ModifierFlags wanted) {
-    return (static_cast<std::uint64_t>(flags) & static_cast<std::uint64_t>(wanted)) == static_cast<std::uint64_t>(wanted);
+    return (static_cast<std::uint64_t>(flags) & static_cast<std::uint64_t>(wanted)) ==
+           static_cast<std::uint64_t>(wanted);
 }
 
-/// One global shortcut: a key with its modifiers, and the text that shows it. Two combinations of the same keys with different
-/// texts are different.
+/// One global shortcut: a key with its modifiers, and the text that shows it. Two combinations of the same keys with
+/// different texts are different.
 struct HotkeyCombo {
-    /// Bits of an event's flags that do not depend on the device. Bits of other keys than the four modifiers are kept as
-    /// they came.
+    /// Bits of an event's flags that do not depend on the device. Bits of other keys than the four modifiers are kept
+    /// as they came.
     static constexpr std::uint64_t deviceIndependentMask = 0xFFFF0000;
 
     std::uint64_t modifierFlagsRaw = 0;
@@ -41,7 +42,8 @@ struct HotkeyCombo {
     /// The label, for example "⌃⌥S".
     std::string display;
 
-    /// The combination that a key press stands for; nothing when none of the four modifiers is held or the key gives no text.
+    /// The combination that a key press stands for; nothing when none of the four modifiers is held or the key gives no
+    /// text.
     static std::optional<HotkeyCombo> fromEvent(const KeyEvent& event);
 
     [[nodiscard]] ModifierFlags modifierFlags() const { return ModifierFlags{modifierFlagsRaw}; }

@@ -29,8 +29,8 @@ public:
     HotkeyManager& operator=(const HotkeyManager&) = delete;
     ~HotkeyManager();
 
-    /// Replaces whatever was registered. `onFire` is called in a turn of the main loop after each press. A combination that
-    /// cannot be registered is logged and otherwise silent.
+    /// Replaces whatever was registered. `onFire` is called in a turn of the main loop after each press. A combination
+    /// that cannot be registered is logged and otherwise silent.
     void register_(const HotkeyCombo& combo, Action onFire);
 
     /// Forgets the hot key and its action. No effect when nothing is registered.

@@ -12,8 +12,8 @@ HotkeyPreset make(std::string label, std::uint32_t keyCode, ModifierFlags flags,
 
 const std::vector<HotkeyPreset>& HotkeyPreset::all() {
     using enum ModifierFlags;
-    // The blanks line the parentheses up in a menu of fixed-width letters. The first and the fourth text put ⌘ first, unlike
-    // recorded combinations, which is why a recorded one never equals them.
+    // The blanks line the parentheses up in a menu of fixed-width letters. The first and the fourth text put ⌘ first,
+    // unlike recorded combinations, which is why a recorded one never equals them.
     static const std::vector<HotkeyPreset> presets{
         make("⌘⌥A  (Command + Option + A)", 0, command | option, "⌘⌥A"),
         make("⌃⌥C  (Control + Option + C)", 8, control | option, "⌃⌥C"),

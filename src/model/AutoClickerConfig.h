@@ -45,8 +45,8 @@ struct AutoClickerConfig {
     /// The record with all defaults.
     static const AutoClickerConfig& default_();
 
-    /// Why a run with this record is refused: the first thing that is wrong, in words for the user. Absent when nothing is.
-    /// A value that is not a number counts as within its bounds.
+    /// Why a run with this record is refused: the first thing that is wrong, in words for the user. Absent when nothing
+    /// is. A value that is not a number counts as within its bounds.
     [[nodiscard]] std::optional<std::string> validationError() const;
 
     /// Whether there is no validation error.

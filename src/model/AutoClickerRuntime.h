@@ -29,8 +29,8 @@ struct AutoClickerRuntime {
     /// The record before any run.
     static const AutoClickerRuntime& initial();
 
-    /// The status line. A countdown that is no number, or too large for a whole one, is a fatal error; so is a total number
-    /// of clicks that overflows.
+    /// The status line. A countdown that is no number, or too large for a whole one, is a fatal error; so is a total
+    /// number of clicks that overflows.
     [[nodiscard]] std::string message() const;
 
     friend bool operator==(const AutoClickerRuntime&, const AutoClickerRuntime&) = default;

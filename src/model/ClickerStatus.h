@@ -12,7 +12,7 @@ enum class ClickerStatus { idle, arming, delayed, running, paused, completed, er
 
 /// All of them, in order.
 inline constexpr std::array allClickerStatuses{
-    ClickerStatus::idle,    ClickerStatus::arming, ClickerStatus::delayed,   ClickerStatus::running,
+    ClickerStatus::idle,   ClickerStatus::arming,    ClickerStatus::delayed, ClickerStatus::running,
     ClickerStatus::paused, ClickerStatus::completed, ClickerStatus::error,
 };
 

@@ -50,9 +50,9 @@ public:
     virtual Reference installHandler(Handler handler) = 0;
     virtual void removeHandler(Reference handler) = 0;
 
-    /// Registers a combination: a layout-independent virtual key code and modifier bits as above. A press while it is held
-    /// counts once. On success `hotKey` names it; otherwise `hotKey` is left alone and the status says why. Registering only
-    /// reports what is known at once; a desktop that answers later does so by log line.
+    /// Registers a combination: a layout-independent virtual key code and modifier bits as above. A press while it is
+    /// held counts once. On success `hotKey` names it; otherwise `hotKey` is left alone and the status says why.
+    /// Registering only reports what is known at once; a desktop that answers later does so by log line.
     virtual Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id, Reference& hotKey) = 0;
     virtual void unregisterHotKey(Reference hotKey) = 0;
 };

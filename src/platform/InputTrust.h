@@ -21,8 +21,8 @@ public:
     /// Opens the place where the user grants the permission, where there is one.
     virtual void openSettings() = 0;
 
-    /// `changed` is called in a turn of the main loop whenever the answer of `isTrusted` may have changed; an empty function
-    /// ends that.
+    /// `changed` is called in a turn of the main loop whenever the answer of `isTrusted` may have changed; an empty
+    /// function ends that.
     virtual void onChanged(std::function<void()> changed) = 0;
 };
 

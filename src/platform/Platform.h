@@ -15,7 +15,8 @@ class SystemLog;
 class SystemSounds;
 class UrlOpener;
 
-/// Everything the logic needs of the desktop. The parts belong to whoever put them together and outlive the installation.
+/// Everything the logic needs of the desktop. The parts belong to whoever put them together and outlive the
+/// installation.
 struct Platform {
     EventLoop& mainLoop;
     PointerEvents& pointerEvents;

@@ -33,7 +33,8 @@ struct MouseEvent {
     friend bool operator==(const MouseEvent&, const MouseEvent&) = default;
 };
 
-/// Posts synthetic mouse events to the system's input stream. Used on one thread at a time, during a run the engine queue's.
+/// Posts synthetic mouse events to the system's input stream. Used on one thread at a time, during a run the engine
+/// queue's.
 class PointerEvents {
 public:
     PointerEvents() = default;
@@ -50,7 +51,8 @@ public:
     /// Puts an event in the queue of those to be sent.
     virtual void post(const MouseEvent& event) = 0;
 
-    /// Sends all that was posted, in order and in one piece. What is posted may be sent earlier, but only as a whole click.
+    /// Sends all that was posted, in order and in one piece. What is posted may be sent earlier, but only as a whole
+    /// click.
     virtual void flush() = 0;
 };
 

@@ -9,8 +9,9 @@
 
 namespace velloran::platform {
 
-/// The user's stored settings: typed values under text keys. Reading never fails: a key that is not there, or whose value has
-/// another type, gives nothing. Writing tells nobody when it fails, and loses nothing that was stored before. Main thread.
+/// The user's stored settings: typed values under text keys. Reading never fails: a key that is not there, or whose
+/// value has another type, gives nothing. Writing tells nobody when it fails, and loses nothing that was stored before.
+/// Main thread.
 class Preferences {
 public:
     Preferences() = default;

@@ -16,8 +16,9 @@ bool isSet(const Environment& environment, const char* name) {
 
 BackendChoice chooseBackend(const Environment& environment) {
     if (isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland") {
-        return {Backend::unavailable, "Input cannot be posted: this is a Wayland session, and an X server inside it reaches "
-                                      "only some windows."};
+        return {Backend::unavailable,
+                "Input cannot be posted: this is a Wayland session, and an X server inside it reaches "
+                "only some windows."};
     }
     if (isSet(environment, "DISPLAY")) {
         return {Backend::x11, "Input is posted through the X server: the session runs on one."};

@@ -25,8 +25,8 @@ struct BackendChoice {
 /// Reads a variable of the environment; nothing when it is not set.
 using Environment = std::function<std::optional<std::string>(const char* name)>;
 
-/// Chooses by what the session says of itself. On Wayland an X server may well answer, but it only reaches programs that use
-/// it themselves and swallows everything else without a word, so it is never chosen there.
+/// Chooses by what the session says of itself. On Wayland an X server may well answer, but it only reaches programs
+/// that use it themselves and swallows everything else without a word, so it is never chosen there.
 BackendChoice chooseBackend(const Environment& environment);
 
 /// The environment of this process.

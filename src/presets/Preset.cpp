@@ -9,7 +9,8 @@ namespace velloran {
 
 namespace {
 
-AutoClickerConfig leftClicks(double interval, StopMode stopMode, std::optional<std::int64_t> maxClicks, double startDelay) {
+AutoClickerConfig leftClicks(double interval, StopMode stopMode, std::optional<std::int64_t> maxClicks,
+                             double startDelay) {
     AutoClickerConfig config;
     config.clickIntervalSeconds = interval;
     config.stopMode = stopMode;

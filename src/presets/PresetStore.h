@@ -11,8 +11,8 @@
 
 namespace velloran {
 
-/// Keeps the configuration and the user's own presets in the preferences, and turns a configuration into an export file and
-/// back. Reading and saving never fail towards the caller. Main thread.
+/// Keeps the configuration and the user's own presets in the preferences, and turns a configuration into an export file
+/// and back. Reading and saving never fail towards the caller. Main thread.
 class PresetStore {
 public:
     /// Works on the installed platform's preferences.

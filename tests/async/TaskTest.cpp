@@ -24,8 +24,10 @@ struct Journal {
 
 struct Resource {
     explicit Resource(Journal& owner) : journal(owner) {}
+
     Resource(const Resource&) = delete;
     Resource& operator=(const Resource&) = delete;
+
     ~Resource() { journal.entries.emplace_back("released"); }
 
     Journal& journal;

@@ -40,10 +40,12 @@ TEST(CheckedDeathTest, RealsThatFitNoSignedIntegerAreFatal) {
                  "^Fatal error: Double value cannot be converted to Int because it is either infinite or NaN\n");
     EXPECT_DEATH(checkedInt(infinity),
                  "^Fatal error: Double value cannot be converted to Int because it is either infinite or NaN\n");
-    EXPECT_DEATH(checkedInt(-0x1.1p63),
-                 "^Fatal error: Double value cannot be converted to Int because the result would be less than Int.min\n");
-    EXPECT_DEATH(checkedInt(0x1p63),
-                 "^Fatal error: Double value cannot be converted to Int because the result would be greater than Int.max\n");
+    EXPECT_DEATH(
+        checkedInt(-0x1.1p63),
+        "^Fatal error: Double value cannot be converted to Int because the result would be less than Int.min\n");
+    EXPECT_DEATH(
+        checkedInt(0x1p63),
+        "^Fatal error: Double value cannot be converted to Int because the result would be greater than Int.max\n");
 }
 
 TEST(CheckedDeathTest, RealsThatFitNoUnsignedIntegerAreFatal) {
@@ -52,9 +54,8 @@ TEST(CheckedDeathTest, RealsThatFitNoUnsignedIntegerAreFatal) {
     EXPECT_DEATH(
         checkedUInt64(-1.0),
         "^Fatal error: Double value cannot be converted to UInt64 because the result would be less than UInt64.min\n");
-    EXPECT_DEATH(
-        checkedUInt64(0x1p64),
-        "^Fatal error: Double value cannot be converted to UInt64 because the result would be greater than UInt64.max\n");
+    EXPECT_DEATH(checkedUInt64(0x1p64), "^Fatal error: Double value cannot be converted to UInt64 because the result "
+                                        "would be greater than UInt64.max\n");
 }
 
 } // namespace velloran

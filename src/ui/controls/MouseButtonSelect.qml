@@ -52,7 +52,7 @@ FocusScope {
         y: root.height + 4
         leastWidth: root.width
         closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
-        onOpened: menu.currentIndex = root.selection
+        onAboutToShow: menu.currentIndex = root.selection
 
         PopupMenuItem {
             label: root.names[0]
