@@ -175,6 +175,10 @@ class Keyboard(DesktopCase):
         self.observer.press("q", "control")
         self.assertEqual(program.wait_for_end(), 0)
 
+    def go_down_to(self, place):
+        for _ in range(place):
+            self.observer.press("Down")
+
     def test_a_preset_is_saved_applied_and_deleted(self):
         program = self.start_without_pointer(maxClicks=5)
         self.observer.press(",", "control")
@@ -182,7 +186,7 @@ class Keyboard(DesktopCase):
         self.go_to(program, "Presets")
         self.observer.press("Return")
         self.wait_for_menu(program, "Save current as preset…")
-        self.observer.press("Up")
+        self.go_down_to(4)
         self.observer.press("Return")
         field = program.find("text", "Preset name")
         until(lambda: program.focused() == field, lambda: f"the focus is at {program.focused()}")
