@@ -70,9 +70,7 @@ T.Menu {
         }
     }
 
-    enter: Transition {
-        EaseInOut { property: "opacity"; from: 0; to: 1; seconds: 0.1 }
-    }
+    // It is there at once: the keyboard is its own only when it has come in.
     exit: Transition {
         EaseInOut { property: "opacity"; from: 1; to: 0; seconds: 0.1 }
     }
