@@ -27,15 +27,6 @@ class Actions(DesktopCase):
         self.bus.act("toggle")
         program.wait_for_headline("Ready")
 
-    def test_toggle_leaves_the_focus_where_it_is(self):
-        program = self.start_with(**MANY_CLICKS)
-        self.observer.click(1450, 140)
-        until(lambda: "active" not in program.window.states, "the window keeps the focus")
-        self.bus.act("toggle")
-        program.wait_for_headline("Running")
-        self.assertNotIn("active", program.window.states)
-        self.bus.act("toggle")
-
     def test_quit_ends_a_run_cleanly(self):
         program = self.start_with(**MANY_CLICKS)
         self.observer.move(1450, 140)
