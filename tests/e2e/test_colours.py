@@ -89,12 +89,11 @@ class Colours(DesktopCase):
     def test_the_border_of_a_field_that_is_edited(self):
         program = self.start_watched()
         field = program.find("text", "Click Interval")
-        x, y, _, height = field.extents
-        border = (x + 40, y + height // 2 - 18)
-        frame_top = next(row for row in range(y - 1, y - 20, -1) if is_near(self.pixel(x + 40, row), over(WHITE, 0.09, FIELD_FILL), 2))
-        border = (x + 40, frame_top)
+        x, y, _, _ = field.extents
+        idle = over(WHITE, 0.09, FIELD_FILL)
+        top = next(row for row in range(y - 1, y - 20, -1) if is_near(self.pixel(x + 40, row), idle, 2))
         program.click(field)
-        self.wait_for_pixel(*border, over(ACCENT, 0.6, FIELD_FILL), 4)
+        self.wait_for_pixel(x + 40, top, over(ACCENT, 0.6, FIELD_FILL), 4)
 
     def test_the_background(self):
         program = self.start_watched()

@@ -12,11 +12,6 @@ LEFT_CARDS = ["Click Configuration", "Stop Conditions", "Start / Stop Options"]
 class Geometry(DesktopCase):
     PLACE = None
 
-    @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
-        cls.program = None
-
     def setUp(self):
         self.program = self.start_with()
         self.program.place(10, 10, *LEAST)

@@ -2,18 +2,13 @@
 
 import os
 
-from PIL import Image, ImageGrab
+from PIL import ImageGrab
 
 FOLDER = os.environ.get("VELLORAN_PICTURES")
 
 
 def of_screen(desktop):
     return ImageGrab.grab(xdisplay=desktop.display).convert("RGB")
-
-
-def of_item(desktop, item, margin=0):
-    x, y, width, height = item.extents
-    return of_screen(desktop).crop((x - margin, y - margin, x + width + margin, y + height + margin))
 
 
 def keep(picture, name):
@@ -35,6 +30,3 @@ def over(top, opacity, bottom):
 
 def is_near(pixel, wanted, tolerance=3):
     return all(abs(a - b) <= tolerance for a, b in zip(pixel, wanted))
-
-
-__all__ = ["Image", "colour", "is_near", "keep", "of_item", "of_screen", "over"]
