@@ -55,12 +55,12 @@ void HotkeyManager::register_(const HotkeyCombo& combo, Action onFire) {
 }
 
 void HotkeyManager::unregister() {
-    platform::HotKeys& hotKeys = Platform::current().hotKeys;
+    // With nothing registered there may be no platform any more: this runs at the very end of the program too.
     if (hotKeyRef_) {
-        hotKeys.unregisterHotKey(*std::exchange(hotKeyRef_, std::nullopt));
+        Platform::current().hotKeys.unregisterHotKey(*std::exchange(hotKeyRef_, std::nullopt));
     }
     if (handlerRef_) {
-        hotKeys.removeHandler(*std::exchange(handlerRef_, std::nullopt));
+        Platform::current().hotKeys.removeHandler(*std::exchange(handlerRef_, std::nullopt));
     }
     callback_ = nullptr;
 }

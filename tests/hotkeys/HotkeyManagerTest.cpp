@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -202,6 +203,16 @@ TEST_F(HotkeyManagerTest, EndOfTheInstanceUnregisters) {
     platform.journal.clear();
     HotkeyManager::endShared();
     EXPECT_TRUE(platform.journal.empty());
+}
+
+TEST(HotkeyManagerDeathTest, EndsQuietlyWithoutAPlatformWhenNothingIsRegistered) {
+    EXPECT_EXIT(
+        {
+            HotkeyManager::shared();
+            HotkeyManager::endShared();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "^$");
 }
 
 } // namespace velloran
