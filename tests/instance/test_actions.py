@@ -27,6 +27,16 @@ class Actions(DesktopCase):
         self.bus.act("toggle")
         program.wait_for_headline("Ready")
 
+    def test_toggle_leaves_the_focus_where_it_is(self):
+        program = self.start_with(**MANY_CLICKS)
+        program.lose_focus()
+        self.observer.move(1450, 140)
+        self.bus.act("toggle")
+        program.wait_for_headline("Running")
+        until(lambda: self.observer.report()["presses"] >= 5, "no clicks came")
+        self.assertNotIn("active", program.window.states)
+        self.bus.act("toggle")
+
     def test_quit_ends_a_run_cleanly(self):
         program = self.start_with(**MANY_CLICKS)
         self.observer.move(1450, 140)

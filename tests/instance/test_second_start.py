@@ -19,10 +19,14 @@ class SecondStart(DesktopCase):
     def start_again(self, program, **environment):
         return self.launch(None, folder=program.folder, environment=environment)
 
-    def leave(self, program):
-        """Another window has the focus."""
-        self.observer.click(1450, 140)
-        until(lambda: "active" not in program.window.states, "the window keeps the focus")
+    def test_brings_the_first_window_to_the_front(self):
+        program = self.start()
+        program.lose_focus()
+        again = self.start_again(program)
+        self.assertEqual(again.wait_for_end(), 0)
+        until(lambda: "active" in program.window.states, "the window did not come to the front")
+        self.assertTrue(program.is_running())
+        self.assertEqual(program.log, "")
 
     def test_brings_it_out_of_the_task_bar(self):
         program = self.start()
@@ -30,6 +34,16 @@ class SecondStart(DesktopCase):
         self.assertEqual(self.start_again(program).wait_for_end(), 0)
         until(lambda: "IsViewable" in self.desktop.run_tool("xwininfo", "-id", program.window_id), "the window stayed minimised")
         until(lambda: "active" in program.window.states, "the window did not get the focus")
+
+    def test_shows_what_the_desktop_handed_to_it(self):
+        listener = StartupListener(self.desktop)
+        self.addCleanup(listener.close)
+        program = self.start()
+        program.lose_focus()
+        identifier = f'launcher "one"/1-2-host_TIME{listener.server_time()}'
+        self.assertEqual(self.start_again(program, DESKTOP_STARTUP_ID=identifier).wait_for_end(), 0)
+        until(lambda: "active" in program.window.states, "the window did not come to the front")
+        listener.wait_for_end_of(identifier.replace('"', '\\"'))
 
     def test_the_first_start_ends_its_notification(self):
         listener = StartupListener(self.desktop)

@@ -103,7 +103,8 @@ class Desktop:
             file.write(BUS_CONFIGURATION.format(folder=self.folder))
         reading, writing = os.pipe()
         self._run("bus", ["dbus-daemon", "--nofork", "--config-file", path, f"--print-address={writing}"], pass_fds=[writing])
-        address = self._first_line(reading, writing)
+        # The rest is the identity of this one bus: with it, a bus that starts anew at the same place would be refused.
+        address = self._first_line(reading, writing).split(",guid=")[0]
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         session = self._connect(address)
         answer = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, GLib.VariantType("(s)"),

@@ -209,6 +209,12 @@ class Program:
         until(lambda: "active" in self.window.states, "the window does not become active")
         self.settle()
 
+    def lose_focus(self):
+        """Makes the observer's window the active one."""
+        other = self.desktop.run_tool("xdotool", "search", "--onlyvisible", "--name", "^Another program$").split()[0]
+        self.desktop.run_tool("xdotool", "windowactivate", other)
+        until(lambda: "active" not in self.window.states, "the window keeps the focus")
+
     def focused(self):
         """What has the keyboard, if anything has."""
         for frame in self.frames.values():
