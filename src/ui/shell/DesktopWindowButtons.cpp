@@ -1,9 +1,7 @@
 #include "ui/shell/DesktopWindowButtons.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include "ui/theme/DesktopSettings.h"
+
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -13,22 +11,11 @@ namespace velloran {
 
 namespace {
 
-const auto portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const auto preferencesGroup = QStringLiteral("org.gnome.desktop.wm.preferences");
 const auto layoutKey = QStringLiteral("button-layout");
 
 bool isPlasma() {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(QStringLiteral("KDE"));
-}
-
-/// A setting comes wrapped once or twice, by the portal's age.
-QVariant unwrapped(QVariant value) {
-    while (value.canConvert<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
 }
 
 QList<QString> namesOf(const std::vector<WindowButton>& buttons) {
@@ -45,7 +32,7 @@ DesktopWindowButtons::DesktopWindowButtons(QObject* parent) : QObject(parent) {
     if (isPlasma()) {
         readKWinLayout();
     } else {
-        askSettingsPortal();
+        followSettings();
     }
 }
 
@@ -57,13 +44,6 @@ QList<QString> DesktopWindowButtons::right() const {
     return namesOf(layout_.right);
 }
 
-void DesktopWindowButtons::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    const QVariant setting = unwrapped(value.variant());
-    if (group == preferencesGroup && key == layoutKey && setting.metaType() == QMetaType::fromType<QString>()) {
-        setLayout(WindowButtonLayout::fromNames(setting.toString()));
-    }
-}
-
 void DesktopWindowButtons::readKWinLayout() {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     QSettings settings(folder + QStringLiteral("/kwinrc"), QSettings::IniFormat);
@@ -72,24 +52,14 @@ void DesktopWindowButtons::readKWinLayout() {
                                               settings.value(QStringLiteral("ButtonsOnRight"), "IAX").toString()));
 }
 
-void DesktopWindowButtons::askSettingsPortal() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        return;
-    }
-    bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("Read"));
-    question << preferencesGroup << layoutKey;
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *finished;
-        if (reply.isValid()) {
-            settingChanged(preferencesGroup, layoutKey, reply.value());
-        }
-    });
+void DesktopWindowButtons::followSettings() {
+    auto* const settings = new DesktopSettings({preferencesGroup}, this);
+    connect(settings, &DesktopSettings::told, this,
+            [this](const QString& /*group*/, const QString& key, const QVariant& value) {
+                if (key == layoutKey && value.metaType() == QMetaType::fromType<QString>()) {
+                    setLayout(WindowButtonLayout::fromNames(value.toString()));
+                }
+            });
 }
 
 void DesktopWindowButtons::setLayout(WindowButtonLayout layout) {

@@ -2,7 +2,6 @@
 
 #include "ui/shell/WindowButtonLayout.h"
 
-#include <QDBusVariant>
 #include <QObject>
 #include <QStringList>
 #include <QtQmlIntegration>
@@ -28,12 +27,9 @@ public:
 signals:
     void changed();
 
-private slots:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
 private:
     void readKWinLayout();
-    void askSettingsPortal();
+    void followSettings();
     void setLayout(WindowButtonLayout layout);
 
     WindowButtonLayout layout_ = WindowButtonLayout::standard();

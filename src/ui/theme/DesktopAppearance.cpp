@@ -1,13 +1,6 @@
 #include "ui/theme/DesktopAppearance.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
 #include <QGuiApplication>
-#include <QMap>
 #include <QStringList>
 
 #include <algorithm>
@@ -16,12 +9,6 @@
 namespace velloran {
 
 namespace {
-
-using Groups = QMap<QString, QVariantMap>;
-
-const auto portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 
 const auto commonGroup = QStringLiteral("org.freedesktop.appearance");
 const auto gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
@@ -34,14 +21,6 @@ const auto animationsKey = gnomeGroup + QStringLiteral("/enable-animations");
 const auto textScaleKey = gnomeGroup + QStringLiteral("/text-scaling-factor");
 const auto highContrastKey = gnomeAccessGroup + QStringLiteral("/high-contrast");
 const auto animationFactorKey = plasmaGroup + QStringLiteral("/AnimationDurationFactor");
-
-/// A setting comes wrapped once or twice, by the portal's age.
-QVariant unwrapped(QVariant value) {
-    while (value.canConvert<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
-}
 
 /// Whether the setting is there, of the same type as `wanted`, and equal to it.
 bool is(const QVariant& value, const QVariant& wanted) {
@@ -71,51 +50,17 @@ qreal textScaleOf(const QVariant& value) {
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(QObject* parent) : QObject(parent) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        return;
-    }
-    qDBusRegisterMetaType<Groups>();
-    bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
-    // A portal that starts anew may have missed changes.
-    auto* const life = new QDBusServiceWatcher(portalService, bus, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(life, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::ask);
-    ask();
-}
-
-void DesktopAppearance::ask() {
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("ReadAll"));
-    question << QStringList{commonGroup, gnomeGroup, gnomeAccessGroup, plasmaGroup};
-    auto* const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        const QDBusPendingReply<Groups> reply = *answer;
-        if (!reply.isValid()) {
-            return;
-        }
-        const Groups groups = reply.value();
-        for (auto group = groups.begin(); group != groups.end(); ++group) {
-            for (auto setting = group->begin(); setting != group->end(); ++setting) {
-                take(group.key(), setting.key(), setting.value());
-            }
-        }
-        workOut();
-    });
-}
-
-void DesktopAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    take(group, key, value.variant());
-    workOut();
+DesktopAppearance::DesktopAppearance(QObject* parent)
+    : QObject(parent), settings_({commonGroup, gnomeGroup, gnomeAccessGroup, plasmaGroup}) {
+    connect(&settings_, &DesktopSettings::told, this, &DesktopAppearance::take);
+    connect(&settings_, &DesktopSettings::upToDate, this, &DesktopAppearance::workOut);
 }
 
 void DesktopAppearance::take(const QString& group, const QString& key, const QVariant& value) {
     const QString name = group + u'/' + key;
     if (name == reducedMotionKey || name == contrastKey || name == animationsKey || name == textScaleKey ||
         name == highContrastKey || name == animationFactorKey) {
-        told_.insert(name, unwrapped(value));
+        told_.insert(name, value);
     }
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QDBusVariant>
+#include "ui/theme/DesktopSettings.h"
+
 #include <QHash>
 #include <QObject>
 #include <QString>
 #include <QVariant>
-#include <QVariantMap>
 #include <QtQmlIntegration>
 
 namespace velloran {
@@ -33,14 +33,11 @@ public:
 signals:
     void changed();
 
-private slots:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
 private:
-    void ask();
     void take(const QString& group, const QString& key, const QVariant& value);
     void workOut();
 
+    DesktopSettings settings_;
     /// What was told of the settings that count, by group and key.
     QHash<QString, QVariant> told_;
     bool reducedMotion_ = false;

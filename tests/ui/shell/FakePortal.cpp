@@ -3,6 +3,7 @@
 #include "base/fatal.h"
 
 #include <QDBusMessage>
+#include <QDBusMetaType>
 
 namespace velloran::tests {
 
@@ -16,6 +17,7 @@ const auto connectionName = QStringLiteral("fake portal");
 
 FakePortal::FakePortal(const std::string& busAddress)
     : bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName)) {
+    qDBusRegisterMetaType<SettingGroups>();
     new FakeSettings(*this);
     new FakeFileChooser(*this);
     if (!bus_.registerObject(objectPath, this) || !bus_.registerService(service)) {
@@ -49,15 +51,12 @@ void FakePortal::vanish() {
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
-QDBusVariant FakeSettings::Read(const QString& group, const QString& key, const QDBusMessage& message) {
-    if (group == "org.gnome.desktop.wm.preferences" && key == "button-layout" && !portal_.buttonLayout.isEmpty()) {
-        // Wrapped twice, as the real one does.
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(portal_.buttonLayout)));
+SettingGroups FakeSettings::ReadAll(const QStringList& groups) {
+    const auto group = QStringLiteral("org.gnome.desktop.wm.preferences");
+    if (!groups.contains(group) || portal_.buttonLayout.isEmpty()) {
+        return {};
     }
-    message.setDelayedReply(true);
-    QDBusConnection(connectionName)
-        .send(message.createErrorReply("org.freedesktop.portal.Error.NotFound", "Requested setting not found"));
-    return {};
+    return {{group, {{QStringLiteral("button-layout"), portal_.buttonLayout}}}};
 }
 
 QDBusObjectPath FakeFileChooser::OpenFile(const QString& parentWindow, const QString& title, const QVariantMap& options,

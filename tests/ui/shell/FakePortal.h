@@ -4,12 +4,17 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QMap>
 #include <QObject>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <string>
 
 namespace velloran::tests {
+
+/// The settings of a desktop, by group and key.
+using SettingGroups = QMap<QString, QVariantMap>;
 
 /// What a program asked the portal for.
 struct FileRequest {
@@ -60,7 +65,8 @@ public:
     explicit FakeSettings(FakePortal& portal) : QDBusAbstractAdaptor(&portal), portal_(portal) {}
 
 public slots:
-    QDBusVariant Read(const QString& group, const QString& key, const QDBusMessage& message);
+    // The name is the interface's own.
+    velloran::tests::SettingGroups ReadAll(const QStringList& groups);
 
 signals:
     void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
