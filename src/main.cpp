@@ -25,6 +25,7 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -169,6 +170,8 @@ int main(int argc, char* argv[]) {
         return EXIT_FAILURE;
     }
     platform::posix::TerminationSignals::block();
+    // A reader of the log that goes away is no reason to end.
+    std::signal(SIGPIPE, SIG_IGN);
     qInstallMessageHandler(handleToolkitMessage);
     const auto token = platform::instance::ActivationToken::fromEnvironment();
     // Lighter than the graphics card's way by half a processor and 80 MB, and it leaves the card to the game.

@@ -30,7 +30,7 @@ class Signals(DesktopCase):
         self.assert_equal_clicks(seen, seen["presses"])
 
     def test_termination_while_clicking_fast(self):
-        for number in (signal.SIGTERM, signal.SIGINT):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(number.name):
                 program = clicking(self)
                 program.process.send_signal(number)

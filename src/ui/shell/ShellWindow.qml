@@ -48,6 +48,10 @@ T.ApplicationWindow {
         window: root
     }
 
+    PointSizeKeeper {
+        window: root
+    }
+
     Shortcut {
         sequence: "Ctrl+,"
         enabled: !root.isSheetOpen
