@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Window
 
 /// A strip at the edge of the window, or a corner, by which its size is changed.
-Item {
+DragArea {
     id: root
 
     required property Window window
@@ -17,6 +17,9 @@ Item {
     readonly property bool isBottom: root.edges & Qt.BottomEdge
     readonly property bool isCorner: (root.isLeft || root.isRight) && (root.isTop || root.isBottom)
 
+    dragThreshold: 1
+    onDragStarted: root.window.startSystemResize(root.edges)
+
     x: root.isRight ? parent.width - width : root.isLeft ? 0 : root.corner
     y: root.isBottom ? parent.height - height : root.isTop ? 0 : root.corner
     width: root.isCorner ? root.corner : root.isLeft || root.isRight ? root.thickness : parent.width - 2 * root.corner
@@ -25,14 +28,5 @@ Item {
     HoverHandler {
         cursorShape: root.isCorner ? (root.isLeft === root.isTop ? Qt.SizeFDiagCursor : Qt.SizeBDiagCursor)
                                    : root.isLeft || root.isRight ? Qt.SizeHorCursor : Qt.SizeVerCursor
-    }
-
-    DragHandler {
-        target: null
-        dragThreshold: 1
-        onActiveChanged: {
-            if (active)
-                root.window.startSystemResize(root.edges);
-        }
     }
 }

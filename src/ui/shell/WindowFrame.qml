@@ -27,18 +27,11 @@ FocusScope {
         id: desktopButtons
     }
 
-    Item {
+    DragArea {
         width: parent.width
         height: root.titleHeight
-
-        DragHandler {
-            target: null
-            enabled: root.isMovable
-            onActiveChanged: {
-                if (active)
-                    root.window.startSystemMove();
-            }
-        }
+        dragEnabled: root.isMovable
+        onDragStarted: root.window.startSystemMove()
 
         TapHandler {
             acceptedButtons: Qt.LeftButton

@@ -163,6 +163,9 @@ TEST_F(FrameTest, TheTitleMovesTheWindow) {
     const QPoint moved = window->position() - before;
     EXPECT_LE(moved.x(), way.x());
     EXPECT_EQ(window->size(), leastSize);
+    // The press is over for the window as well: the buttons can be used at once.
+    click(get("Menu"));
+    EXPECT_FALSE(menuEntries().isEmpty());
 }
 
 TEST_F(FrameTest, TheCornerResizesTheWindowDownToItsLeastSize) {
@@ -173,6 +176,8 @@ TEST_F(FrameTest, TheCornerResizesTheWindowDownToItsLeastSize) {
     const QSize large = window->size();
     drag(QPointF(large.width() - 2, large.height() - 2), QPointF(400, 300));
     EXPECT_TRUE(hasSize(leastSize)) << window->width() << "x" << window->height();
+    click(get("Menu"));
+    EXPECT_FALSE(menuEntries().isEmpty());
 }
 
 TEST_F(FrameTest, TheEdgesTellWhatTheyDo) {
