@@ -79,9 +79,7 @@ Status newClient(SmsConn connection, SmPointer /*data*/, unsigned long* mask, Sm
     callbacks->interact_request.callback = [](SmsConn client, SmPointer, int) { SmsInteract(client); };
     callbacks->interact_done.callback = [](SmsConn, SmPointer, Bool) {};
     callbacks->save_yourself_request.callback = [](SmsConn, SmPointer, int, Bool, int, Bool, Bool) {};
-    callbacks->save_yourself_phase2_request.callback = [](SmsConn client, SmPointer) {
-        SmsSaveYourselfPhase2(client);
-    };
+    callbacks->save_yourself_phase2_request.callback = [](SmsConn client, SmPointer) { SmsSaveYourselfPhase2(client); };
     callbacks->save_yourself_done.callback = saved;
     callbacks->close_connection.callback = closed;
     callbacks->set_properties.callback = [](SmsConn, SmPointer, int count, SmProp** properties) {

@@ -33,7 +33,7 @@ void FileDialogs::importFile() {
     });
 }
 
-void FileDialogs::ask(FileQuestionKind kind, Use use) {
+void FileDialogs::ask(FileQuestionKind kind, const Use& use) {
     if (isOpen()) {
         return;
     }

@@ -47,7 +47,7 @@ signals:
 private:
     using Use = std::function<void(const QString& path)>;
 
-    void ask(FileQuestionKind kind, Use use);
+    void ask(FileQuestionKind kind, const Use& use);
     void put(std::unique_ptr<FileQuestion> question, FileQuestionKind kind, const Use& use);
     void end();
 
