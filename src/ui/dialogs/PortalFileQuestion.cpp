@@ -23,7 +23,9 @@ const auto chooserInterface = QStringLiteral("org.freedesktop.portal.FileChooser
 const auto requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
 /// A portal that has not answered whether it can ask for files by then is not waited for, in milliseconds.
-constexpr int longestWait = 3000;
+constexpr int longestWait = 3'000;
+/// The same for one that has not answered that it does ask; it may have to start another service first.
+constexpr int longestWaitForDialog = 10'000;
 
 /// One kind of file names in a filter.
 struct FilterRule {
@@ -137,7 +139,7 @@ void PortalFileQuestion::put(FileQuestionKind kind, const QString& windowHandle)
         QDBusMessage::createMethodCall(portalService, portalPath, chooserInterface,
                                        isSaving ? QStringLiteral("SaveFile") : QStringLiteral("OpenFile"));
     question << windowHandle << (isSaving ? tr("Export") : tr("Import")) << options;
-    auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
+    auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question, longestWaitForDialog), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
         const QDBusPendingReply<QDBusObjectPath> reply = *finished;
@@ -145,7 +147,8 @@ void PortalFileQuestion::put(FileQuestionKind kind, const QString& windowHandle)
             return;
         }
         if (reply.isError()) {
-            requestPath_.clear();
+            // It may still come to it later.
+            close();
             emit unavailable();
         } else if (reply.value().path() != requestPath_) {
             listenTo(reply.value().path());

@@ -1,5 +1,6 @@
 #include "presets/PresetStore.h"
 #include "ui/shell/FakePortal.h"
+#include "ui/shell/SilentPortal.h"
 #include "ui/shell/WindowTest.h"
 
 #include <QApplication>
@@ -226,6 +227,21 @@ TEST_F(FileDialogsTest, WithoutAPortalTheToolkitAsks) {
     box->findChild<QLineEdit*>()->setText(path("plain.json"));
     QMetaObject::invokeMethod(box, "accept");
     EXPECT_TRUE(until([&] { return store->config.get().clickIntervalSeconds == 42; }));
+}
+
+TEST_F(FileDialogsTest, ASilentPortalIsNotWaitedFor) {
+    SilentPortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    click(get("Export"));
+    ASSERT_TRUE(until([&] { return portal.isAsked(); }));
+    // The window is drawn and can be left meanwhile.
+    settle();
+    QFileDialog* box = dialog();
+    ASSERT_NE(box, nullptr);
+    box->findChild<QLineEdit*>()->setText(path("silent"));
+    QMetaObject::invokeMethod(box, "accept");
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(read("silent.json"), storeModel->exportConfigData());
 }
 
 TEST_F(FileDialogsTest, TheToolkitsDialogCanBeCancelled) {
