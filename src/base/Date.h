@@ -17,7 +17,7 @@ public:
     /// Seconds since the reference date.
     [[nodiscard]] constexpr double secondsSinceReference() const { return seconds_; }
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): it takes the comparison with zero that the compiler writes for a pointer's.
+    // The comparison with zero that the compiler writes looks like a pointer's. NOLINTNEXTLINE(modernize-use-nullptr)
     friend constexpr auto operator<=>(const Date&, const Date&) = default;
 
     /// The moment `seconds` later.
