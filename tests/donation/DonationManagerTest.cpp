@@ -1,50 +1,11 @@
-#include "donation/DonationManager.h"
-
-#include "fakes/RecordingPlatform.h"
-
-#include <gtest/gtest.h>
+#include "donation/DonationBench.h"
 
 #include <limits>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace velloran {
-
-namespace {
-
-constexpr const char* firstLaunchKey = "donation.firstLaunchAt";
-constexpr const char* nextReminderKey = "donation.nextReminderAt";
-constexpr const char* remindersShownKey = "donation.remindersShown";
-constexpr const char* donatedKey = "donation.donated";
-
-class DonationManagerTest : public testing::Test {
-protected:
-    void open() { manager = std::make_unique<DonationManager>(); }
-
-    [[nodiscard]] bool isVisible() const { return manager->isPromptVisible.get(); }
-
-    /// Seconds from now to the next reminder.
-    [[nodiscard]] double untilNext() const { return *preferences.date(nextReminderKey) - platform.loop.now(); }
-
-    /// Lets time pass in whole seconds until the prompt is up; how many.
-    std::optional<int> secondsUntilVisible(int atMost) {
-        for (int seconds = 0; seconds <= atMost; ++seconds) {
-            if (isVisible()) {
-                return seconds;
-            }
-            platform.loop.advance(1.0);
-        }
-        return std::nullopt;
-    }
-
-    fakes::RecordingPlatform platform;
-    fakes::FakePreferences& preferences = platform.preferences;
-    std::unique_ptr<DonationManager> manager;
-};
-
-} // namespace
 
 TEST_F(DonationManagerTest, Intervals) {
     const std::vector<double> expected{60, 60, 60, 300, 300, 300, 600, 1800, 1800};
@@ -65,23 +26,6 @@ TEST_F(DonationManagerTest, FirstStartSetsTheScheduleUp) {
     EXPECT_EQ(preferences.integer(remindersShownKey), 0);
     EXPECT_FALSE(preferences.holds(donatedKey));
     EXPECT_FALSE(manager->hasDonated());
-    EXPECT_FALSE(isVisible());
-}
-
-TEST_F(DonationManagerTest, LaterStartsChangeNothing) {
-    open();
-    platform.loop.advance(30.0);
-    manager.reset();
-    const auto before = preferences.values;
-    open();
-    EXPECT_EQ(preferences.values, before);
-}
-
-TEST_F(DonationManagerTest, AnythingUnderTheFirstLaunchKeyCountsAsSetUp) {
-    preferences.values[firstLaunchKey] = Bytes("no date");
-    open();
-    EXPECT_EQ(preferences.writes, 0);
-    platform.loop.advance(3600.0);
     EXPECT_FALSE(isVisible());
 }
 
@@ -120,19 +64,6 @@ TEST_F(DonationManagerTest, SnoozesGrowToHalfAnHourAndStayThere) {
         EXPECT_EQ(untilNext(), interval);
     }
     EXPECT_EQ(preferences.integer(remindersShownKey), 9);
-}
-
-TEST_F(DonationManagerTest, SnoozeStoresTheCountThenTheDateThenHides) {
-    open();
-    platform.loop.advance(60.0);
-    preferences.written.clear();
-    std::vector<std::string> order;
-    const Subscription watching = manager->isPromptVisible.observeWillChange([&] {
-        order = preferences.written;
-        order.emplace_back("hide");
-    });
-    manager->snooze();
-    EXPECT_EQ(order, (std::vector<std::string>{remindersShownKey, nextReminderKey, "hide"}));
 }
 
 TEST_F(DonationManagerTest, AlreadyDonatedMovesToTheSlowestStep) {
@@ -202,49 +133,6 @@ TEST_F(DonationManagerTest, ClosedWithoutAnAnswerItComesBackAtTheNextCheck) {
     EXPECT_EQ(secondsUntilVisible(100), 60);
 }
 
-TEST_F(DonationManagerTest, CounterOfTheWrongTypeReadsAsZero) {
-    open();
-    preferences.values[remindersShownKey] = Bytes("7");
-    manager->snooze();
-    EXPECT_EQ(preferences.integer(remindersShownKey), 1);
-    EXPECT_EQ(untilNext(), 60.0);
-    preferences.values.erase(remindersShownKey);
-    manager->snooze();
-    EXPECT_EQ(preferences.integer(remindersShownKey), 1);
-}
-
-TEST_F(DonationManagerTest, NegativeCounterCountsOn) {
-    open();
-    preferences.values[remindersShownKey] = std::int64_t{-5};
-    manager->snooze();
-    EXPECT_EQ(preferences.integer(remindersShownKey), -4);
-    EXPECT_EQ(untilNext(), 1800.0);
-}
-
-TEST_F(DonationManagerTest, DateOfTheWrongTypeSilencesUntilTheNextSnooze) {
-    open();
-    preferences.values[nextReminderKey] = std::int64_t{0};
-    platform.loop.advance(7200.0);
-    EXPECT_FALSE(isVisible());
-    manager->snooze();
-    EXPECT_EQ(secondsUntilVisible(100), 60);
-}
-
-TEST_F(DonationManagerTest, MissingDateIsSilent) {
-    open();
-    preferences.values.erase(nextReminderKey);
-    platform.loop.advance(7200.0);
-    EXPECT_FALSE(isVisible());
-}
-
-TEST_F(DonationManagerTest, DonatedOfTheWrongTypeReadsAsFalse) {
-    open();
-    preferences.values[donatedKey] = std::int64_t{1};
-    EXPECT_FALSE(manager->hasDonated());
-    platform.loop.advance(60.0);
-    EXPECT_TRUE(isVisible());
-}
-
 TEST_F(DonationManagerTest, ClockSetBackWaitsForTheStoredDate) {
     open();
     platform.loop.shiftWallClock(-3600.0);
@@ -295,23 +183,6 @@ TEST_F(DonationManagerTest, CheckUnderWayFindsTheManagerGone) {
     platform.loop.advance(600.0);
     EXPECT_EQ(preferences.writes, before);
     EXPECT_EQ(platform.loop.pendingCalls(), 0U);
-}
-
-TEST_F(DonationManagerTest, WorksOnThePreferencesItIsGiven) {
-    fakes::FakePreferences others;
-    const DonationManager other(others);
-    EXPECT_TRUE(others.holds(firstLaunchKey));
-    EXPECT_TRUE(preferences.values.empty());
-}
-
-TEST_F(DonationManagerTest, FailingWritesDoNoHarm) {
-    preferences.isReadOnly = true;
-    open();
-    platform.loop.advance(120.0);
-    EXPECT_FALSE(isVisible());
-    manager->snooze();
-    manager->markDonated();
-    EXPECT_FALSE(manager->hasDonated());
 }
 
 TEST_F(DonationManagerTest, WeekOfRemindersPutOffAtOnce) {

@@ -1,26 +1,12 @@
-#include "platform/qt/QtEventLoop.h"
+#include "QtEventLoopBench.h"
 
-#include "async/SerialQueue.h"
-
-#include <QCoreApplication>
 #include <QEvent>
-#include <QEventLoop>
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <array>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <memory>
-#include <mutex>
-#include <string>
-#include <thread>
-#include <vector>
+#include <utility>
 
 namespace velloran::platform::qt {
 
@@ -28,48 +14,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::uint64_t millisecond = 1'000'000;
-
-/// Lets the toolkit's loop turn, without a limit, until something has happened.
-void turnUntil(const std::function<bool()>& hasHappened) {
-    while (!hasHappened()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-}
-
 /// Keeps the thread busy, and so the loop from turning.
 void stayBusy(std::chrono::milliseconds duration) {
     const Clock::time_point end = Clock::now() + duration;
     while (Clock::now() < end) {
     }
 }
-
-class QtEventLoopTest : public testing::Test {
-protected:
-    /// A function that writes down that it was called.
-    EventLoop::Function note(const std::string& name) {
-        return [this, name] { journal.push_back(name); };
-    }
-
-    void turnUntilCalls(std::size_t count) {
-        turnUntil([this, count] { return journal.size() >= count; });
-    }
-
-    /// Lets the loop turn until everything that is due has been called: something posted and something timed come after
-    /// it.
-    void turnUntilQuiet() {
-        bool isPostedCalled = false;
-        bool isTimedCalled = false;
-        loop.post([&] { isPostedCalled = true; });
-        loop.callAfter(0, [&] { isTimedCalled = true; });
-        turnUntil([&] { return isPostedCalled && isTimedCalled; });
-    }
-
-    std::vector<std::string> journal;
-    QtEventLoop loop;
-};
-
-using Journal = std::vector<std::string>;
 
 /// Calls a function when the toolkit delivers an event to it.
 class Listener final : public QObject {
@@ -87,34 +37,6 @@ protected:
 
 private:
     std::function<void()> function_;
-};
-
-class Pipe {
-public:
-    Pipe() { isOpen_ = pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK) == 0; }
-
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-
-    ~Pipe() {
-        close(ends_[0]);
-        close(ends_[1]);
-    }
-
-    [[nodiscard]] bool isOpen() const { return isOpen_; }
-
-    [[nodiscard]] int readEnd() const { return ends_[0]; }
-
-    void put() const { EXPECT_EQ(write(ends_[1], "x", 1), 1); }
-
-    void take() const {
-        char byte = 0;
-        EXPECT_EQ(read(ends_[0], &byte, 1), 1);
-    }
-
-private:
-    std::array<int, 2> ends_{};
-    bool isOpen_ = false;
 };
 
 } // namespace
@@ -292,121 +214,6 @@ TEST_F(QtEventLoopTest, CallsGoOnInAnEventLoopInsideACall) {
     loop.callAfter(0, note("timed beside it"));
     turnUntilCalls(2);
     EXPECT_EQ(journal, (Journal{"timed beside it", "outer"}));
-}
-
-TEST_F(QtEventLoopTest, AWatchTellsOfEveryByteUntilItEnds) {
-    const Pipe pipe;
-    ASSERT_TRUE(pipe.isOpen());
-    auto watch = loop.watch(pipe.readEnd(), [this, &pipe] {
-        pipe.take();
-        journal.emplace_back("byte");
-    });
-    turnUntilQuiet();
-    EXPECT_TRUE(journal.empty());
-    pipe.put();
-    pipe.put();
-    turnUntilCalls(2);
-    watch.reset();
-    pipe.put();
-    turnUntilQuiet();
-    EXPECT_EQ(journal.size(), 2U);
-}
-
-TEST_F(QtEventLoopTest, AWatchMayEndItself) {
-    const Pipe pipe;
-    ASSERT_TRUE(pipe.isOpen());
-    std::unique_ptr<EventLoop::Watch> watch;
-    watch = loop.watch(pipe.readEnd(), [this, &watch] {
-        watch.reset();
-        journal.emplace_back("byte");
-    });
-    pipe.put();
-    turnUntilCalls(1);
-    turnUntilQuiet();
-    EXPECT_EQ(journal.size(), 1U);
-}
-
-TEST_F(QtEventLoopTest, AQueueDoesItsJobsInOrderOnAThreadOfItsOwn) {
-    std::vector<int> done;
-    std::vector<std::thread::id> threads;
-    auto queue = loop.makeSerialQueue("velloran.test");
-    for (int index = 0; index < 1000; ++index) {
-        queue->async([&, index] {
-            done.push_back(index);
-            threads.push_back(std::this_thread::get_id());
-        });
-    }
-    // Its end waits for the jobs.
-    queue.reset();
-    ASSERT_EQ(done.size(), 1000U);
-    for (int index = 0; index < 1000; ++index) {
-        EXPECT_EQ(done[static_cast<std::size_t>(index)], index);
-        EXPECT_EQ(threads[static_cast<std::size_t>(index)], threads.front());
-    }
-    EXPECT_NE(threads.front(), std::this_thread::get_id());
-}
-
-TEST_F(QtEventLoopTest, TheLoopDoesNotWaitForAQueue) {
-    auto queue = loop.makeSerialQueue("velloran.test");
-    std::vector<std::string> fromQueue;
-    bool isOpen = false;
-    std::mutex mutex;
-    std::condition_variable opened;
-    queue->async([&] {
-        std::unique_lock lock(mutex);
-        opened.wait(lock, [&] { return isOpen; });
-        fromQueue.emplace_back("job");
-    });
-    loop.post(note("turn"));
-    turnUntilCalls(1);
-    {
-        const std::lock_guard lock(mutex);
-        EXPECT_TRUE(fromQueue.empty());
-        isOpen = true;
-    }
-    opened.notify_one();
-    queue.reset();
-    EXPECT_EQ(fromQueue.size(), 1U);
-}
-
-TEST(QtEventLoopEnd, PendingCallsAreDroppedEvenWhenTheyHoldEachOther) {
-    auto held = std::make_shared<int>(0);
-    const std::weak_ptr<int> watched = held;
-    bool isCalled = false;
-    {
-        QtEventLoop loop;
-        // Letting go of any of these cancels others, of both kinds, some of which are gone by then.
-        auto calls = std::make_shared<std::vector<ScheduledCall>>();
-        for (int index = 0; index < 20; ++index) {
-            const auto function = [held, calls, &isCalled] { isCalled = true; };
-            loop.post(function);
-            loop.callAfter(nanosecondsPerSecond, function);
-            auto other = std::make_shared<ScheduledCall>(loop, loop.post([&isCalled] { isCalled = true; }));
-            loop.callAfter(nanosecondsPerSecond, [held, other] {});
-            auto third = std::make_shared<ScheduledCall>(
-                loop, loop.callAfter(millisecond, [held, &isCalled] { isCalled = true; }));
-            loop.post([held, third] {});
-            calls->emplace_back(loop, loop.callAfter(2 * nanosecondsPerSecond, [held] {}));
-        }
-        held.reset();
-        EXPECT_FALSE(watched.expired());
-    }
-    EXPECT_TRUE(watched.expired());
-    EXPECT_FALSE(isCalled);
-}
-
-TEST(QtEventLoopEnd, WhatIsAskedForWhileItEndsIsDroppedToo) {
-    bool isCalled = false;
-    {
-        QtEventLoop loop;
-        // Its end asks for two more calls.
-        const std::shared_ptr<void> asking(nullptr, [&](void*) {
-            loop.post([&isCalled] { isCalled = true; });
-            loop.callAfter(0, [&isCalled] { isCalled = true; });
-        });
-        loop.post([asking] {});
-    }
-    EXPECT_FALSE(isCalled);
 }
 
 TEST(QtEventLoopClock, NowIsTheWallClockSinceTheReferenceDate) {
