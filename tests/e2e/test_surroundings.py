@@ -2,7 +2,7 @@
 
 import os
 
-from harness import preferences
+from harness import keys, preferences
 from harness.case import DesktopCase
 from harness.desktop import Desktop
 from harness.waiting import stays, until
@@ -41,6 +41,19 @@ class MissingServices(DesktopCase):
         program = self.run_ten_clicks({"PULSE_SERVER": "unix:/nowhere/pulse"}, playClickSound=True)
         self.assertEqual(program.end(), 0)
         self.assertEqual(program.log, "")
+
+    def test_nobody_reads_the_log(self):
+        reading, writing = os.pipe()
+        os.close(reading)
+        self.addCleanup(os.close, writing)
+        # A hotkey that another program has is told in the log.
+        self.observer.ask(f"grab {keys.code('s')} control alt")
+        self.addCleanup(self.observer.ask, f"ungrab {keys.code('s')} control alt")
+        stored = preferences.config(clickIntervalSeconds=0.03, maxClicks=10, hotkey=HOTKEY)
+        program = self.start({"velloran.config": preferences.as_bytes(stored)}, stderr=writing)
+        program.find("push button", "Start").do()
+        program.wait_for_headline("Completed")
+        self.assertEqual(program.end(), 0)
 
     def test_no_variables_but_the_display(self):
         bare = {name: None for name in self.desktop.environment}

@@ -43,7 +43,8 @@ public:
     ~SingleInstance() override;
 
     /// Takes the name, or has the program that has it come to the front with `token`. The one call here that waits: two
-    /// seconds at most for the bus, ten for the other program.
+    /// seconds at most for the bus's answer, ten for the other program's. Connecting has no such limit: a bus that
+    /// takes connections and says nothing holds up the whole toolkit.
     Claim claim(const ActivationToken& token);
 
     /// From now on others are served; until then what they ask has no effect. A `toggle` that the bus started this
