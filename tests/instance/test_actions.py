@@ -8,6 +8,7 @@ from harness import preferences
 from harness.case import DesktopCase
 from harness.program import PROGRAM
 from harness.waiting import until
+from startup import StartupListener
 
 MANY_CLICKS = {"stopMode": "manual", "maxClicks": None, "clickIntervalSeconds": 0.05}
 
@@ -96,6 +97,14 @@ class StartedByTheBus(DesktopCase):
     def test_activate_opens_the_window(self):
         self.bus.activate()
         self.wait_for_window()
+
+    def test_the_start_is_over_when_the_window_is_there(self):
+        listener = StartupListener(self.desktop)
+        self.addCleanup(listener.close)
+        identifier = f"shell/5-6-host_TIME{listener.server_time()}"
+        self.bus.activate(desktop_startup_id=identifier)
+        self.wait_for_window()
+        listener.wait_for_end_of(identifier)
 
     def test_toggle_opens_the_window_and_clicks_nothing(self):
         self.observer.move(1450, 140)
