@@ -12,6 +12,7 @@
 #include "platform/Platform.h"
 #include "platform/instance/SingleInstance.h"
 #include "platform/instance/WindowRaiser.h"
+#include "platform/instance/windowManagerMenu.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/pulse/PulseSounds.h"
@@ -21,6 +22,7 @@
 #include "ui/DonationModel.h"
 #include "ui/StoreModel.h"
 #include "ui/recorder/KeyEventMonitor.h"
+#include "ui/shell/WindowManagerMenu.h"
 #include "ui/theme/Providers.h"
 
 #include <unistd.h>
@@ -122,6 +124,7 @@ int run(platform::instance::SingleInstance& instance) {
     const KeyEventMonitor keyMonitor(desktop->keyCharacters());
     StoreModel storeModel(store);
     DonationModel donationModel(donations);
+    WindowManagerMenu managerMenu(platform::instance::showWindowManagerMenu);
 
     desktop->inputTrust().onChanged([weak = std::weak_ptr(store)] {
         const auto current = weak.lock();
@@ -141,6 +144,7 @@ int run(platform::instance::SingleInstance& instance) {
         {"store", QVariant::fromValue(&storeModel)},
         {"donations", QVariant::fromValue(&donationModel)},
         {"limits", toStrings(desktop->limits())},
+        {"managerMenu", QVariant::fromValue(&managerMenu)},
     });
     // By name and not by address: only an import makes the module's own types known.
     engine.loadData(QByteArrayLiteral("import Velloran\nMainWindow {}\n"));

@@ -1,5 +1,7 @@
 #include "platform/instance/WindowRaiser.h"
 
+#include "platform/instance/rootWindow.h"
+
 #include <QGuiApplication>
 #include <QWindow>
 #include <qguiapplication_platform.h>
@@ -7,32 +9,11 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
 namespace velloran::platform::instance {
 
 namespace {
-
-struct FreeMemory {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
-xcb_atom_t atomOf(xcb_connection_t* connection, const char* name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const std::unique_ptr<xcb_intern_atom_reply_t, FreeMemory> reply(
-        xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
-/// The root window of the screen that the window is on.
-xcb_window_t rootOf(xcb_connection_t* connection, xcb_window_t window) {
-    const auto cookie = xcb_get_geometry(connection, window);
-    const std::unique_ptr<xcb_get_geometry_reply_t, FreeMemory> reply(
-        xcb_get_geometry_reply(connection, cookie, nullptr));
-    return reply ? reply->root : xcb_window_t{XCB_WINDOW_NONE};
-}
 
 /// Asks the window manager for the focus. With the time of the user's action it can judge by itself; without, the user
 /// has just started the program by other means, which makes it the user's own wish.
@@ -47,8 +28,7 @@ void requestFocus(xcb_connection_t* connection, xcb_window_t root, xcb_window_t 
     message.type = atomOf(connection, "_NET_ACTIVE_WINDOW");
     message.data.data32[0] = time ? fromApplication : fromUser;
     message.data.data32[1] = time.value_or(XCB_CURRENT_TIME);
-    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
+    tellWindowManager(connection, root, message);
 }
 
 /// Start-up notifications are texts that are sent to everybody, twenty bytes at a time.

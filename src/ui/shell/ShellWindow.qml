@@ -16,6 +16,9 @@ T.ApplicationWindow {
     /// What does not work on this desktop, in sentences.
     property list<string> limits: []
 
+    /// The window manager's menu for this window, if it has one.
+    property WindowManagerMenu managerMenu: null
+
     /// Whether any sheet or dialog is open.
     readonly property bool isSheetOpen: SheetStack.isOccupied
     /// What the window buttons take of the left end of the title bar.
@@ -77,6 +80,7 @@ T.ApplicationWindow {
         window: root
         titleHeight: 64
         isMenuEnabled: !root.isSheetOpen
+        managerMenu: root.managerMenu
         onOptionsRequested: root.showOptions()
         onAboutRequested: root.showAbout()
         onQuitRequested: Qt.quit()

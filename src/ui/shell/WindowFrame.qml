@@ -11,6 +11,8 @@ FocusScope {
     required property int titleHeight
     /// Whether the menu can be used.
     required property bool isMenuEnabled
+    /// The window manager's menu for the window; without one, the frame has its own.
+    required property WindowManagerMenu managerMenu
 
     /// What the buttons take of the left end of the title bar.
     readonly property real leftInset: leftButtons.width > 0 ? leftButtons.x + leftButtons.width : 0
@@ -42,7 +44,10 @@ FocusScope {
         TapHandler {
             acceptedButtons: Qt.RightButton
             gesturePolicy: TapHandler.DragThreshold
-            onTapped: eventPoint => windowMenu.openAt(eventPoint.position)
+            onTapped: eventPoint => {
+                if (!root.managerMenu?.show(root.window))
+                    windowMenu.openAt(eventPoint.position);
+            }
         }
 
         WindowMenu {
