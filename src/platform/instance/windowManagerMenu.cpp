@@ -18,14 +18,15 @@ namespace {
 /// Whether the window manager lists the message among those that it understands.
 bool isSupported(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t message) {
     constexpr std::uint32_t mostWords = 4096;
-    const auto cookie = xcb_get_property(connection, 0, root, atomOf(connection, "_NET_SUPPORTED"), XCB_ATOM_ATOM, 0,
-                                         mostWords);
+    const auto cookie =
+        xcb_get_property(connection, 0, root, atomOf(connection, "_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, mostWords);
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
     if (!reply || reply->format != 32) {
         return false;
     }
     const std::span supported(static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get())),
-                              static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) / sizeof(xcb_atom_t));
+                              static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) /
+                                  sizeof(xcb_atom_t));
     return std::find(supported.begin(), supported.end(), message) != supported.end();
 }
 

@@ -4,8 +4,8 @@ class QWindow;
 
 namespace velloran::platform::instance {
 
-/// Has the window manager show its own menu for the window at the pointer, with everything it can do with windows. False
-/// where it is not known to have one; then nothing happens. To be called while no button is held down.
+/// Has the window manager show its own menu for the window at the pointer, with everything it can do with windows.
+/// False where it is not known to have one; then nothing happens. To be called while no button is held down.
 bool showWindowManagerMenu(QWindow& window);
 
 } // namespace velloran::platform::instance
