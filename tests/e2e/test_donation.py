@@ -1,6 +1,7 @@
 """The donation prompt and its schedule."""
 
 import os
+import signal
 
 from harness import preferences
 from harness.case import DesktopCase
@@ -66,6 +67,22 @@ class DonationPrompt(DesktopCase):
         program.click_on("push button", "I've already donated")
         program.wait_until_gone("dialog", TITLE)
         self.assert_scheduled(program, 1800.0, 7)
+
+    def test_the_browser_hears_signals_as_if_started_elsewhere(self):
+        path = os.path.join(self.desktop.folder, "browser-signals")
+        # A shell that leaves the signals as it finds them; some clear what is held back.
+        self.desktop.add_tool("xdg-open", f'#!/bin/bash\ngrep -E "^Sig(Blk|Ign):" /proc/self/status >"{path}.new"\n'
+                                          f'mv "{path}.new" "{path}"\n')
+        program = self.start_due()
+        self.prompt(program)
+        program.click_on("push button", "Donate via Stripe")
+        until(lambda: os.path.exists(path), "no browser was opened")
+        with open(path, encoding="ascii") as file:
+            masks = {line.split()[0]: int(line.split()[1], 16) for line in file}
+        self.assertEqual(set(masks), {"SigBlk:", "SigIgn:"})
+        for number in (signal.SIGHUP, signal.SIGINT, signal.SIGPIPE, signal.SIGTERM):
+            for name, mask in masks.items():
+                self.assertFalse(mask >> (number - 1) & 1, f"{number.name} in {name}")
 
     def test_donating(self):
         program = self.start_due()

@@ -1,5 +1,6 @@
 #include "platform/posix/TerminationSignals.h"
 
+#include <pthread.h>
 #include <signal.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
@@ -24,6 +25,11 @@ sigset_t terminationSignals() {
 void TerminationSignals::block() {
     const sigset_t signals = terminationSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    // What a process holds back its children hold back as well, and a browser is not to outlive the session for that.
+    pthread_atfork(nullptr, nullptr, [] {
+        const sigset_t held = terminationSignals();
+        pthread_sigmask(SIG_UNBLOCK, &held, nullptr);
+    });
 }
 
 TerminationSignals::TerminationSignals(EventLoop& loop, std::function<void()> requested) {
