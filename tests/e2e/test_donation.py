@@ -68,21 +68,31 @@ class DonationPrompt(DesktopCase):
         program.wait_until_gone("dialog", TITLE)
         self.assert_scheduled(program, 1800.0, 7)
 
-    def test_the_browser_hears_signals_as_if_started_elsewhere(self):
-        path = os.path.join(self.desktop.folder, "browser-signals")
+    def start_browser(self, what, **options):
+        """Has the donation page opened by a browser that writes down what a command of the shell prints, and returns that."""
+        path = os.path.join(self.desktop.folder, "browser-" + self._testMethodName)
         # A shell that leaves the signals as it finds them; some clear what is held back.
-        self.desktop.add_tool("xdg-open", f'#!/bin/bash\ngrep -E "^Sig(Blk|Ign):" /proc/self/status >"{path}.new"\n'
-                                          f'mv "{path}.new" "{path}"\n')
-        program = self.start_due()
+        self.desktop.add_tool("xdg-open", f'#!/bin/bash\n{what} >"{path}.new"\nmv "{path}.new" "{path}"\n')
+        program = self.start_due(**options)
         self.prompt(program)
         program.click_on("push button", "Donate via Stripe")
         until(lambda: os.path.exists(path), "no browser was opened")
-        with open(path, encoding="ascii") as file:
-            masks = {line.split()[0]: int(line.split()[1], 16) for line in file}
+        with open(path, encoding="utf-8") as file:
+            return file.read().splitlines()
+
+    def test_the_browser_hears_signals_as_if_started_elsewhere(self):
+        lines = self.start_browser('grep -E "^Sig(Blk|Ign):" /proc/self/status')
+        masks = {line.split()[0]: int(line.split()[1], 16) for line in lines}
         self.assertEqual(set(masks), {"SigBlk:", "SigIgn:"})
         for number in (signal.SIGHUP, signal.SIGINT, signal.SIGPIPE, signal.SIGTERM):
             for name, mask in masks.items():
                 self.assertFalse(mask >> (number - 1) & 1, f"{number.name} in {name}")
+
+    def test_the_browser_does_not_get_what_the_start_was_given(self):
+        given = {"DESKTOP_STARTUP_ID": "launcher/7-8-host_TIME1", "XDG_ACTIVATION_TOKEN": "token"}
+        names = [line.split("=")[0] for line in self.start_browser("env", environment=given)]
+        self.assertIn("DISPLAY", names)
+        self.assertEqual(set(names) & set(given), set())
 
     def test_donating(self):
         program = self.start_due()

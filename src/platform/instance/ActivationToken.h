@@ -18,7 +18,7 @@ struct ActivationToken {
 
     bool operator==(const ActivationToken&) const = default;
 
-    /// What this process was started with. To be asked before the toolkit starts: it clears the variables.
+    /// What this process was started with. To be asked before the toolkit starts: it uses the variables up.
     static ActivationToken fromEnvironment();
 
     /// What came with a call on the session bus.
