@@ -111,6 +111,7 @@ class Recorder(DesktopCase):
     def test_a_recorded_hotkey_works_at_once(self):
         program = self.start_recording(clickIntervalSeconds=0.02, maxClicks=3)
         self.observer.press("k", "control", "super")
+        program.wait_for_stored(hotkey=self.hotkey(CONTROL | COMMAND, 40, "⌃⌘K"))
         program.wait_for_hotkey("k", "control", "super")
         self.observer.move(1450, 150)
         self.observer.forget()

@@ -246,4 +246,6 @@ class Program:
         until(has_fields, lambda: f"stored is {self.stored_config()}, not {fields}")
 
     def wait_for_hotkey(self, name, *modifiers):
+        """Waits until the program holds the hotkey. Not right after a change: each look takes the combination for a moment, and a
+        program that asks for it just then does not get it. Once the change is stored it has asked."""
         until(lambda: not self.observer.has_hotkey_free(name, *modifiers), f"the hotkey {modifiers} {name} was not registered")
