@@ -95,7 +95,11 @@ PortalFileQuestion::~PortalFileQuestion() {
 
 void PortalFileQuestion::ask(FileQuestionKind kind, QWindow* window) {
     if (!bus_.isConnected()) {
-        QTimer::singleShot(0, this, &FileQuestion::unavailable);
+        // In a later turn, like every answer.
+        auto* const turn = new QTimer(this);
+        connect(turn, &QTimer::timeout, this, &FileQuestion::unavailable);
+        turn->setSingleShot(true);
+        turn->start(0);
         return;
     }
     QDBusMessage question = QDBusMessage::createMethodCall(
