@@ -45,6 +45,23 @@ class Recorder(DesktopCase):
                 self.assertEqual(program.focused().name, recorded["display"])
                 program.close()
 
+    def test_keypad_keys_are_called_by_their_sign_while_num_lock_is_on(self):
+        self.addCleanup(self.observer.ask, "lock num off")
+        for lock, name, recorded in (
+                ("on", "Keypad5", self.hotkey(CONTROL, 87, "⌃5")),
+                ("on", "KeypadPoint", self.hotkey(CONTROL, 65, "⌃.")),
+                ("on", "KeypadPlus", self.hotkey(CONTROL, 69, "⌃+")),
+                ("off", "Keypad5", self.hotkey(CONTROL, 87, "⌃KEYPAD 5")),
+                ("off", "KeypadPoint", self.hotkey(CONTROL, 65, "⌃KEYPAD .")),
+                ("off", "KeypadPlus", self.hotkey(CONTROL, 69, "⌃+"))):
+            with self.subTest(recorded["display"], lock=lock):
+                self.observer.ask("lock num " + lock)
+                program = self.start_recording()
+                self.observer.press(name, "control")
+                program.wait_for_stored(hotkey=recorded)
+                program.wait_for_text("Hotkey: " + recorded["display"])
+                program.close()
+
     def test_keys_alone_are_swallowed_and_recording_goes_on(self):
         program = self.start_recording()
         for name in ("a", "Tab", "Return", "Space", "Down", "Delete", "F9", "KeypadEnter", "Menu"):

@@ -1,3 +1,4 @@
+#include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Keyboard.h"
 #include "support/Desktop.h"
 
@@ -7,10 +8,9 @@ namespace velloran::tests {
 
 class X11KeyboardTest : public Desktop {
 protected:
-    [[nodiscard]] std::string characters(std::uint32_t evdevCode) {
-        const auto layout = x11->keyboard().layout();
-        EXPECT_TRUE(layout.ok());
-        return layout.ok() ? layout.value().charactersIgnoringModifiers(evdevCode, x11->keyboard().group(), false) : "";
+    [[nodiscard]] std::string characters(std::uint32_t evdevCode, bool shiftHeld = false) {
+        platform::x11::X11KeyCharacters characters(x11->keyboard());
+        return characters.charactersIgnoringModifiers(evdevCode, shiftHeld).value_or("nothing");
     }
 
     void setLayout(const std::string& layout) const {
@@ -25,17 +25,45 @@ TEST_F(X11KeyboardTest, TellsTheServersLayoutOfTheMoment) {
     setLayout("us,ru");
     EXPECT_EQ(characters(KEY_Y), "y");
     user->lockGroup(1);
-    EXPECT_EQ(x11->keyboard().group(), 1U);
+    EXPECT_EQ(x11->keyboard().state().group, 1U);
     EXPECT_EQ(characters(KEY_Y), "н");
+}
+
+TEST_F(X11KeyboardTest, TheKeypadGivesTextWhileNumLockIsOn) {
+    EXPECT_EQ(characters(KEY_KP5), "Keypad 5");
+    EXPECT_EQ(characters(KEY_KPDOT), "Keypad .");
+    user->lockModifiers(numLock, true);
+    EXPECT_EQ(characters(KEY_KP5), "5");
+    EXPECT_EQ(characters(KEY_KPDOT), ".");
+    EXPECT_EQ(characters(KEY_KP5, true), "Keypad 5") << "Shift takes it back";
+    user->lockModifiers(numLock, false);
+    EXPECT_EQ(characters(KEY_KP5), "Keypad 5");
+}
+
+TEST_F(X11KeyboardTest, NumLockMayBeAnyModifier) {
+    ASSERT_EQ(runProgram({"env", "DISPLAY=" + server.displayName(), "xmodmap", "-e", "clear mod2", "-e", "clear mod3",
+                          "-e", "add mod3 = Num_Lock"}),
+              0);
+    user->lockModifiers(numLock, true);
+    EXPECT_EQ(characters(KEY_KP5), "Keypad 5") << "where it customarily is";
+    user->lockModifiers(mod3, true);
+    EXPECT_EQ(characters(KEY_KP5), "5");
+}
+
+TEST_F(X11KeyboardTest, OtherLocksAreDropped) {
+    user->lockModifiers(capsLock, true);
+    EXPECT_EQ(characters(KEY_A), "a");
+    setLayout("de");
+    constexpr unsigned thirdLevel = 0x80;
+    user->lockModifiers(thirdLevel, true);
+    EXPECT_EQ(characters(KEY_Q), "q");
 }
 
 TEST_F(X11KeyboardTest, KeyCodesAreEvdevCodesPlusEight) {
     EXPECT_EQ(x11->keyboard().keyCode(KEY_F8), f8Key);
-    EXPECT_EQ(platform::x11::X11Keyboard::evdevCode(f8Key), static_cast<std::uint32_t>(KEY_F8));
     EXPECT_EQ(x11->keyboard().keyCode(247), 255);
     EXPECT_EQ(x11->keyboard().keyCode(248), std::nullopt);
     EXPECT_EQ(x11->keyboard().keyCode(KEY_FN), std::nullopt);
-    EXPECT_EQ(platform::x11::X11Keyboard::evdevCode(3), 0U);
 }
 
 TEST_F(X11KeyboardTest, TellsWhichKeysAreDown) {

@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(x11->hotKeys().registerHotKey(101, controlModifier, {}, reference), hotKeyInvalidError);
         EXPECT_EQ(reference, 0U);
         EXPECT_FALSE(x11->keyboard().layout().ok());
-        EXPECT_EQ(x11->keyboard().group(), 0U);
+        EXPECT_EQ(x11->keyboard().state().group, 0U);
     }
 
     /// Lets the loop go round until nothing is left to be told.

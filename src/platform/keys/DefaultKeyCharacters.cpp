@@ -10,7 +10,7 @@ std::optional<std::string> DefaultKeyCharacters::charactersIgnoringModifiers(std
     if (!layout_) {
         return std::nullopt;
     }
-    std::string characters = layout_.value().charactersIgnoringModifiers(evdevCode, 0, shiftHeld);
+    std::string characters = layout_.value().charactersIgnoringModifiers(evdevCode, {}, shiftHeld);
     return characters.empty() ? std::nullopt : std::optional(std::move(characters));
 }
 

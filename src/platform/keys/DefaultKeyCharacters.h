@@ -5,7 +5,7 @@
 
 namespace velloran::platform::keys {
 
-/// What the keys give under the system's default layout, for sessions that do not tell theirs.
+/// What the keys give under the system's default layout with Num Lock off, for sessions that tell neither.
 class DefaultKeyCharacters final : public KeyCharacters {
 public:
     DefaultKeyCharacters();

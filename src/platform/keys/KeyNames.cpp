@@ -16,8 +16,8 @@ struct PlaceName {
     std::string_view name;
 };
 
-// Layouts give many of these keys other symbols (F13 is "Tools" in most), and the keypad's digits come and go with Num
-// Lock.
+// Layouts give many of these keys other symbols: F13 is "Tools" in most, and the keypad's 7 is "KP_Home" while Num Lock
+// is off.
 constexpr std::array placeNames = std::to_array<PlaceName>({
     {KEY_F1, "F1"},        {KEY_F2, "F2"},        {KEY_F3, "F3"},          {KEY_F4, "F4"},
     {KEY_F5, "F5"},        {KEY_F6, "F6"},        {KEY_F7, "F7"},          {KEY_F8, "F8"},

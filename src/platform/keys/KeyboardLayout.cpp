@@ -43,6 +43,23 @@ std::string textOfKey(xkb_state* state, xkb_keycode_t key) {
     return text;
 }
 
+/// The modifiers that the Num Lock key locks on this keyboard; none where it has no such key. Which ones these are is
+/// for each keymap to say.
+xkb_mod_mask_t numLockModifiers(xkb_keymap* keymap) {
+    const State state(xkb_state_new(keymap));
+    if (!state) {
+        return 0;
+    }
+    const xkb_keycode_t last = xkb_keymap_max_keycode(keymap);
+    for (xkb_keycode_t key = xkb_keymap_min_keycode(keymap); key <= last; ++key) {
+        if (xkb_state_key_get_one_sym(state.get(), key) == XKB_KEY_Num_Lock) {
+            xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
+            return xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED);
+        }
+    }
+    return 0;
+}
+
 bool isControlText(std::string_view text) {
     return text.size() == 1 && (static_cast<unsigned char>(text.front()) < 0x20 || text.front() == '\x7f');
 }
@@ -77,7 +94,7 @@ Result<KeyboardLayout> KeyboardLayout::fromNames(const LayoutNames& names) {
     return KeyboardLayout(keymap);
 }
 
-std::string KeyboardLayout::charactersIgnoringModifiers(std::uint32_t evdevCode, std::uint32_t group,
+std::string KeyboardLayout::charactersIgnoringModifiers(std::uint32_t evdevCode, const KeyboardState& keyboard,
                                                         bool shiftHeld) const {
     const State state(xkb_state_new(keymap_.get()));
     if (!state) {
@@ -86,7 +103,8 @@ std::string KeyboardLayout::charactersIgnoringModifiers(std::uint32_t evdevCode,
     const xkb_keycode_t key = evdevCode + evdevOffset;
     const xkb_mod_index_t shift = xkb_keymap_mod_get_index(keymap_.get(), XKB_MOD_NAME_SHIFT);
     const xkb_mod_mask_t held = shiftHeld && shift != XKB_MOD_INVALID ? xkb_mod_mask_t{1} << shift : 0;
-    xkb_state_update_mask(state.get(), held, 0, 0, 0, 0, group);
+    const xkb_mod_mask_t locked = keyboard.lockedModifiers & numLockModifiers(keymap_.get());
+    xkb_state_update_mask(state.get(), held, 0, locked, 0, 0, keyboard.group);
 
     const xkb_keysym_t symbol = xkb_state_key_get_one_sym(state.get(), key);
     if (isModifierSymbol(symbol) || isDeadSymbol(symbol)) {

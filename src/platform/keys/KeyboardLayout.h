@@ -19,6 +19,14 @@ struct LayoutNames {
     std::string options;
 };
 
+/// What is in force on a keyboard besides the keys that are down.
+struct KeyboardState {
+    /// The active layout group, 0 being the first.
+    std::uint32_t group = 0;
+    /// The modifiers that are locked, as bits in the keymap's order.
+    std::uint32_t lockedModifiers = 0;
+};
+
 /// Tells what the keys of a keyboard give. A value of one moment: it does not follow later changes of the layout.
 class KeyboardLayout {
 public:
@@ -28,10 +36,9 @@ public:
     /// Puts a keymap together by names, from the files of this system.
     static Result<KeyboardLayout> fromNames(const LayoutNames& names);
 
-    /// What the key gives with every modifier dropped, except Shift when `shiftHeld`, in the layout group `group` (0 is
-    /// the first). A key that gives no text reports a readable name instead; a dead key and a modifier key give an
-    /// empty text.
-    [[nodiscard]] std::string charactersIgnoringModifiers(std::uint32_t evdevCode, std::uint32_t group,
+    /// What the key gives with every modifier dropped, except Shift when `shiftHeld` and Num Lock when that is locked.
+    /// A key that gives no text reports a readable name instead; a dead key and a modifier key give an empty text.
+    [[nodiscard]] std::string charactersIgnoringModifiers(std::uint32_t evdevCode, const KeyboardState& keyboard,
                                                           bool shiftHeld) const;
 
 private:

@@ -12,7 +12,7 @@ std::optional<std::string> X11KeyCharacters::charactersIgnoringModifiers(std::ui
     if (!layout) {
         return std::nullopt;
     }
-    std::string characters = layout.value().charactersIgnoringModifiers(evdevCode, keyboard_.group(), shiftHeld);
+    std::string characters = layout.value().charactersIgnoringModifiers(evdevCode, keyboard_.state(), shiftHeld);
     return characters.empty() ? std::nullopt : std::optional(std::move(characters));
 }
 

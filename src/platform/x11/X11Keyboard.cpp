@@ -61,10 +61,6 @@ std::optional<xcb_keycode_t> X11Keyboard::keyCode(std::uint32_t evdevCode) const
     return static_cast<xcb_keycode_t>(code);
 }
 
-std::uint32_t X11Keyboard::evdevCode(xcb_keycode_t keyCode) {
-    return keyCode < evdevOffset ? 0 : keyCode - evdevOffset;
-}
-
 X11Keyboard::Keys X11Keyboard::keysDown() {
     xcb_connection_t* const server = connection_.get();
     const XcbOwned<xcb_query_keymap_reply_t> reply(xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
@@ -108,15 +104,15 @@ Result<keys::KeyboardLayout> X11Keyboard::layout() {
     return keys::KeyboardLayout::fromText(text ? text.get() : "");
 }
 
-std::uint32_t X11Keyboard::group() {
+keys::KeyboardState X11Keyboard::state() {
     if (!isPresent_) {
-        return 0;
+        return {};
     }
     xcb_connection_t* const server = connection_.get();
     const XcbOwned<xcb_xkb_get_state_reply_t> state(
         xcb_xkb_get_state_reply(server, xcb_xkb_get_state(server, coreKeyboard), nullptr));
     connection_.settle();
-    return state ? state->group : 0;
+    return state ? keys::KeyboardState{state->group, state->lockedMods} : keys::KeyboardState{};
 }
 
 } // namespace velloran::platform::x11

@@ -25,9 +25,6 @@ public:
     /// The server's key code for an evdev code; nothing when the server has no such key.
     [[nodiscard]] std::optional<xcb_keycode_t> keyCode(std::uint32_t evdevCode) const;
 
-    /// The evdev code of a server's key code, as events carry it.
-    [[nodiscard]] static std::uint32_t evdevCode(xcb_keycode_t keyCode);
-
     /// The keys that are down now. Waits for the server.
     [[nodiscard]] Keys keysDown();
 
@@ -37,8 +34,8 @@ public:
     /// What the keys give now. Costs some milliseconds: ask once, keep the answer, ask again for the next use.
     [[nodiscard]] Result<keys::KeyboardLayout> layout();
 
-    /// The layout group that is active now, 0 being the first. Waits for the server.
-    [[nodiscard]] std::uint32_t group();
+    /// What is in force now besides the keys that are down. Waits for the server.
+    [[nodiscard]] keys::KeyboardState state();
 
 private:
     MainConnection& connection_;

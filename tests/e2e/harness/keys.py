@@ -3,7 +3,7 @@
 CODES = {
     "Escape": 9, "BackSpace": 22, "Tab": 23, "Return": 36, "Space": 65, "CapsLock": 66, "F1": 67, "F8": 74, "F9": 75, "F10": 76,
     "Home": 110, "Up": 111, "PageUp": 112, "Left": 113, "Right": 114, "End": 115, "Down": 116, "PageDown": 117, "Insert": 118,
-    "Delete": 119, "KeypadEnter": 104, "KeypadPlus": 86, "Shift": 50, "Control": 37, "Alt": 64, "Super": 133, "Menu": 135,
+    "Delete": 119, "KeypadEnter": 104, "KeypadPlus": 86, "Keypad5": 84, "KeypadPoint": 91, "Shift": 50, "Control": 37, "Alt": 64, "Super": 133, "Menu": 135,
 }
 
 _ROWS = ((10, "1234567890-=", "!@#$%^&*()_+"), (24, "qwertyuiop[]", "QWERTYUIOP{}"), (38, "asdfghjkl;'`", 'ASDFGHJKL:"~'),
