@@ -42,7 +42,8 @@ public:
     PointerEvents& operator=(const PointerEvents&) = delete;
     virtual ~PointerEvents() = default;
 
-    /// Where the pointer is, in global coordinates; nothing when the system does not say.
+    /// Where the pointer is, in global coordinates; nothing when the system does not say, or when saying it would make
+    /// clicks wait.
     virtual std::optional<Point> location() = 0;
 
     /// Prepares an event; nothing when it cannot be made. `position` tells where the pointer is and moves nothing.
@@ -51,8 +52,7 @@ public:
     /// Puts an event in the queue of those to be sent.
     virtual void post(const MouseEvent& event) = 0;
 
-    /// Sends all that was posted, in order and in one piece. What is posted may be sent earlier, but only as a whole
-    /// click.
+    /// Sends all that was posted, in order and in one piece.
     virtual void flush() = 0;
 };
 

@@ -27,10 +27,10 @@ int main(int argc, char** argv) {
     }
     PointerEvents& pointer = connected.value()->pointerEvents();
     std::cout << "clicking" << std::endl;
-    while (connected.value()->inputTrust().isTrusted()) {
-        const Point position = pointer.location().value_or(Point{});
+    // Clicks wait for nothing; the answers keep the server from falling behind.
+    while (const auto position = connected.value()->pointerPosition().currentPosition()) {
         for (const MouseEventType type : {MouseEventType::leftMouseDown, MouseEventType::leftMouseUp}) {
-            if (const auto event = pointer.makeMouseEvent(type, position, EventButton::left)) {
+            if (const auto event = pointer.makeMouseEvent(type, *position, EventButton::left)) {
                 pointer.post(*event);
             }
         }

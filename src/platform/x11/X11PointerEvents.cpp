@@ -1,7 +1,5 @@
 #include "platform/x11/X11PointerEvents.h"
 
-#include "platform/x11/pointerQuery.h"
-
 #include <xcb/xtest.h>
 
 #include <utility>
@@ -10,13 +8,14 @@ namespace velloran::platform::x11 {
 
 namespace {
 
-/// Together they take half of the library's output buffer, which is written out in one piece as long as it does not
-/// fill up.
-constexpr std::size_t mostPendingEvents = 200;
-
 bool isDown(MouseEventType type) {
     return type == MouseEventType::leftMouseDown || type == MouseEventType::rightMouseDown ||
            type == MouseEventType::otherMouseDown;
+}
+
+bool isPointerMappingChange(const xcb_generic_event_t& event) {
+    return eventKind(event) == XCB_MAPPING_NOTIFY &&
+           reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request == XCB_MAPPING_POINTER;
 }
 
 bool answersXTest(xcb_connection_t* connection) {
@@ -38,18 +37,17 @@ X11PointerEvents::X11PointerEvents(XcbConnection connection, ServerLoss& loss)
       mapping_(ButtonMapping::read(connection_.get())) {}
 
 std::optional<Point> X11PointerEvents::location() {
-    const std::optional<Point> point = queryPointer(connection_.get());
-    noticeLoss();
-    return point;
+    // The events happen where the pointer is by themselves. Asking where that is would have every click wait for the
+    // server, and clicks that wait would still come long after the end of a run.
+    return std::nullopt;
 }
 
 std::optional<MouseEvent> X11PointerEvents::makeMouseEvent(MouseEventType type, Point position, EventButton button) {
-    if (!canPost_ || loss_.isLost()) {
-        return std::nullopt;
+    // A click has one mapping: the one of its beginning.
+    if (pending_.empty()) {
+        followMapping();
     }
-    // Reading the pointer went before, and every change that the server had told until then came along with its answer.
-    followMapping();
-    if (!mapping_.physicalButton(button)) {
+    if (!canPost_ || loss_.isLost() || !mapping_.physicalButton(button)) {
         return std::nullopt;
     }
     return MouseEvent{type, position, button};
@@ -57,9 +55,6 @@ std::optional<MouseEvent> X11PointerEvents::makeMouseEvent(MouseEventType type, 
 
 void X11PointerEvents::post(const MouseEvent& event) {
     pending_.push_back(event);
-    if (pending_.size() >= mostPendingEvents && !isDown(event.type)) {
-        flush();
-    }
 }
 
 void X11PointerEvents::flush() {
@@ -67,9 +62,9 @@ void X11PointerEvents::flush() {
     if (events.empty() || !canPost_ || loss_.isLost()) {
         return;
     }
-    // The library writes its buffer out when it is full, wherever that cuts. It starts empty here, so that all of these
-    // leave in one write: whoever is killed at any moment has sent both halves of a click or none. Press and release
-    // also name the same physical button, because the mapping is not read again in between.
+    // The library writes its buffer out when it is full, wherever that cuts. It starts empty here, so that a click
+    // leaves in one write: whoever is killed at any moment has sent both halves of it or none. Press and release also
+    // name the same physical button, because the mapping is not read again in between.
     xcb_flush(connection_.get());
     for (const MouseEvent& event : events) {
         if (const auto button = mapping_.physicalButton(event.button)) {
@@ -82,9 +77,11 @@ void X11PointerEvents::flush() {
 }
 
 void X11PointerEvents::followMapping() {
+    // Polling reads what has arrived, and waits for nothing. The server tells of every change unasked; whatever it had
+    // told before the click began counts for the click.
     bool hasChanged = false;
     while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-        hasChanged = hasChanged || eventKind(*event) == XCB_MAPPING_NOTIFY;
+        hasChanged = hasChanged || isPointerMappingChange(*event);
     }
     if (hasChanged) {
         mapping_ = ButtonMapping::read(connection_.get());

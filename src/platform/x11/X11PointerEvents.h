@@ -10,7 +10,8 @@
 namespace velloran::platform::x11 {
 
 /// Clicks through the XTEST extension, on a connection of its own: the engine's thread shares none with the main
-/// thread. Without a server, or without the extension, everything is a no-op.
+/// thread. A click waits for no answer of the server, unless that has just told of another button mapping. Without a
+/// server, or without the extension, everything is a no-op.
 class X11PointerEvents final : public PointerEvents {
 public:
     X11PointerEvents(XcbConnection connection, ServerLoss& loss);
@@ -18,6 +19,7 @@ public:
     /// Whether XTEST answered when the connection was made. May be asked on any thread.
     [[nodiscard]] bool canPost() const { return canPost_; }
 
+    /// Always nothing: a click needs no place here.
     std::optional<Point> location() override;
     std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) override;
     void post(const MouseEvent& event) override;

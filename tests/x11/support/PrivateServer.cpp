@@ -20,6 +20,14 @@ PrivateServer::PrivateServer() {
     isUp_ = windowManager_->readLine() == "ready";
 }
 
+void PrivateServer::pause() {
+    server_->sendSignal(SIGSTOP);
+}
+
+void PrivateServer::goOn() {
+    server_->sendSignal(SIGCONT);
+}
+
 void PrivateServer::crash() {
     server_->sendSignal(SIGKILL);
     server_->wait();

@@ -22,6 +22,10 @@ public:
     /// Ends the server as a crash would, and waits until it is gone.
     void crash();
 
+    /// Has the server do nothing, not even read what it is sent, until it is to go on.
+    void pause();
+    void goOn();
+
 private:
     std::string displayName_;
     std::unique_ptr<ChildProcess> server_;
