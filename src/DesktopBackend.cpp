@@ -68,7 +68,7 @@ std::unique_ptr<DesktopBackend> makeDesktopBackend(EventLoop& loop, platform::Sy
     if (choice.backend == platform::Backend::unavailable) {
         return std::make_unique<UnavailableBackend>(log, choice.reason);
     }
-    auto x11 = platform::x11::X11Platform::connect(loop, log, std::move(onServerLost));
+    auto x11 = platform::x11::X11Platform::connect(loop, std::move(onServerLost));
     if (!x11) {
         return std::make_unique<UnavailableBackend>(log, "Input cannot be posted: " + x11.error().message);
     }

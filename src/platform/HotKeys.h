@@ -52,7 +52,7 @@ public:
 
     /// Registers a combination: a layout-independent virtual key code and modifier bits as above. A press while it is
     /// held counts once. On success `hotKey` names it; otherwise `hotKey` is left alone and the status says why.
-    /// Registering only reports what is known at once; a desktop that answers later does so by log line.
+    /// The status is all that is reported: what a desktop finds out later, or takes back, goes by without a word.
     virtual Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id, Reference& hotKey) = 0;
     virtual void unregisterHotKey(Reference hotKey) = 0;
 };

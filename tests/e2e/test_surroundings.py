@@ -180,3 +180,27 @@ class WaylandSessions(DesktopCase):
                 self.assertTrue(self.observer.has_hotkey_free("s", "control", "alt"))
                 self.assertEqual(program.end(), 0)
                 program.close()
+
+
+class TakenHotkeys(DesktopCase):
+    def start_with_hotkey(self, modifiers, display):
+        return self.start_with(hotkey={"modifierFlagsRaw": modifiers, "keyCode": 1, "display": display})
+
+    def test_a_hotkey_that_another_program_has_is_one_line_in_the_log(self):
+        self.observer.ask("grab 39 control alt")
+        self.addCleanup(self.observer.ask, "ungrab 39 control alt")
+        program = self.start_with_hotkey(preferences.CONTROL | preferences.OPTION, "⌃⌥S")
+        until(lambda: program.log, "nothing is logged")
+        program.settle()
+        self.assertEqual(program.log, "HotkeyManager: RegisterEventHotKey failed with status -9878\n")
+
+    def test_a_hotkey_that_is_lost_later_is_no_line_in_the_log(self):
+        self.observer.ask("grab 39 mod3")
+        self.addCleanup(self.observer.ask, "ungrab 39 mod3")
+        program = self.start_with_hotkey(preferences.COMMAND, "⌘S")
+        program.wait_for_hotkey("s", "super")
+        self.addCleanup(self.desktop.run_tool, "setxkbmap", "us")
+        self.desktop.run_tool("xmodmap", "-e", "clear mod4", "-e", "clear mod3", "-e", "add mod3 = Super_L")
+        until(lambda: self.observer.has_hotkey_free("s", "super"), "the program keeps a key that means something else now")
+        program.settle()
+        self.assertEqual(program.log, "")

@@ -110,18 +110,15 @@ TEST_F(HotKeyTest, FollowsModifiersToOtherBits) {
     user->tap(sKey, {superKey});
     ASSERT_TRUE(untilFired(2));
     EXPECT_EQ(fired, (std::vector<HotKeyId>{ourId, {1, 2}}));
-    EXPECT_TRUE(log.lines.empty());
 }
 
-TEST_F(HotKeyTest, AMoveOntoATakenCombinationIsLogged) {
+TEST_F(HotKeyTest, AfterAMoveOntoATakenCombinationTheNextChangeIsTheNextChance) {
     registered(letterS, commandModifier);
     ASSERT_TRUE(user->grabKey(sKey, mod3));
     ASSERT_EQ(runOnServer({"xmodmap", "-e", "clear mod4", "-e", "clear mod3", "-e", "add mod3 = Super_L"}), 0);
     settle();
-    ASSERT_FALSE(log.lines.empty());
-    EXPECT_NE(log.lines.back().find("-9878"), std::string::npos);
+    EXPECT_TRUE(until([this] { return isFree(sKey, mod3 | capsLock); })) << "all of it or nothing";
     user->ungrabKey(sKey, mod3);
-    // The next change is the next chance.
     ASSERT_EQ(runOnServer({"xmodmap", "-e", "add mod3 = Super_R"}), 0);
     settle();
     user->tap(sKey, {superKey});
@@ -138,7 +135,6 @@ TEST_F(HotKeyTest, StaysThroughChangesOfTheLayout) {
     }
     settle();
     EXPECT_EQ(fired.size(), 4U);
-    EXPECT_TRUE(log.lines.empty());
 }
 
 } // namespace velloran::tests

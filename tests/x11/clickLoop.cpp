@@ -7,21 +7,11 @@
 
 #include <iostream>
 
-namespace {
-
-class NoLog final : public velloran::platform::SystemLog {
-public:
-    void write(std::string_view /*line*/) override {}
-};
-
-} // namespace
-
 int main(int argc, char** argv) {
     using namespace velloran::platform;
     const QCoreApplication application(argc, argv);
     qt::QtEventLoop loop;
-    NoLog log;
-    const auto connected = x11::X11Platform::connect(loop, log, {}, argc > 1 ? argv[1] : nullptr);
+    const auto connected = x11::X11Platform::connect(loop, {}, argc > 1 ? argv[1] : nullptr);
     if (!connected.ok()) {
         return 1;
     }

@@ -4,7 +4,6 @@
 #include "platform/x11/keyGrabs.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
 namespace velloran::platform::x11 {
@@ -28,8 +27,8 @@ Status statusOf(GrabResult result) {
 
 } // namespace
 
-X11HotKeys::X11HotKeys(MainConnection& connection, X11Keyboard& keyboard, SystemLog& log)
-    : connection_(connection), keyboard_(keyboard), log_(log), bits_(readModifierBits(connection.get())) {
+X11HotKeys::X11HotKeys(MainConnection& connection, X11Keyboard& keyboard)
+    : connection_(connection), keyboard_(keyboard), bits_(readModifierBits(connection.get())) {
     connection_.setReceiver([this](const xcb_generic_event_t& event) { onEvent(event); });
     connection_.settle();
 }
@@ -157,8 +156,6 @@ void X11HotKeys::grabAgain(Registration& registration) {
         });
     } else {
         registration.grabbedStates.clear();
-        log_.write("The keyboard has changed and the hot key cannot be grabbed any more, status " +
-                   std::to_string(statusOf(result)));
     }
     ungrabKey(connection_.get(), registration.key, leftOver);
 }

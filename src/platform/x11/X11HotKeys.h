@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/HotKeys.h"
-#include "platform/SystemLog.h"
 #include "platform/x11/MainConnection.h"
 #include "platform/x11/ModifierBits.h"
 #include "platform/x11/X11Keyboard.h"
@@ -11,10 +10,11 @@
 namespace velloran::platform::x11 {
 
 /// Hot keys through passive key grabs. A combination is grabbed by physical key, whatever Caps Lock, Num Lock and
-/// Scroll Lock say. A combination that this program holds already counts as taken.
+/// Scroll Lock say. A combination that this program holds already counts as taken. A change of the keyboard may move a
+/// registered one onto what another program holds: then it is silent until the next change.
 class X11HotKeys final : public HotKeys {
 public:
-    X11HotKeys(MainConnection& connection, X11Keyboard& keyboard, SystemLog& log);
+    X11HotKeys(MainConnection& connection, X11Keyboard& keyboard);
     ~X11HotKeys() override;
 
     Reference installHandler(Handler handler) override;
@@ -40,7 +40,6 @@ private:
 
     MainConnection& connection_;
     X11Keyboard& keyboard_;
-    SystemLog& log_;
     ModifierBits bits_;
     Reference lastReference_ = 0;
     std::map<Reference, Handler> handlers_;

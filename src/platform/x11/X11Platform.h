@@ -6,7 +6,6 @@
 #include "platform/InputTrust.h"
 #include "platform/PointerEvents.h"
 #include "platform/PointerPosition.h"
-#include "platform/SystemLog.h"
 
 #include <functional>
 #include <memory>
@@ -25,7 +24,7 @@ public:
     /// harmless and does nothing. It may destroy the platform. Broken pipes are ignored in the whole process from here
     /// on, unless it has said what to do with them: otherwise the loss would end the program without a word.
     static Result<std::unique_ptr<X11Platform>>
-    connect(EventLoop& loop, SystemLog& log, std::function<void()> onServerLost, const char* displayName = nullptr);
+    connect(EventLoop& loop, std::function<void()> onServerLost, const char* displayName = nullptr);
 
     X11Platform(const X11Platform&) = delete;
     X11Platform& operator=(const X11Platform&) = delete;

@@ -32,12 +32,6 @@ inline void PrintTo(const QString& text, std::ostream* stream) {
 
 namespace velloran::tests {
 
-/// The log of a platform under test that is not looked at.
-class SilentLog final : public platform::SystemLog {
-public:
-    void write(std::string_view) override {}
-};
-
 /// The fixture of all tests here: a real window of the program on the private screen, used by a user with a real
 /// keyboard and mouse. What lies behind the window only writes down what it is asked to do.
 class WindowTest : public testing::Test {
@@ -129,7 +123,6 @@ protected:
 
     EventMarker marker{Screen::current().other()};
     platform::qt::QtEventLoop loop;
-    SilentLog log;
     std::unique_ptr<platform::x11::X11Platform> x11;
     std::unique_ptr<platform::x11::X11KeyCharacters> characters;
     std::unique_ptr<KeyEventMonitor> monitor;

@@ -3,7 +3,6 @@
 #include "InputSender.h"
 #include "InputWatcher.h"
 #include "Server.h"
-#include "platform/SystemLog.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/x11/X11Platform.h"
 #include "support/PrivateServer.h"
@@ -16,14 +15,6 @@
 #include <vector>
 
 namespace velloran::tests {
-
-/// Keeps what is written.
-class ListLog final : public platform::SystemLog {
-public:
-    void write(std::string_view line) override { lines.emplace_back(line); }
-
-    std::vector<std::string> lines;
-};
 
 /// The fixture of all tests here: the platform on a private server, beside another program that plays the user and sees
 /// what the platform does.
@@ -65,7 +56,6 @@ protected:
 
     PrivateServer server;
     platform::qt::QtEventLoop loop;
-    ListLog log;
     std::unique_ptr<observer::Server> other;
     std::unique_ptr<observer::InputSender> user;
     std::unique_ptr<observer::InputWatcher> watcher;
