@@ -2,6 +2,7 @@
 
 #include "platform/SessionKind.h"
 #include "platform/keys/DefaultKeyCharacters.h"
+#include "platform/qt/monitors.h"
 #include "platform/unavailable/UnavailablePlatform.h"
 #include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Platform.h"
@@ -68,7 +69,9 @@ std::unique_ptr<DesktopBackend> makeDesktopBackend(EventLoop& loop, platform::Sy
     if (choice.backend == platform::Backend::unavailable) {
         return std::make_unique<UnavailableBackend>(log, choice.reason);
     }
-    auto x11 = platform::x11::X11Platform::connect(loop, std::move(onServerLost));
+    auto x11 = platform::x11::X11Platform::connect(loop, std::move(onServerLost), [](platform::Point pixels) {
+        return platform::qt::pointsFromPixels(pixels, platform::qt::currentMonitors());
+    });
     if (!x11) {
         return std::make_unique<UnavailableBackend>(log, "Input cannot be posted: " + x11.error().message);
     }

@@ -1,8 +1,10 @@
 """Two monitors beside each other, the right one with twice as many pixels for a point."""
 
-from harness import picture
+import random
+
+from harness import picture, preferences
 from harness.case import DesktopCase
-from harness.waiting import until
+from harness.waiting import stays, until
 
 LEFT = "1200/300x1700/300+0+0"
 RIGHT = "2000/400x1700/300+1200+0"
@@ -61,6 +63,36 @@ class Monitors(DesktopCase):
         program.wait_for_stored(maxClicks=110)
         # Drawn for that monitor, not enlarged: a hairline is as fine as it can be.
         until(lambda: self.hairlines(program) == 1, lambda: f"the border is {self.hairlines(program)} pixels wide")
+
+    def start_still(self, x, y, pixels):
+        """Starts a run of a program that clicks only a still mouse, while the pointer jumps to and fro by that many pixels."""
+        stored = preferences.config(clickIntervalSeconds=0.02, stopMode="manual", hotkey=preferences.CONTROL_OPTION_S,
+                                    requireStationaryMouse=True, stationarySeconds=2.0)
+        program = self.start({"velloran.config": preferences.as_bytes(stored)},
+                             environment={"QT_SCREEN_SCALE_FACTORS": "left=1;right=2"})
+        program.wait_for_hotkey("s", "control", "alt")
+        # In no rhythm that the program's questions could fall in with.
+        chance = random.Random(1)
+        return program, self.observer.moving(x, y, [chance.choice((0, pixels)) for _ in range(1000)])
+
+    def test_a_mouse_is_still_within_two_points(self):
+        for x, pixels in ((300, 2), (2300, 4)):
+            with self.subTest(x=x):
+                program, moving = self.start_still(x, 1400, pixels)
+                with moving:
+                    self.observer.press("s", "control", "alt")
+                    until(lambda: self.observer.report()["presses"] >= 3, lambda: program.message)
+                program.close()
+
+    def test_a_mouse_moves_by_more_than_two_points(self):
+        for x, pixels in ((300, 3), (2300, 5)):
+            with self.subTest(x=x):
+                program, moving = self.start_still(x, 1400, pixels)
+                with moving:
+                    self.observer.press("s", "control", "alt")
+                    until(lambda: program.message == "Waiting for mouse to remain still", lambda: program.message)
+                    stays(lambda: self.observer.report()["presses"] == 0, "the moving pointer was clicked", 3.0)
+                program.close()
 
     def hairlines(self, program):
         """How many pixels the border of the window takes at its left edge."""

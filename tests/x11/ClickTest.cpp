@@ -247,6 +247,18 @@ TEST_F(Clicks, ThePositionIsToldToTheMainThreadOnly) {
     EXPECT_EQ(x11->pointerPosition().currentPosition(), (platform::Point{0.0, 0.0}));
 }
 
+TEST_F(Clicks, ThePositionIsInPoints) {
+    auto connected = platform::x11::X11Platform::connect(
+        loop, {},
+        [](platform::Point pixels) {
+            return platform::Point{pixels.x / 2.0, pixels.y / 4.0};
+        },
+        server.displayName().c_str());
+    ASSERT_TRUE(connected.ok());
+    user->movePointer({321, 123});
+    EXPECT_EQ(connected.value()->pointerPosition().currentPosition(), (platform::Point{160.5, 30.75}));
+}
+
 TEST_F(Clicks, AKilledClickerLeavesNoButtonDown) {
     constexpr int kills = 20;
     std::size_t clicksBefore = 0;

@@ -144,7 +144,7 @@ TEST_F(ServerLossTest, TheLoopComesToRest) {
 TEST_F(ServerLossTest, ABrokenPipeDoesNotEndTheProgram) {
     std::signal(SIGPIPE, SIG_DFL);
     {
-        const auto connected = x11::X11Platform::connect(loop, {}, server.displayName().c_str());
+        const auto connected = x11::X11Platform::connect(loop, {}, {}, server.displayName().c_str());
         ASSERT_TRUE(connected.ok());
     }
     EXPECT_EQ(std::raise(SIGPIPE), 0);
@@ -152,7 +152,7 @@ TEST_F(ServerLossTest, ABrokenPipeDoesNotEndTheProgram) {
     static volatile std::sig_atomic_t received = 0;
     std::signal(SIGPIPE, [](int) { received = 1; });
     {
-        const auto connected = x11::X11Platform::connect(loop, {}, server.displayName().c_str());
+        const auto connected = x11::X11Platform::connect(loop, {}, {}, server.displayName().c_str());
         ASSERT_TRUE(connected.ok());
     }
     EXPECT_EQ(std::raise(SIGPIPE), 0);
@@ -168,7 +168,7 @@ TEST_F(ServerLossTest, TheReceiverMayEndThePlatform) {
             ++told;
             second.reset();
         },
-        server.displayName().c_str());
+        {}, server.displayName().c_str());
     ASSERT_TRUE(connected.ok());
     second = std::move(connected).value();
     server.crash();
@@ -197,7 +197,7 @@ TEST_F(ServerLossTest, ReportsFromManyThreadsAreToldOnce) {
 }
 
 TEST_F(ServerLossTest, NoServerIsAnErrorInWords) {
-    const auto connected = x11::X11Platform::connect(loop, {}, "unix:/no/such/server");
+    const auto connected = x11::X11Platform::connect(loop, {}, {}, "unix:/no/such/server");
     ASSERT_FALSE(connected.ok());
     EXPECT_EQ(connected.error().message, "No X server answers at unix:/no/such/server");
 }

@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
     using namespace velloran::platform;
     const QCoreApplication application(argc, argv);
     qt::QtEventLoop loop;
-    const auto connected = x11::X11Platform::connect(loop, {}, argc > 1 ? argv[1] : nullptr);
+    const auto connected = x11::X11Platform::connect(loop, {}, {}, argc > 1 ? argv[1] : nullptr);
     if (!connected.ok()) {
         return 1;
     }

@@ -39,12 +39,13 @@ void ignoreBrokenPipes() {
 
 /// Each part uses those above it.
 struct X11Platform::Parts {
-    Parts(EventLoop& loop, std::function<void()> onServerLost, XcbConnection main, XcbConnection clicks)
+    Parts(EventLoop& loop, std::function<void()> onServerLost, PixelsToPoints toPoints, XcbConnection main,
+          XcbConnection clicks)
         : loss(loop, std::move(onServerLost)),
           connection(std::move(main), loop, loss),
           keyboard(connection),
           pointerEvents(std::move(clicks), loss),
-          pointerPosition(connection),
+          pointerPosition(connection, std::move(toPoints)),
           inputTrust(pointerEvents, loss),
           hotKeys(connection, keyboard) {}
 
@@ -57,15 +58,16 @@ struct X11Platform::Parts {
     X11HotKeys hotKeys;
 };
 
-Result<std::unique_ptr<X11Platform>> X11Platform::connect(EventLoop& loop,
-                                                          std::function<void()> onServerLost, const char* displayName) {
+Result<std::unique_ptr<X11Platform>> X11Platform::connect(EventLoop& loop, std::function<void()> onServerLost,
+                                                          PixelsToPoints toPoints, const char* displayName) {
     XcbConnection main = open(displayName);
     XcbConnection clicks = open(displayName);
     if (!main || !clicks) {
         return Error{"No X server answers at " + (displayName != nullptr ? std::string(displayName) : "the display")};
     }
     ignoreBrokenPipes();
-    auto parts = std::make_unique<Parts>(loop, std::move(onServerLost), std::move(main), std::move(clicks));
+    auto parts =
+        std::make_unique<Parts>(loop, std::move(onServerLost), std::move(toPoints), std::move(main), std::move(clicks));
     return std::unique_ptr<X11Platform>(new X11Platform(std::move(parts)));
 }
 

@@ -6,6 +6,7 @@
 #include "platform/InputTrust.h"
 #include "platform/PointerEvents.h"
 #include "platform/PointerPosition.h"
+#include "platform/x11/X11PointerPosition.h"
 
 #include <functional>
 #include <memory>
@@ -18,13 +19,14 @@ class X11Keyboard;
 /// and belong to the engine's thread while clicks are posted. Outlives every queue that still posts.
 class X11Platform {
 public:
-    /// Connects to the server called `displayName`, or to the one that the environment names.
+    /// Connects to the server called `displayName`, or to the one that the environment names. `toPoints` is asked
+    /// about each position of the pointer; without it a pixel is a point.
     ///
     /// `onServerLost` is called once, in a turn of `loop`, when the server is gone; from then on every operation is
     /// harmless and does nothing. It may destroy the platform. Broken pipes are ignored in the whole process from here
     /// on, unless it has said what to do with them: otherwise the loss would end the program without a word.
-    static Result<std::unique_ptr<X11Platform>>
-    connect(EventLoop& loop, std::function<void()> onServerLost, const char* displayName = nullptr);
+    static Result<std::unique_ptr<X11Platform>> connect(EventLoop& loop, std::function<void()> onServerLost,
+                                                        PixelsToPoints toPoints, const char* displayName = nullptr);
 
     X11Platform(const X11Platform&) = delete;
     X11Platform& operator=(const X11Platform&) = delete;

@@ -1,6 +1,7 @@
 """Another client of the same X server: it sees clicks and plays the user."""
 
 import contextlib
+import itertools
 import json
 import os
 import subprocess
@@ -78,15 +79,14 @@ class Observer:
         self.ask(f"move {round(x)} {round(y)}")
 
     @contextlib.contextmanager
-    def moving(self, x, y):
-        """Keeps the pointer moving around there."""
+    def moving(self, x, y, steps=range(40)):
+        """Keeps the pointer moving around there: to one after the other of these places to the right of it."""
         over = threading.Event()
+        places = itertools.cycle(steps)
 
         def move_on():
-            step = 0
             while not over.wait(0.02):
-                step += 1
-                self.move(x + step % 40, y)
+                self.move(x + next(places), y)
 
         mover = threading.Thread(target=move_on)
         self.move(x, y)

@@ -58,7 +58,7 @@ observer::Place onScreen(QQuickWindow& window, QPointF point) {
 } // namespace
 
 WindowTest::WindowTest() {
-    auto connected = platform::x11::X11Platform::connect(loop, [] { fatalError("The X server is gone"); });
+    auto connected = platform::x11::X11Platform::connect(loop, [] { fatalError("The X server is gone"); }, {});
     if (!connected) {
         fatalError("The X server takes no platform");
     }

@@ -27,7 +27,7 @@ void Desktop::SetUp() {
     // Only to wake the loop up: reading happens in until().
     otherWatch_ = loop.watch(other->fileDescriptor(), [] {});
     auto connected = platform::x11::X11Platform::connect(
-        loop, [this] { ++losses; }, server.displayName().c_str());
+        loop, [this] { ++losses; }, {}, server.displayName().c_str());
     ASSERT_TRUE(connected.ok()) << connected.error().message;
     x11 = std::move(connected).value();
 }
