@@ -20,8 +20,9 @@ bool walk(QQuickItem& item, const std::function<bool(QQuickItem&)>& visit) {
 }
 
 bool isOfType(const QObject& object, const QString& type) {
-    const QString name = object.metaObject()->className();
-    return name == type || name.startsWith(type + "_QMLTYPE") || name.endsWith("::" + type) || name == "QQuick" + type;
+    // Types of our own may have a namespace, and what QML has added to.
+    const QString name = QString(object.metaObject()->className()).section("::", -1);
+    return name == type || name.startsWith(type + "_QML") || name == "QQuick" + type;
 }
 
 bool isSeen(const QQuickItem& item) {

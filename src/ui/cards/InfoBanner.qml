@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// A word of caution under the cards.
 Item {

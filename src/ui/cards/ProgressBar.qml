@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// A bar that fills from the left.
 Item {
@@ -22,12 +23,11 @@ Item {
         stroke: Theme.fieldStroke
     }
 
-    Rectangle {
+    RoundedFace {
         visible: root.progress > 0
         width: Math.max(height, root.width * root.progress)
         height: root.height
         radius: 3
-        color: Theme.accentBlue
-        antialiasing: true
+        fill: Theme.accentBlue
     }
 }

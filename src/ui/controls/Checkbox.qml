@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// A tick box with its label. The whole row is its target. It shows what it is told; a press only asks for the opposite.
 FocusScope {

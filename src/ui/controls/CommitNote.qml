@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// What a number field says about its text: a button to store it while it is pending, else a badge shortly after it was
 /// stored, else nothing. Both fade; the room they need opens and closes along.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// The hover help of its parent.
 T.ToolTip {

@@ -13,8 +13,7 @@ T.MenuSeparator {
     implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
     width: root.ListView.view ? root.ListView.view.width : root.implicitWidth
 
-    contentItem: Rectangle {
-        implicitHeight: 1
-        color: Theme.cardStrokeStrong
+    contentItem: Divider {
+        fill: Theme.cardStrokeStrong
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// The chooser of the mouse button: a face with the current choice, and a menu of all.
 FocusScope {

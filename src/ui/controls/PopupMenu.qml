@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// A pull-down menu in the look of the program. It holds `PopupMenuItem`, `MenuSection`, `MenuDivider` and further menus; what
 /// is made from a list comes in through an `Instantiator` with `insertItem` and `removeItem`.

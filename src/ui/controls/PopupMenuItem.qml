@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// An entry of a pull-down menu. Its name is shown letter for letter, and cut in its middle where it is too long for any menu.
 T.MenuItem {
@@ -30,9 +31,8 @@ T.MenuItem {
         leadsOn: root.subMenu !== null
     }
 
-    background: Rectangle {
+    background: RoundedFace {
         radius: 6
-        color: root.highlighted ? Theme.accentBlueSoft : "transparent"
-        antialiasing: true
+        fill: root.highlighted ? Theme.accentBlueSoft : "transparent"
     }
 }

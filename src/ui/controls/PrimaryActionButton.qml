@@ -54,16 +54,11 @@ FocusScope {
         onTriggered: root.triggered()
         onPointerPressed: root.pointerPressed()
 
-        background: GradientFace {
+        background: RoundedFace {
             radius: Theme.radius.button
-            topColor: Theme.accentBlue
-            bottomColor: Theme.accentBlueDeep
-
-            RoundedFace {
-                anchors.fill: parent
-                radius: Theme.radius.button
-                stroke: Theme.white(0.08 + 0.08 * root.hover)
-            }
+            fill: Theme.accentBlue
+            lowerFill: Theme.accentBlueDeep
+            stroke: Theme.white(0.08 + 0.08 * root.hover)
         }
 
         contentItem: IconAndTitle {

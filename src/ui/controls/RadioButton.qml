@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// A choice with a round mark. The whole row is its target.
 ChoiceButton {

@@ -17,6 +17,8 @@ FocusScope {
     property real hover: pointer.hovered ? 1 : 0
     property real activity: root.active ? 1 : 0
 
+    readonly property color quietFill: Theme.mixed(Theme.fieldFill, Theme.cardFillHover, root.hover)
+
     Behavior on hover {
         EaseInOut { seconds: 0.15 }
     }
@@ -53,27 +55,11 @@ FocusScope {
         rightPadding: Theme.spacing.md
         onTriggered: root.triggered()
 
-        background: Item {
-            RoundedFace {
-                anchors.fill: parent
-                radius: Theme.radius.button
-                fill: Theme.mixed(Theme.fieldFill, Theme.cardFillHover, root.hover)
-                opacity: 1 - root.activity
-            }
-
-            GradientFace {
-                anchors.fill: parent
-                radius: Theme.radius.button
-                topColor: Theme.statusError
-                bottomColor: Theme.faded(Theme.statusError, 0.78)
-                opacity: root.activity
-            }
-
-            RoundedFace {
-                anchors.fill: parent
-                radius: Theme.radius.button
-                stroke: Theme.mixed(Theme.cardStrokeStrong, Theme.white(0.08 + 0.08 * root.hover), root.activity)
-            }
+        background: RoundedFace {
+            radius: Theme.radius.button
+            fill: Theme.mixed(root.quietFill, Theme.statusError, root.activity)
+            lowerFill: Theme.mixed(root.quietFill, Theme.faded(Theme.statusError, 0.78), root.activity)
+            stroke: Theme.mixed(Theme.cardStrokeStrong, Theme.white(0.08 + 0.08 * root.hover), root.activity)
         }
 
         contentItem: IconAndTitle {

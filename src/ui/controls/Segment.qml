@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// One half of a segmented toggle.
 ChoiceButton {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// One half of a pair of steppers. It never takes the focus: leaving a field would commit what stepping is to drop.
 PlainButton {
@@ -13,10 +14,9 @@ PlainButton {
     implicitHeight: Math.max(11, Math.round(Theme.scaled(9)))
     faceRadius: 3
 
-    background: Rectangle {
+    background: RoundedFace {
         radius: 3
-        color: root.hovered ? Theme.white(0.06) : "transparent"
-        antialiasing: true
+        fill: root.hovered ? Theme.white(0.06) : "transparent"
     }
 
     contentItem: Item {

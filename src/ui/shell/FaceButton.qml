@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// A button on a rounded face: its label, and an icon before it where one is named.
 PlainButton {

@@ -130,11 +130,30 @@ FocusScope {
         }
     }
 
-    Rectangle {
+    // Four lines and not one border: that would be painted again as a whole with whatever changes in the window.
+    Item {
         anchors.fill: parent
         visible: root.isResizable
-        color: "transparent"
-        border.width: 1
-        border.color: Theme.cardStroke
+
+        Divider {
+            anchors.top: parent.top
+            width: parent.width
+        }
+
+        Divider {
+            anchors.bottom: parent.bottom
+            width: parent.width
+        }
+
+        Divider {
+            y: 1
+            height: parent.height - 2
+        }
+
+        Divider {
+            anchors.right: parent.right
+            y: 1
+            height: parent.height - 2
+        }
     }
 }

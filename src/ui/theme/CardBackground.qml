@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// A card. What it shows is its `contentItem`, which gets all the room inside the padding and decides the card's own size.
 T.Control {

@@ -1,8 +1,9 @@
 import QtQuick
+import Velloran
 
-/// A hairline across the width it is given.
-Rectangle {
+/// A hairline, lying or standing.
+RoundedFace {
     implicitWidth: 1
     implicitHeight: 1
-    color: Theme.cardStroke
+    fill: Theme.cardStroke
 }

@@ -1,7 +1,8 @@
 import QtQuick
+import Velloran
 
 /// The ring around the control that has the keyboard. It lies outside the control and takes no space.
-Rectangle {
+RoundedFace {
     id: root
 
     /// The control's `visualFocus`: a pointer leaves no ring behind.
@@ -12,11 +13,9 @@ Rectangle {
     property real gap: 2
 
     anchors.fill: parent
-    anchors.margins: -root.gap - root.border.width
+    anchors.margins: -root.gap - root.strokeWidth
     visible: root.shown
-    radius: root.around + root.gap + root.border.width
-    color: "transparent"
-    border.width: 2
-    border.color: Theme.accentBlue
-    antialiasing: true
+    radius: root.around + root.gap + root.strokeWidth
+    stroke: Theme.accentBlue
+    strokeWidth: 2
 }

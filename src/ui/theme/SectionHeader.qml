@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// The heading of a card: an icon on a faint tile of its own colour, and the title.
 Item {
@@ -16,15 +17,14 @@ Item {
     Accessible.role: Accessible.Heading
     Accessible.name: root.title
 
-    Rectangle {
+    RoundedFace {
         id: tile
 
         anchors.verticalCenter: parent.verticalCenter
         width: Math.max(28, symbol.width + 8)
         height: tile.width
         radius: 8
-        color: Theme.faded(root.iconColor, 0.14)
-        antialiasing: true
+        fill: Theme.faded(root.iconColor, 0.14)
 
         Icon {
             id: symbol

@@ -33,10 +33,9 @@ Rectangle {
         }
     }
 
-    Rectangle {
+    Divider {
         anchors.bottom: parent.bottom
         width: parent.width
-        height: 1
-        color: Theme.white(0.05)
+        fill: Theme.white(0.05)
     }
 }
