@@ -63,6 +63,7 @@ class Hairlines(DesktopCase):
             self.check_sides(name, program.find("push button", name).extents, FIELD_FILL, 0.09, 4)
         self.check_sides("segment", program.find("radio button", "Run Until Stopped").extents, FIELD_FILL, 0.09, 4)
         self.check_field(program)
+        self.check_glow(program)
 
     def check_field(self, program):
         x, y, _, height = program.find("text", "Click Interval").extents
@@ -70,6 +71,18 @@ class Hairlines(DesktopCase):
         for start, way in (((x - 6, y + height / 2), (-1, 0)), ((x + 100, y + height / 2), (0, -1)),
                            ((x + 100, y + height / 2), (0, 1)), ((right + width + 6, top + tall), (1, 0))):
             self.wait_for_border("number field", start, way, FIELD_FILL, 0.09)
+
+    def check_glow(self, program):
+        """The glow of Start begins at its edge: nothing darker lies between."""
+        x, y, width, height = program.find("push button", "Start").extents
+        shot = picture.of_screen(self.desktop)
+        column = round((x + width / 4) * self.scale)
+        edge = round((y + height) * self.scale)
+        light = [sum(shot.getpixel((column, row))) for row in range(edge - 4, edge + round(10 * self.scale))]
+        # The border is lighter than the face: from there on it gets darker row by row.
+        light = light[light.index(max(light)):]
+        for above, below in zip(light, light[1:]):
+            self.assertLessEqual(below, above + 1, light)
 
     def test_a_quarter_more(self):
         self.check(1.25)

@@ -9,24 +9,25 @@ Item {
     required property color color
     /// How far the pointer has come, 0…1.
     required property real hover
-    property bool hollow: false
+    /// How far the glow goes beyond what it lies under, at the most.
+    readonly property int reach: wide.reach + wide.offsetY
 
     SoftShadow {
         radius: root.radius
         blur: 12
         offsetY: 8
         color: Theme.faded(root.color, 0.35)
-        hollow: root.hollow
         opacity: 1 - root.hover
         visible: root.hover < 1
     }
 
     SoftShadow {
+        id: wide
+
         radius: root.radius
         blur: 18
         offsetY: 8
         color: Theme.faded(root.color, 0.5)
-        hollow: root.hollow
         opacity: root.hover
         visible: root.hover > 0
     }

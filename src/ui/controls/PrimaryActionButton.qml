@@ -27,45 +27,51 @@ FocusScope {
 
     implicitWidth: button.implicitWidth
     implicitHeight: button.implicitHeight
-    opacity: root.disabled ? 0.45 : 1
 
     HoverHandler {
         id: pointer
     }
 
-    HoverShadow {
+    FadedGroup {
         anchors.fill: parent
-        radius: Theme.radius.button
-        color: Theme.accentBlue
-        hover: root.hover
-        hollow: true
-    }
+        strength: root.disabled ? 0.45 : 1
+        reach: glow.reach
 
-    PlainButton {
-        id: button
+        HoverShadow {
+            id: glow
 
-        anchors.fill: parent
-        focus: true
-        enabled: !root.disabled
-        label: root.title
-        implicitHeight: Math.max(52, button.implicitContentHeight + 12)
-        leftPadding: Theme.spacing.md
-        rightPadding: Theme.spacing.md
-        onTriggered: root.triggered()
-        onPointerPressed: root.pointerPressed()
-
-        background: RoundedFace {
+            anchors.fill: parent
             radius: Theme.radius.button
-            fill: Theme.accentBlue
-            lowerFill: Theme.accentBlueDeep
-            stroke: Theme.white(0.08 + 0.08 * root.hover)
+            color: Theme.accentBlue
+            hover: root.hover
         }
 
-        contentItem: IconAndTitle {
-            icon: root.systemImage
-            iconSize: 16
-            title: root.title
-            titleSize: 17
+        PlainButton {
+            id: button
+
+            anchors.fill: parent
+            focus: true
+            enabled: !root.disabled
+            label: root.title
+            implicitHeight: Math.max(52, button.implicitContentHeight + 12)
+            leftPadding: Theme.spacing.md
+            rightPadding: Theme.spacing.md
+            onTriggered: root.triggered()
+            onPointerPressed: root.pointerPressed()
+
+            background: RoundedFace {
+                radius: Theme.radius.button
+                fill: Theme.accentBlue
+                lowerFill: Theme.accentBlueDeep
+                stroke: Theme.white(0.08 + 0.08 * root.hover)
+            }
+
+            contentItem: IconAndTitle {
+                icon: root.systemImage
+                iconSize: 16
+                title: root.title
+                titleSize: 17
+            }
         }
     }
 }

@@ -28,45 +28,52 @@ FocusScope {
 
     implicitWidth: button.implicitWidth
     implicitHeight: button.implicitHeight
-    opacity: root.disabled ? 0.45 : 1
 
     HoverHandler {
         id: pointer
     }
 
-    HoverShadow {
+    FadedGroup {
         anchors.fill: parent
-        radius: Theme.radius.button
-        color: Theme.statusError
-        hover: root.hover
-        opacity: root.activity
-        visible: root.activity > 0
-    }
+        strength: root.disabled ? 0.45 : 1
+        reach: glow.reach
 
-    PlainButton {
-        id: button
+        HoverShadow {
+            id: glow
 
-        anchors.fill: parent
-        focus: true
-        enabled: !root.disabled
-        label: root.title
-        implicitHeight: Math.max(46, button.implicitContentHeight + 12)
-        leftPadding: Theme.spacing.md
-        rightPadding: Theme.spacing.md
-        onTriggered: root.triggered()
-
-        background: RoundedFace {
+            anchors.fill: parent
             radius: Theme.radius.button
-            fill: Theme.mixed(root.quietFill, Theme.statusError, root.activity)
-            lowerFill: Theme.mixed(root.quietFill, Theme.faded(Theme.statusError, 0.78), root.activity)
-            stroke: Theme.mixed(Theme.cardStrokeStrong, Theme.white(0.08 + 0.08 * root.hover), root.activity)
+            color: Theme.statusError
+            hover: root.hover
+            opacity: root.activity
+            visible: root.activity > 0
         }
 
-        contentItem: IconAndTitle {
-            icon: root.systemImage
-            iconSize: 15
-            title: root.title
-            titleSize: 16
+        PlainButton {
+            id: button
+
+            anchors.fill: parent
+            focus: true
+            enabled: !root.disabled
+            label: root.title
+            implicitHeight: Math.max(46, button.implicitContentHeight + 12)
+            leftPadding: Theme.spacing.md
+            rightPadding: Theme.spacing.md
+            onTriggered: root.triggered()
+
+            background: RoundedFace {
+                radius: Theme.radius.button
+                fill: Theme.mixed(root.quietFill, Theme.statusError, root.activity)
+                lowerFill: Theme.mixed(root.quietFill, Theme.faded(Theme.statusError, 0.78), root.activity)
+                stroke: Theme.mixed(Theme.cardStrokeStrong, Theme.white(0.08 + 0.08 * root.hover), root.activity)
+            }
+
+            contentItem: IconAndTitle {
+                icon: root.systemImage
+                iconSize: 15
+                title: root.title
+                titleSize: 16
+            }
         }
     }
 }

@@ -9,17 +9,6 @@
 
 namespace velloran {
 
-namespace {
-
-void fillRounded(QPainter& painter, const QRect& shape, int radius) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::black);
-    painter.drawRoundedRect(shape, radius, radius);
-}
-
-} // namespace
-
 QImage ShadowProvider::requestImage(const QString& id, QSize* size, const QSize&) {
     const PictureRequest request(id);
     const int radius = request.number("radius");
@@ -30,7 +19,10 @@ QImage ShadowProvider::requestImage(const QString& id, QSize* size, const QSize&
     QImage alpha(shape.width() + 2 * reach, shape.height() + 2 * reach, QImage::Format_Alpha8);
     alpha.fill(Qt::transparent);
     QPainter shapePainter(&alpha);
-    fillRounded(shapePainter, shape, radius);
+    shapePainter.setRenderHint(QPainter::Antialiasing);
+    shapePainter.setPen(Qt::NoPen);
+    shapePainter.setBrush(Qt::black);
+    shapePainter.drawRoundedRect(shape, radius, radius);
     shapePainter.end();
     blur(alpha, blurRadius / 2.0);
 
@@ -39,10 +31,6 @@ QImage ShadowProvider::requestImage(const QString& id, QSize* size, const QSize&
     QPainter painter(&picture);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.drawImage(0, 0, alpha);
-    if (request.number("hollow") != 0) {
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-        fillRounded(painter, shape.translated(0, -request.number("offset")), radius);
-    }
     *size = picture.size();
     return picture;
 }

@@ -10,8 +10,6 @@ BorderImage {
     required property int blur
     property int offsetY: 0
     required property color color
-    /// Leaves out the place of what casts the shadow, for something translucent that must not show its own shadow through.
-    property bool hollow: false
 
     readonly property int reach: Math.ceil(root.blur * 1.5)
     // From this length on, the middle of an edge looks the same everywhere and can be stretched. Shorter ones are drawn to size.
@@ -27,8 +25,7 @@ BorderImage {
         bottomMargin: -root.offsetY - root.reach
     }
     source: "image://shadow/?width=" + root.shapeWidth + "&height=" + root.shapeHeight + "&radius=" + root.radius + "&blur="
-            + root.blur + "&hollow=" + (root.hollow ? 1 : 0) + "&offset=" + root.offsetY + "&color="
-            + root.color.toString().slice(1)
+            + root.blur + "&color=" + root.color.toString().slice(1)
     border {
         left: Math.floor((root.shapeWidth - 1) / 2) + root.reach
         right: root.border.left
