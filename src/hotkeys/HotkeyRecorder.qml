@@ -86,6 +86,7 @@ FocusScope {
             label: "Clear hotkey"
             help: "Clear hotkey"
             faceRadius: 8
+            air: 0
             onTriggered: root.cleared()
 
             contentItem: Icon {

@@ -75,6 +75,19 @@ class Colours(DesktopCase):
         title = max(shot.getdata(), key=sum)
         self.assertTrue(is_near(title, (120, 124, 132), 5), title)
 
+    def test_a_veil_lies_over_what_the_pointer_is_on(self):
+        program = self.start_watched()
+        for role, name, place in (("push button", "Left Click", (60, 3)), ("push button", "Click to record shortcut", (60, 3)),
+                                  ("radio button", "Run Until Stopped", (20, 6)), ("check box", "Start clicking after", (3, 9))):
+            with self.subTest(name):
+                item = program.find(role, name)
+                x, y, _, _ = item.extents
+                self.wait_for_pixel(x + place[0], y + place[1], FIELD_FILL, 1)
+                self.observer.move(*item.centre)
+                self.wait_for_pixel(x + place[0], y + place[1], over(WHITE, 0.06, FIELD_FILL), 1)
+                self.observer.move(1450, 150)
+                self.wait_for_pixel(x + place[0], y + place[1], FIELD_FILL, 1)
+
     def test_fields_and_choices(self):
         program = self.start_watched()
         x, y, width, height = program.find("push button", "Left Click").extents

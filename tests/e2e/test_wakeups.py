@@ -23,6 +23,12 @@ class WakeUps(DesktopCase):
         self.wait_for_rest(program)
         self.assertLess(self.wake_ups(program), WINDOW)
 
+    def test_none_while_the_pointer_rests_on_a_control(self):
+        program = self.start_with()
+        self.observer.move(*program.find("push button", "Left Click").centre)
+        self.wait_for_rest(program)
+        self.assertLess(self.wake_ups(program), WINDOW)
+
     def test_none_after_a_completed_run(self):
         program = self.start_with(clickIntervalSeconds=0.02, maxClicks=3)
         self.observer.move(1450, 150)

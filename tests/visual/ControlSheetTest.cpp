@@ -80,6 +80,7 @@ TEST(Sheet, SegmentedToggle) {
     StateSheet sheet({400, 90});
     sheet.add("left", toggle);
     sheet.add("right", toggle, with("leftSelected", false));
+    sheet.add("under the pointer", toggle, [](Stage& stage) { stage.hover(*stage.itemsOf("Segment").at(1)); });
     sheet.add("held down", toggle, [](Stage& stage) { stage.press(*stage.itemsOf("Segment").at(1)); });
     sheet.add("focus by key", toggle, focused);
     sheet.add("large text", toggle, [](Stage& stage) { stage.setTheme("fontScale", 1.3); });
@@ -91,6 +92,8 @@ TEST(Sheet, Checkbox) {
     StateSheet sheet({360, 50});
     sheet.add("off", box);
     sheet.add("on", box, with("isOn", true));
+    sheet.add("under the pointer", box, hovered);
+    sheet.add("on, under the pointer", box, with("isOn", true, hovered));
     sheet.add("held down", box, pressed);
     sheet.add("focus by key", box, focused);
     sheet.add("on, focus by key", box, with("isOn", true, focused));
@@ -103,6 +106,8 @@ TEST(Sheet, RadioButton) {
     StateSheet sheet({360, 50});
     sheet.add("not selected", radio);
     sheet.add("selected", radio, with("isSelected", true));
+    sheet.add("under the pointer", radio, hovered);
+    sheet.add("selected, under the pointer", radio, with("isSelected", true, hovered));
     sheet.add("held down", radio, pressed);
     sheet.add("focus by key", radio, focused);
     sheet.add("selected, focus by key", radio, with("isSelected", true, focused));
@@ -122,6 +127,7 @@ TEST(Sheet, MouseButtonSelect) {
     closed.add("left", chooser);
     closed.add("right", chooser, with("selection", 1));
     closed.add("middle", chooser, with("selection", 2));
+    closed.add("under the pointer", chooser, hovered);
     closed.add("held down", chooser, pressed);
     closed.add("focus by key", chooser, focused);
     expectReference(closed, "mouse-button-select");
@@ -193,6 +199,7 @@ TEST(Sheet, PlainButton) {
                           "help: \"Asks again another day\"");
     StateSheet sheet({260, 70});
     sheet.add("normal", button);
+    sheet.add("under the pointer", button, hovered);
     sheet.add("held down", button, pressed);
     sheet.add("focus by key", button, focused);
     sheet.add("help", button, [](Stage& stage) {
@@ -200,6 +207,20 @@ TEST(Sheet, PlainButton) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return stage.shows("Asks again another day"); }, 5000));
     });
     expectReference(sheet, "plain-button");
+}
+
+TEST(Sheet, FaceButton) {
+    const QByteArray quiet = at("FaceButton", "label: \"I've already donated\"");
+    const QByteArray prominent = at("ProminentButton", "label: \"Donate via Stripe\"; systemImage: \"heart.fill\"");
+    const QByteArray footer = at("FooterButton", "label: \"Import\"; systemImage: \"square.and.arrow.down\"");
+    StateSheet sheet({260, 70});
+    for (const QByteArray& button : {quiet, prominent, footer}) {
+        sheet.add("normal", button);
+        sheet.add("under the pointer", button, hovered);
+        sheet.add("held down", button, pressed);
+        sheet.add("focus by key", button, focused);
+    }
+    expectReference(sheet, "face-button");
 }
 
 TEST(Sheet, Card) {

@@ -13,6 +13,7 @@ PlainButton {
     label: "Choose a preset hotkey"
     help: "Choose a preset hotkey"
     faceRadius: root.width / 2
+    air: 0
     onTriggered: menu.visible ? menu.close() : menu.open()
 
     Accessible.role: Accessible.ButtonMenu

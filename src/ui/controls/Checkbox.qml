@@ -43,6 +43,8 @@ FocusScope {
         contentItem: ChoiceRow {
             label: root.label
             isFocused: box.visualFocus
+            isHovered: box.hovered
+            isPressed: box.down
             opacity: box.down ? Theme.pressedOpacity : 1
 
             RoundedFace {

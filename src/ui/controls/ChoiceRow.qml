@@ -7,6 +7,8 @@ Item {
     required property string label
     /// Whether the control has the keyboard; its mark wears the ring.
     required property bool isFocused
+    required property bool isHovered
+    required property bool isPressed
     property real markRadius: 5
     default property alias mark: holder.data
 
@@ -21,6 +23,13 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 18
         height: 18
+    }
+
+    PointerVeil {
+        anchors.fill: holder
+        radius: root.markRadius
+        hovered: root.isHovered
+        pressed: root.isPressed
     }
 
     FocusRing {

@@ -15,6 +15,10 @@ T.AbstractButton {
     property color color: Theme.textPrimary
     /// Corner radius of what the focus ring goes around.
     property real faceRadius: Theme.radius.button
+    /// Whether it shows in a way of its own that the pointer is on it.
+    property bool hasPointerLook: false
+    /// How far what answers the pointer goes beyond the button: bare text needs some air.
+    property real air: root.background ? 0 : 4
 
     /// The button was pressed by whatever means.
     signal triggered()
@@ -87,6 +91,14 @@ T.AbstractButton {
                 }
             }
         }
+    }
+
+    PointerVeil {
+        z: 1
+        anchors.margins: -root.air
+        radius: root.faceRadius
+        hovered: root.hovered && root.enabled && !root.hasPointerLook
+        pressed: root.down && !root.hasPointerLook
     }
 
     FocusRing {

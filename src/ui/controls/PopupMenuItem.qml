@@ -34,5 +34,12 @@ T.MenuItem {
     background: RoundedFace {
         radius: 6
         fill: root.highlighted ? Theme.accentBlueSoft : "transparent"
+
+        // Under the pointer it is highlighted, as by a key.
+        PointerVeil {
+            radius: 6
+            hovered: false
+            pressed: root.down
+        }
     }
 }

@@ -52,6 +52,7 @@ FocusScope {
             anchors.fill: parent
             focus: true
             enabled: !root.disabled
+            hasPointerLook: true
             label: root.title
             implicitHeight: Math.max(52, button.implicitContentHeight + 12)
             leftPadding: Theme.spacing.md

@@ -25,6 +25,8 @@ ChoiceButton {
     contentItem: ChoiceRow {
         label: root.label
         isFocused: root.visualFocus
+        isHovered: root.hovered
+        isPressed: root.down
         markRadius: 9
 
         RoundedFace {

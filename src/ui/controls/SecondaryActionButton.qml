@@ -55,6 +55,7 @@ FocusScope {
             anchors.fill: parent
             focus: true
             enabled: !root.disabled
+            hasPointerLook: true
             label: root.title
             implicitHeight: Math.max(46, button.implicitContentHeight + 12)
             leftPadding: Theme.spacing.md

@@ -39,6 +39,13 @@ ChoiceButton {
         }
     }
 
+    PointerVeil {
+        z: 1
+        radius: Theme.radius.button
+        hovered: root.hovered
+        pressed: root.down
+    }
+
     FocusRing {
         shown: root.visualFocus
         around: Theme.radius.button

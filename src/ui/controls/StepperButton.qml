@@ -13,6 +13,7 @@ PlainButton {
     implicitWidth: Math.max(16, Math.round(Theme.scaled(9)))
     implicitHeight: Math.max(11, Math.round(Theme.scaled(9)))
     faceRadius: 3
+    hasPointerLook: true
 
     background: RoundedFace {
         radius: 3

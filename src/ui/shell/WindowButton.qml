@@ -13,11 +13,8 @@ PlainButton {
     focusPolicy: Qt.TabFocus
     opacity: enabled ? 1 : 0.45
 
-    background: Rectangle {
-        radius: width / 2
-        color: root.hovered ? Theme.white(0.1) : Theme.white(0)
-        antialiasing: true
-    }
+    // Has no face: what surrounds the icon is the button's.
+    background: Item {}
 
     contentItem: Item {
         Icon {

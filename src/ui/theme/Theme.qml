@@ -80,6 +80,11 @@ QtObject {
     /// Of a button without a look of its own, while it is held down.
     readonly property real pressedOpacity: 0.75
 
+    /// How dense the white veil is over a control that has no look of its own for the pointer: while the pointer is on it, and
+    /// while it is held down.
+    readonly property real hoverVeil: theme.highContrast ? 0.14 : 0.06
+    readonly property real pressedVeil: theme.highContrast ? 0.22 : 0.1
+
     /// Outlines stand out and all text is nearly white while this is set.
     property bool highContrast: false
 
