@@ -27,6 +27,11 @@ FocusScope {
 
     property bool isReady: false
 
+    // The lowest one darkens the window, every other one what it covers of the sheet below: nothing gets dark twice. Kept while
+    // the sheet fades out.
+    property bool isLowest: true
+    readonly property bool isCovered: root.isOpen && SheetStack.top !== root
+
     // Where the focus was before.
     property Item focusBefore: null
     property bool hadVisualFocus: false
@@ -80,6 +85,10 @@ FocusScope {
         if (root.isReady)
             root.update();
     }
+    onLevelChanged: {
+        if (root.level >= 0)
+            root.isLowest = root.level === 0;
+    }
     onIsOpenChanged: {
         if (root.isOpen) {
             loader.sourceComponent = null;
@@ -108,7 +117,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: Theme.black(0.55)
+        color: root.isLowest ? Theme.sheetShade : "transparent"
 
         MouseArea {
             anchors.fill: parent
@@ -166,6 +175,18 @@ FocusScope {
                 focus: true
                 width: area.width
                 height: Math.max(implicitHeight, area.height)
+            }
+        }
+
+        RoundedFace {
+            anchors.fill: parent
+            radius: panel.radius
+            fill: Theme.sheetShade
+            visible: opacity > 0
+            opacity: root.isCovered ? 1 : 0
+
+            Behavior on opacity {
+                EaseInOut { seconds: 0.15 }
             }
         }
     }

@@ -60,6 +60,9 @@ QtObject {
         return Qt.rgba(0, 0, 0, opacity);
     }
 
+    /// What lies between a sheet and whatever it keeps from being used.
+    readonly property color sheetShade: theme.black(0.55)
+
     /// `base` at `opacity` of its own.
     function faded(base: color, opacity: real): color {
         return Qt.rgba(base.r, base.g, base.b, base.a * opacity);

@@ -209,6 +209,47 @@ TEST_F(SheetTest, HasTheFocusWhileItIsStillFadingIn) {
     EXPECT_EQ(focused(), "Only");
 }
 
+TEST_F(SheetTest, OneAboveAnotherDarkensTheWindowNoFurther) {
+    open(R"(
+        ShellWindow {
+            required property StoreModel store
+            property bool isShown: false
+            property bool isSecondShown: false
+            Rectangle { anchors.fill: parent; color: "#808080" }
+            Sheet {
+                shown: isShown
+                Item { implicitWidth: 400; implicitHeight: 300; BodyText { text: "Lower" } }
+            }
+            Sheet {
+                shown: isSecondShown
+                Item { implicitWidth: 200; implicitHeight: 100; BodyText { text: "Upper" } }
+            }
+        })");
+    const auto pixel = [&](QPointF point) {
+        const double scale = window->effectiveDevicePixelRatio();
+        return window->grabWindow().pixelColor((point * scale).toPoint());
+    };
+    const QPointF beside(40, 400);
+    const QPointF onLowerPanel = QPointF(window->width() / 2.0 - 150, window->height() / 2.0 + 100);
+    const QColor bright = pixel(beside);
+    window->setProperty("isShown", true);
+    ASSERT_TRUE(until([&] { return shows("Lower"); }));
+    const QColor dark = pixel(beside);
+    const QColor panel = pixel(onLowerPanel);
+    EXPECT_LT(dark.green(), bright.green() * 0.5);
+    window->setProperty("isSecondShown", true);
+    ASSERT_TRUE(until([&] { return shows("Upper"); }));
+    EXPECT_EQ(pixel(beside), dark);
+    EXPECT_LT(pixel(onLowerPanel).blue(), panel.blue() * 0.6);
+    window->setProperty("isSecondShown", false);
+    ASSERT_TRUE(until([&] { return !shows("Upper"); }));
+    EXPECT_EQ(pixel(beside), dark);
+    EXPECT_EQ(pixel(onLowerPanel), panel);
+    window->setProperty("isShown", false);
+    ASSERT_TRUE(until([&] { return !shows("Lower"); }));
+    EXPECT_EQ(pixel(beside), bright);
+}
+
 TEST_F(SheetTest, LiesInTheMiddleBelowTheTitle) {
     openSmallWindow();
     openSheet();
