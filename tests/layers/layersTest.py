@@ -42,6 +42,9 @@ FORBIDDEN = [
     ("platform/qt/QtPreferences.cpp", '"presets/PresetStore.h"'),
     ("platform/pulse/PulseSounds.cpp", "<QString>"),
     ("platform/keys/KeyNames.cpp", '"platform/x11/X11Keyboard.h"'),
+    ("platform/bus/SessionBus.cpp", '"platform/instance/SingleInstance.h"'),
+    ("platform/bus/SessionBus.cpp", '"platform/Platform.h"'),
+    ("platform/bus/busProbe.cpp", "<xcb/xcb.h>"),
     ("ui/StoreModel.cpp", '"platform/x11/X11Platform.h"'),
     ("ui/StoreModel.cpp", '"platform/qt/QtPreferences.h"'),
     ("ui/StoreModel.cpp", "<xcb/xcb.h>"),
@@ -58,6 +61,7 @@ ALLOWED = [
     ("platform/x11/X11Platform.cpp", '"platform/keys/KeyNames.h"'),
     ("ui/StoreModel.cpp", '"engine/ClickEngine.h"'),
     ("ui/StoreModel.cpp", "<QtGlobal>"),
+    ("ui/StoreModel.cpp", '"platform/bus/SessionBus.h"'),
     ("main.cpp", '"platform/x11/X11Platform.h"'),
     ("main.cpp", "<xcb/xcb.h>"),
 ]

@@ -1,20 +1,17 @@
 #pragma once
 
+#include "platform/bus/SessionBus.h"
 #include "platform/instance/ActivationToken.h"
 
-#include <QDBusConnection>
 #include <QObject>
-#include <QThread>
-#include <QTimer>
 
 #include <functional>
-#include <memory>
 
 namespace velloran::platform::instance {
 
 /// Keeps it at one program for each session bus: the first one has the application's name there and answers for it, a
 /// later one hands over to the first. A session without a bus has no such rule. When the bus goes away, the program
-/// takes its name again as soon as there is a bus at the same address.
+/// takes its name again as soon as there is a bus again.
 ///
 /// Main thread only; needs the toolkit's application object.
 class SingleInstance final : public QObject {
@@ -37,37 +34,29 @@ public:
         unanswered,
     };
 
-    SingleInstance();
+    /// `bus` has to outlive this.
+    explicit SingleInstance(bus::SessionBus& bus);
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
-    ~SingleInstance() override;
 
     /// Takes the name, or has the program that has it come to the front with `token`. The one call here that waits: two
-    /// seconds at most for the bus's answer, ten for the other program's. Connecting has no such limit: a bus that
-    /// takes connections and says nothing holds up the whole toolkit.
+    /// seconds at most for the bus's answer, ten for the other program's.
     Claim claim(const ActivationToken& token);
 
     /// From now on others are served; until then what they ask has no effect. A `toggle` that the bus started this
     /// program for is left out: it opens the window and nothing else.
     void serve(Requests requests);
 
-private slots:
-    void lostBus();
-
 private:
-    void listenOn(QDBusConnection bus);
+    void listen();
+    void takeName();
     void markStartOver();
     void activated(const QVariantMap& platformData);
     void actionActivated(const QString& name);
-    void reconnect();
-    void reconnected();
 
-    QDBusConnection bus_;
+    bus::SessionBus& bus_;
     Requests requests_;
     bool isStartOver_ = false;
-    QTimer retry_;
-    std::unique_ptr<QThread> connecting_;
-    int connectionCount_ = 0;
 };
 
 } // namespace velloran::platform::instance

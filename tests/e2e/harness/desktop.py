@@ -102,7 +102,8 @@ class Desktop:
         with open(path, "w", encoding="ascii") as file:
             file.write(BUS_CONFIGURATION.format(folder=self.folder))
         reading, writing = os.pipe()
-        self._run("bus", ["dbus-daemon", "--nofork", "--config-file", path, f"--print-address={writing}"], pass_fds=[writing])
+        self.bus = self._run("bus", ["dbus-daemon", "--nofork", "--config-file", path, f"--print-address={writing}"],
+                             pass_fds=[writing])
         # The rest is the identity of this one bus: with it, a bus that starts anew at the same place would be refused.
         address = self._first_line(reading, writing).split(",guid=")[0]
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
@@ -135,6 +136,24 @@ class Desktop:
     def run_tool(self, *arguments):
         """Runs a command on this desktop and returns what it prints."""
         return subprocess.run(arguments, env=self.environment, check=True, capture_output=True, text=True, timeout=20).stdout
+
+    def windows_of(self, window_class):
+        """How the X server calls the windows of that class that can be seen."""
+        try:
+            return self.run_tool("xdotool", "search", "--onlyvisible", "--class", f"^{window_class}$").split()
+        except subprocess.CalledProcessError:
+            return []  # says that there is none
+
+    def end_bus(self):
+        """Has the session bus crash. Accessibility may go with it."""
+        self.bus.kill()
+        self.bus.wait()
+        os.unlink(os.path.join(self.folder, "bus"))
+
+    def start_bus_again(self):
+        """Another session bus at the same address."""
+        self.bus = self._run("second-bus", ["dbus-daemon", "--nofork", "--config-file", os.path.join(self.folder, "bus.conf")])
+        until(lambda: os.path.exists(os.path.join(self.folder, "bus")), "the session bus did not start")
 
     def end_server(self):
         self.server.kill()

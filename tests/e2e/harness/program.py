@@ -174,13 +174,20 @@ class Program:
             self._window_id = until(self._find_window_id, "the X server shows no window of the program")
         return self._window_id
 
+    def has_window(self):
+        """Whether the window shows, as the X server sees it; assistive tools need a bus for that."""
+        pids = []
+        for window in self.desktop.windows_of("velloran"):
+            try:
+                pids.append(self.desktop.run_tool("xdotool", "getwindowpid", window).strip())
+            except subprocess.CalledProcessError:
+                continue  # closed meanwhile
+        return str(self.pid) in pids
+
     def _find_window_id(self):
-        try:
-            found = self.desktop.run_tool("xdotool", "search", "--onlyvisible", "--class", "^velloran$").split()
-        except subprocess.CalledProcessError:
-            return None  # says that there is none
-        assert len(found) == 1, found
-        return found[0]
+        found = self.desktop.windows_of("velloran")
+        assert len(found) <= 1, found
+        return found[0] if found else None
 
     def place(self, x, y, width, height):
         """Moves the window and changes its size, as another program does."""
