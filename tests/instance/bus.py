@@ -1,5 +1,7 @@
 """What another program on the session bus does to the application."""
 
+import threading
+
 from gi.repository import Gio, GLib
 
 from harness.waiting import until
@@ -54,6 +56,11 @@ class Bus:
             count += is_its
         return count
 
+    def take_name(self):
+        """Has the application's name from now on."""
+        do_not_queue = 4
+        self._ask_bus("RequestName", GLib.Variant("(su)", (NAME, do_not_queue)))
+
     def read_services_anew(self):
         self._ask_bus("ReloadConfig")
 
@@ -69,3 +76,37 @@ class Bus:
 
     def introspect(self):
         return self._call(NAME, PATH, "org.freedesktop.DBus.Introspectable", "Introspect", None)[0]
+
+
+class RefusingOwner:
+    """Somebody who has the application's name and answers with an error, at once, whoever asks for the window."""
+
+    DESCRIPTION = f"""<node><interface name="{INTERFACE}"><method name="Activate"><arg type="a{{sv}}"/></method></interface></node>"""
+
+    def __init__(self, desktop, error):
+        self._error = error
+        self.calls = 0
+        self._context = GLib.MainContext()
+        self._loop = GLib.MainLoop.new(self._context, False)
+        self._is_ready = threading.Event()
+        self._thread = threading.Thread(target=self._serve, args=[desktop], daemon=True)
+        self._thread.start()
+        assert self._is_ready.wait(20), "the owner did not start"
+
+    def _serve(self, desktop):
+        self._context.push_thread_default()
+        bus = Bus(desktop)
+        bus.connection.register_object(PATH, Gio.DBusNodeInfo.new_for_xml(self.DESCRIPTION).interfaces[0], self._called, None, None)
+        bus.take_name()
+        self._is_ready.set()
+        self._loop.run()
+        bus.close()
+        self._context.pop_thread_default()
+
+    def _called(self, _connection, _sender, _path, _interface, _method, _arguments, invocation):
+        self.calls += 1
+        invocation.return_dbus_error(self._error, "no")
+
+    def close(self):
+        self._loop.quit()
+        self._thread.join(10)

@@ -2,9 +2,11 @@
 
 #include "platform/instance/ApplicationObject.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDeadlineTimer>
+#include <QThread>
 
 #include <algorithm>
 #include <utility>
@@ -19,6 +21,7 @@ const auto applicationInterface = QStringLiteral("org.freedesktop.Application");
 
 constexpr int longestWaitForBus = 2'000;    // milliseconds
 constexpr int longestWaitForOther = 10'000; // milliseconds
+constexpr int pauseBetweenTries = 100;      // milliseconds
 
 /// The bus's answer to a request for a name that another one has.
 constexpr uint isTaken = 3;
@@ -45,6 +48,18 @@ QDBusMessage callToFirst(const ActivationToken& token) {
     return call;
 }
 
+/// Whether the other one may have ended before it answered, so that its name can be had.
+bool mayHaveEnded(const QDBusMessage& answer) {
+    switch (QDBusError(answer).type()) {
+    case QDBusError::ServiceUnknown:
+    case QDBusError::NoReply:
+    case QDBusError::Disconnected:
+        return true;
+    default:
+        return answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
+    }
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(bus::SessionBus& bus) : bus_(bus) {
@@ -64,10 +79,15 @@ SingleInstance::Claim SingleInstance::claim(const ActivationToken& token) {
             return Claim::first;
         }
         const int patience = std::max(1, static_cast<int>(deadline.remainingTime()));
-        if (bus.call(callToFirst(token), QDBus::Block, patience).type() == QDBusMessage::ReplyMessage) {
+        const QDBusMessage answer = bus.call(callToFirst(token), QDBus::Block, patience);
+        if (answer.type() == QDBusMessage::ReplyMessage) {
             return Claim::handedOver;
         }
-        // No answer: it has ended meanwhile, and the name can be had, or it hangs.
+        if (!mayHaveEnded(answer)) {
+            return Claim::unanswered;
+        }
+        // Whoever has the name may claim to have ended, again and again.
+        QThread::msleep(pauseBetweenTries);
     }
     return bus.isConnected() ? Claim::unanswered : Claim::first;
 }

@@ -30,7 +30,7 @@ public:
         first,
         /// Another one runs and has come to the front.
         handedOver,
-        /// Another one runs and does not answer.
+        /// Another one runs and does not answer, or refuses.
         unanswered,
     };
 
