@@ -1,3 +1,4 @@
+#include "platform/bus/SessionBus.h"
 #include "support/ChildProcess.h"
 
 #include <QGuiApplication>
@@ -20,5 +21,6 @@ int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_ACCESSIBILITY", "0");
     const QGuiApplication application(argc, argv);
+    const velloran::platform::bus::SessionBus sessionBus(velloran::platform::bus::findSessionBus());
     return RUN_ALL_TESTS();
 }

@@ -1,5 +1,7 @@
 #include "ui/dialogs/PortalFileQuestion.h"
 
+#include "platform/bus/SessionBus.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -16,6 +18,8 @@
 namespace velloran {
 
 namespace {
+
+using platform::bus::SessionBus;
 
 const auto portalService = QStringLiteral("org.freedesktop.portal.Desktop");
 const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
@@ -82,7 +86,11 @@ QString portalHandleOf(QWindow* window) {
 
 } // namespace
 
-PortalFileQuestion::PortalFileQuestion(QObject* parent) : FileQuestion(parent), bus_(QDBusConnection::sessionBus()) {
+PortalFileQuestion::PortalFileQuestion(QObject* parent) : FileQuestion(parent), bus_(QString()) {
+    if (const auto* const bus = SessionBus::current()) {
+        bus_ = bus->connection();
+        connect(bus, &SessionBus::lost, this, [this] { answered(2, {}); });
+    }
     qDBusRegisterMetaType<FilterRule>();
     qDBusRegisterMetaType<QList<FilterRule>>();
     qDBusRegisterMetaType<Filter>();

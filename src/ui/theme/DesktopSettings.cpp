@@ -1,11 +1,12 @@
 #include "ui/theme/DesktopSettings.h"
 
+#include "platform/bus/SessionBus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
 #include <QMap>
 #include <QVariantMap>
 
@@ -14,6 +15,8 @@
 namespace velloran {
 
 namespace {
+
+using platform::bus::SessionBus;
 
 using Groups = QMap<QString, QVariantMap>;
 
@@ -32,20 +35,29 @@ QVariant unwrapped(QVariant value) {
 } // namespace
 
 DesktopSettings::DesktopSettings(QStringList groups, QObject* parent) : QObject(parent), groups_(std::move(groups)) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
+    const auto* const bus = SessionBus::current();
+    if (bus == nullptr) {
         return;
     }
     qDBusRegisterMetaType<Groups>();
     // A slot with an argument of a type that the toolkit has not met yet is not connected.
     qRegisterMetaType<QDBusVariant>();
+    connect(bus, &SessionBus::connected, this, &DesktopSettings::listen);
+    listen();
+}
+
+void DesktopSettings::listen() {
+    QDBusConnection bus = SessionBus::current()->connection();
+    if (!bus.isConnected()) {
+        return;
+    }
     if (!bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                      SLOT(settingChanged(QString, QString, QDBusVariant)))) {
         qWarning("Later changes of the desktop's settings cannot be followed.");
     }
     // A portal that starts anew may have missed changes.
-    auto* const life = new QDBusServiceWatcher(portalService, bus, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(life, &QDBusServiceWatcher::serviceRegistered, this, &DesktopSettings::ask);
+    portalLife_ = std::make_unique<QDBusServiceWatcher>(portalService, bus, QDBusServiceWatcher::WatchForRegistration);
+    connect(portalLife_.get(), &QDBusServiceWatcher::serviceRegistered, this, &DesktopSettings::ask);
     ask();
 }
 
@@ -53,7 +65,7 @@ void DesktopSettings::ask() {
     QDBusMessage question =
         QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("ReadAll"));
     question << groups_;
-    auto* const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    auto* const answer = new QDBusPendingCallWatcher(SessionBus::current()->connection().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<Groups> reply = *answer;

@@ -1,15 +1,19 @@
 #pragma once
 
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
 namespace velloran {
 
 /// What the desktop's settings portal tells about some groups of its settings: once as soon as it answers, and again
-/// with each change and whenever the portal starts anew. Never waits; a portal that is absent or silent tells nothing.
+/// with each change and whenever the portal or the bus starts anew. Never waits; a portal that is absent or silent
+/// tells nothing.
 class DesktopSettings final : public QObject {
     Q_OBJECT
 
@@ -25,10 +29,12 @@ private slots:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
+    void listen();
     void ask();
     void tell(const QString& group, const QString& key, const QVariant& value);
 
     QStringList groups_;
+    std::unique_ptr<QDBusServiceWatcher> portalLife_;
 };
 
 } // namespace velloran
