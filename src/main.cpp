@@ -28,6 +28,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -185,7 +186,9 @@ int main(int argc, char* argv[]) {
     }
     // Lighter than the graphics card's way by half a processor and 80 MB, and it leaves the card to the game.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    const QApplication application(argc, argv);
+    // There are no options, and the toolkit is not to find its own among the arguments.
+    int argumentCount = std::min(argc, 1);
+    const QApplication application(argumentCount, argv);
     if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         // Only there the toolkit uses it up. It is meant for this start, and not for the browser's.
         qunsetenv("XDG_ACTIVATION_TOKEN");

@@ -64,6 +64,17 @@ class MissingServices(DesktopCase):
         self.assertEqual(preferences.stored_json(preferences.read(path)["velloran.config"]), preferences.DEFAULTS)
         self.assertEqual(program.end(), 0)
 
+    def test_the_command_line_says_nothing(self):
+        program = self.start(arguments=["-platform", "bogus", "-geometry", "950x800+30+30", "-style", "bogus", "--help", "file"])
+        self.assertEqual(program.headline, "Ready")
+        self.assertEqual(program.end(), 0)
+        self.assertEqual(program.log, "")
+
+    def test_the_variables_of_the_toolkit_count(self):
+        program = self.launch({}, environment={"QT_QPA_PLATFORM": "bogus"})
+        self.assertNotEqual(program.wait_for_end(), 0)
+        self.assertIn("bogus", program.log)
+
     def test_no_display_is_told_in_one_line(self):
         program = self.launch({}, environment={"DISPLAY": None})
         self.assertEqual(program.wait_for_end(), 1)

@@ -19,7 +19,7 @@ class Program:
     """Starts at once, and is ready when its window shows. `stored` are the preferences to start with; nothing for a first start.
     What it says goes to a file, unless another descriptor is given."""
 
-    def __init__(self, desktop, stored=None, environment=None, folder=None, stderr=None):
+    def __init__(self, desktop, stored=None, environment=None, folder=None, stderr=None, arguments=()):
         self.desktop = desktop
         self.observer = desktop.observer
         self.owns_folder = folder is None
@@ -37,8 +37,8 @@ class Program:
             else:
                 self.environment[name] = value
         with open(self.log_path, "ab") as log:
-            self.process = processes.start([*desktop.as_user, PROGRAM], self.environment, stdout=log, stderr=stderr or log,
-                                           cwd=self.folder)
+            self.process = processes.start([*desktop.as_user, PROGRAM, *arguments], self.environment, stdout=log,
+                                           stderr=stderr or log, cwd=self.folder)
         self._window = None
         self._window_id = None
         self._headline = None
