@@ -22,6 +22,10 @@ class WindowIdentity(DesktopCase):
                          f'WM_CLASS(STRING) = "{os.path.basename(main["Exec"])}", "{main["StartupWMClass"]}"')
         self.assertIn(f'"{main["Name"]}"', self.property(program, "_NET_WM_NAME"))
 
+    def test_assistive_tools_know_its_name(self):
+        program = self.start()
+        self.assertEqual([(frame.role, frame.name) for frame in program.frames.values()], [("frame", "Velloran")])
+
     def test_brings_its_icon(self):
         program = self.start()
         self.assertIn("Icon (128 x 128)", self.property(program, "_NET_WM_ICON"))

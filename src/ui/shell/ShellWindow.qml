@@ -36,6 +36,8 @@ T.ApplicationWindow {
     }
 
     visible: true
+    // None of its own: the program's, which the window system shows anyway, and without this assistive tools do not tell.
+    title: "Velloran"
     width: minimumWidth
     height: minimumHeight
     minimumWidth: Math.min(root.leastSize.width, workArea.size.width)

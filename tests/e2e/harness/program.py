@@ -65,8 +65,8 @@ class Program:
             raise TookTooLong(f"the program ended with {self.process.returncode}: {self.log}")
         try:
             for frame in applications(self.desktop.accessibility)[self.pid].children:
-                # The window has no title of its own; dialogs have one.
-                if not frame.name and "showing" in frame.states and frame.extents[2] > 0:
+                # Dialogs have names of their own.
+                if frame.name == "Velloran" and "showing" in frame.states and frame.extents[2] > 0:
                     return frame
         except (GLib.Error, KeyError):
             pass
@@ -97,7 +97,7 @@ class Program:
 
     @property
     def frames(self):
-        """All windows that show, by their names; the main window has none."""
+        """All windows that show, by their names; the main one is called as the program is."""
         found = {}
         for frame in applications(self.desktop.accessibility)[self.pid].children:
             try:

@@ -59,7 +59,7 @@ TEST_F(FrameTest, OpensAtItsLeastSizeWithoutAFrameOfTheDesktop) {
     EXPECT_EQ(window->minimumSize(), leastSize);
     EXPECT_TRUE(window->flags().testFlag(Qt::FramelessWindowHint));
     EXPECT_EQ(window->frameMargins(), QMargins());
-    EXPECT_EQ(window->title(), "");
+    EXPECT_EQ(window->title(), "Velloran");
     keepPicture("window");
 }
 
