@@ -7,6 +7,7 @@
 #include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Platform.h"
 
+#include <string>
 #include <utility>
 
 namespace velloran {
@@ -28,7 +29,7 @@ public:
 
     platform::KeyCharacters& keyCharacters() override { return keyCharacters_; }
 
-    [[nodiscard]] std::vector<std::string> limits() const override { return {}; }
+    [[nodiscard]] DesktopLimits limits() const override { return {}; }
 
 private:
     std::unique_ptr<platform::x11::X11Platform> x11_;
@@ -39,9 +40,9 @@ class UnavailableBackend final : public DesktopBackend {
 public:
     UnavailableBackend(platform::SystemLog& log, const std::string& reason)
         : unavailable_(log, reason),
-          limits_{reason, "The global hotkey does not work here.",
-                  "The pointer's position is not known here, so the still-mouse rule never lets "
-                  "a click through."} {}
+          limits_{QString::fromStdString(reason), QStringLiteral("The global hotkey does not work here."),
+                  QStringLiteral("The pointer's position is not known here, so the still-mouse rule never lets "
+                                 "a click through.")} {}
 
     platform::PointerEvents& pointerEvents() override { return unavailable_.pointerEvents(); }
 
@@ -53,12 +54,12 @@ public:
 
     platform::KeyCharacters& keyCharacters() override { return keyCharacters_; }
 
-    [[nodiscard]] std::vector<std::string> limits() const override { return limits_; }
+    [[nodiscard]] DesktopLimits limits() const override { return limits_; }
 
 private:
     platform::unavailable::UnavailablePlatform unavailable_;
     platform::keys::DefaultKeyCharacters keyCharacters_;
-    std::vector<std::string> limits_;
+    DesktopLimits limits_;
 };
 
 } // namespace

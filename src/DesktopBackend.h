@@ -7,11 +7,10 @@
 #include "platform/PointerEvents.h"
 #include "platform/PointerPosition.h"
 #include "platform/SystemLog.h"
+#include "ui/shell/DesktopLimits.h"
 
 #include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace velloran {
 
@@ -29,8 +28,7 @@ public:
     virtual platform::HotKeys& hotKeys() = 0;
     virtual platform::KeyCharacters& keyCharacters() = 0;
 
-    /// What does not work here, in sentences for the user.
-    [[nodiscard]] virtual std::vector<std::string> limits() const = 0;
+    [[nodiscard]] virtual DesktopLimits limits() const = 0;
 };
 
 /// Makes the backend that fits the session of this process; there always is one. `onServerLost` is called in a turn of

@@ -99,14 +99,6 @@ struct SharedHotkeys {
     ~SharedHotkeys() { HotkeyManager::endShared(); }
 };
 
-QStringList toStrings(const std::vector<std::string>& lines) {
-    QStringList strings;
-    for (const std::string& line : lines) {
-        strings.append(QString::fromStdString(line));
-    }
-    return strings;
-}
-
 int run(platform::instance::SingleInstance& instance) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
@@ -145,7 +137,7 @@ int run(platform::instance::SingleInstance& instance) {
     engine.setInitialProperties({
         {"store", QVariant::fromValue(&storeModel)},
         {"donations", QVariant::fromValue(&donationModel)},
-        {"limits", toStrings(desktop->limits())},
+        {"desktopLimits", QVariant::fromValue(desktop->limits())},
         {"managerMenu", QVariant::fromValue(&managerMenu)},
     });
     // By name and not by address: only an import makes the module's own types known.

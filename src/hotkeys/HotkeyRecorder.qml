@@ -13,6 +13,8 @@ FocusScope {
     required property string display
     /// What the control is called: the label of its row.
     property string label: ""
+    /// Shown while the pointer rests on it.
+    property string help: ""
 
     /// Another shortcut was pressed. `combo` is what `StoreModel.hotkey` takes.
     signal recorded(var combo)
@@ -47,6 +49,7 @@ FocusScope {
 
             Layout.fillWidth: true
             focus: true
+            help: root.help
             label: root.isRecording ? "Press keys to record…" : root.hasCombo ? root.display : "Click to record shortcut"
             leftPadding: 12
             // The text ends a gap and the least spacer before the padding.
@@ -63,7 +66,7 @@ FocusScope {
                 recording.toggleRecording();
             }
 
-            Accessible.description: root.label
+            Accessible.description: root.help === "" ? root.label : root.label + ". " + root.help
 
             background: RoundedFace {
                 radius: Theme.radius.field

@@ -7,6 +7,8 @@ Item {
     id: root
 
     required property StoreModel store
+    /// What does not work on this desktop.
+    property desktopLimits limits
     /// What the window buttons take of the left end of the title bar.
     property real leftInset: 0
 
@@ -64,6 +66,7 @@ Item {
                         StartOptionsCard {
                             Layout.fillWidth: true
                             store: root.store
+                            limits: root.limits
                         }
                     }
 
@@ -84,6 +87,7 @@ Item {
                             Layout.fillWidth: true
                             title: "Start"
                             systemImage: "play.fill"
+                            help: root.limits.clicks
                             disabled: !root.store.isValid || root.store.status === StoreModel.Running
                                       || root.store.status === StoreModel.Delayed
                             // The last click of a counted run may come down on this very button: it must not start the next.

@@ -7,6 +7,10 @@ ShellWindow {
 
     required property StoreModel store
     required property DonationModel donations
+    /// What does not work on this desktop.
+    property desktopLimits desktopLimits
+
+    limits: root.desktopLimits.sentences
 
     Component.onCompleted: {
         root.store.refreshPermission();
@@ -45,6 +49,7 @@ ShellWindow {
     ContentView {
         anchors.fill: parent
         store: root.store
+        limits: root.desktopLimits
         leftInset: root.leftInset
     }
 

@@ -174,6 +174,57 @@ class DamagedSettings(DesktopCase):
         program.wait_for_stored(**preferences.DEFAULTS)
 
 
+class HoverHelp(DesktopCase):
+    """What a desktop cannot do stands where the user looks for it."""
+
+    NOTHING_WORKS = {"WAYLAND_DISPLAY": "wayland-7", "QT_QPA_PLATFORM": "xcb"}
+    CONCERNED = {("push button", "Start"): WAYLAND_REASON,
+                 ("push button", "Click to record shortcut"): "The global hotkey does not work here.",
+                 ("check box", "Click only if mouse is stationary"):
+                     "The pointer's position is not known here, so the still-mouse rule never lets a click through."}
+
+    def assert_helps(self, program, control, sentence):
+        item = program.find(*control)
+        self.assertIn(sentence, item.description)
+        self.observer.move(*item.centre)
+        # All of it is shown, and inside the window.
+        x, y, width, height = program.find("label", sentence).extents
+        left, top, window_width, window_height = program.window.extents
+        self.assertTrue(left < x and x + width < left + window_width, (x, width))
+        self.assertTrue(top < y and y + height < top + window_height, (y, height))
+        self.observer.move(1450, 150)
+        program.wait_until_gone("label", sentence)
+
+    def test_stands_at_the_control_that_does_not_work(self):
+        program = self.start(environment=self.NOTHING_WORKS)
+        for control, sentence in self.CONCERNED.items():
+            with self.subTest(control):
+                self.assert_helps(program, control, sentence)
+
+    def test_stands_at_a_disabled_button_too(self):
+        stored = preferences.config(clickIntervalSeconds=0.0)
+        program = self.start({"velloran.config": preferences.as_bytes(stored)}, environment=self.NOTHING_WORKS)
+        program.find("push button", "Start").do()
+        program.settle()
+        # It would be an error if the button could be pressed.
+        self.assertEqual(program.headline, "Ready")
+        self.assert_helps(program, ("push button", "Start"), WAYLAND_REASON)
+
+    def test_the_same_stands_in_about(self):
+        program = self.start(environment=self.NOTHING_WORKS)
+        program.find("push button", "Menu").do()
+        program.find("menu item", "About Velloran").do()
+        for sentence in self.CONCERNED.values():
+            program.find("label", sentence, within=program.find("dialog", "About Velloran"))
+
+    def test_is_not_there_where_everything_works(self):
+        program = self.start()
+        self.assertEqual([program.find(*control).description for control in self.CONCERNED], ["", "Start / Stop Hotkey", ""])
+        program.find("push button", "Menu").do()
+        program.find("menu item", "About Velloran").do()
+        self.assertEqual(program.shown("heading", "This desktop", within=program.find("dialog", "About Velloran")), [])
+
+
 class WaylandSessions(DesktopCase):
     def test_starts_without_a_backend_and_never_clicks(self):
         for variables in ({"XDG_SESSION_TYPE": "wayland"}, {"WAYLAND_DISPLAY": "wayland-7"}):

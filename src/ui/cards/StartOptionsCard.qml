@@ -7,6 +7,8 @@ CardBackground {
     id: root
 
     required property StoreModel store
+    /// What does not work on this desktop.
+    property desktopLimits limits
 
     readonly property int labelWidth: 170
     /// Under a checkbox, things start where its label does.
@@ -38,6 +40,7 @@ CardBackground {
                 HotkeyRecorder {
                     Layout.fillWidth: true
                     label: "Start / Stop Hotkey"
+                    help: root.limits.hotkey
                     hasCombo: root.store.hasHotkey
                     display: root.store.hotkeyDisplay
                     onRecorded: combo => root.store.hotkey = combo
@@ -95,6 +98,7 @@ CardBackground {
             Checkbox {
                 Layout.fillWidth: true
                 label: "Click only if mouse is stationary"
+                help: root.limits.stillMouse
                 isOn: root.store.requireStationaryMouse
                 onToggled: on => root.store.requireStationaryMouse = on
             }

@@ -8,6 +8,8 @@ FocusScope {
 
     required property bool isOn
     required property string label
+    /// Shown while the pointer rests on it.
+    property string help: ""
 
     /// Somebody wants it the other way round.
     signal toggled(bool on)
@@ -36,6 +38,7 @@ FocusScope {
         Keys.onEnterPressed: event => root.pressKey(event.isAutoRepeat)
 
         Accessible.name: root.label
+        Accessible.description: root.help
         Accessible.focusable: true
         Accessible.onPressAction: box.clicked()
         Accessible.onToggleAction: box.clicked()
@@ -70,5 +73,10 @@ FocusScope {
                 }
             }
         }
+    }
+
+    HelpTip {
+        help: root.help
+        shown: box.hovered && !box.down
     }
 }

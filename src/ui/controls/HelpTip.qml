@@ -19,7 +19,8 @@ T.ToolTip {
     rightPadding: 8
     topPadding: 5
     bottomPadding: 5
-    implicitWidth: root.implicitContentWidth + root.leftPadding + root.rightPadding
+    // Sentences go on in further lines.
+    implicitWidth: Math.min(320, root.implicitContentWidth + root.leftPadding + root.rightPadding)
     implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
     closePolicy: T.Popup.CloseOnEscape
 
@@ -27,6 +28,7 @@ T.ToolTip {
         text: root.help
         size: 12
         color: Theme.textSecondary
+        wrapMode: Text.Wrap
     }
 
     background: RoundedFace {

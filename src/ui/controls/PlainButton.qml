@@ -10,6 +10,8 @@ T.AbstractButton {
     required property string label
     /// Shown while the pointer rests on the button.
     property string help: ""
+    /// Whether the pointer rests on the button. A disabled one does not know by itself.
+    property bool isPointedAt: root.hovered
     property real size: 13
     property int weight: Font.DemiBold
     property color color: Theme.textPrimary
@@ -110,6 +112,6 @@ T.AbstractButton {
 
     HelpTip {
         help: root.help
-        shown: root.hovered && !root.down
+        shown: root.isPointedAt && !root.down
     }
 }

@@ -9,6 +9,8 @@ FocusScope {
     /// The name of the icon.
     required property string systemImage
     property bool disabled: false
+    /// Shown while the pointer rests on the button, disabled or not.
+    property string help: ""
 
     signal triggered()
     /// A pointer went down on the button. `ignorePress()` called from here keeps it from triggering.
@@ -54,6 +56,8 @@ FocusScope {
             enabled: !root.disabled
             hasPointerLook: true
             label: root.title
+            help: root.help
+            isPointedAt: pointer.hovered
             implicitHeight: Math.max(52, button.implicitContentHeight + 12)
             leftPadding: Theme.spacing.md
             rightPadding: Theme.spacing.md
