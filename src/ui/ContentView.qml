@@ -71,6 +71,7 @@ Item {
                     }
 
                     ColumnLayout {
+                        Layout.minimumWidth: 280
                         Layout.preferredWidth: 280
                         Layout.maximumWidth: 280
                         Layout.alignment: Qt.AlignTop

@@ -1,5 +1,6 @@
 """Sizes and distances of the real window, in points."""
 
+from harness import picture, preferences
 from harness.case import DesktopCase
 from harness.waiting import until
 
@@ -59,6 +60,26 @@ class Geometry(DesktopCase):
         for width in (921, 1200, 1500):
             self.program.place(10, 10, width, 900)
             self.check_columns(width)
+
+    def test_long_values_stay_in_their_card(self):
+        letters = "ABCDEFGHIJ" * 12
+        self.program.close()
+        self.program = self.start_with(clickIntervalSeconds=1e300, startDelaySeconds=1e300,
+                                       hotkey={**preferences.CONTROL_OPTION_S, "display": letters})
+        self.program.place(10, 10, 920, 1040)
+        self.observer.move(1500, 1050)
+        self.check_columns(920)
+        card = self.program.card("Summary")
+        left, top, width, height = card.extents
+        for row in card.find_all("label", lambda name: ": " in name):
+            for item in (row, *row.children):
+                self.assertLessEqual(item.extents[0] + item.extents[2], left + width - CARD_PADDING, item)
+        # Nothing is written on the padding of the card or beside it.
+        beside = picture.of_screen(self.desktop).crop((left + width - CARD_PADDING, top + 20, left + width + SIDE, 1050))
+        brightest = max(max(band) for band in beside.getextrema())
+        self.assertLess(brightest, 128)
+        hotkey = card.find_all("label", "Hotkey: " + letters)[0]
+        self.assertGreater(hotkey.extents[3], 100)
 
     def test_the_title_bar_stays_while_the_cards_scroll(self):
         title = self.program.find("label", "Velloran").extents

@@ -65,7 +65,7 @@ CardBackground {
                 size: 13
                 weight: Font.Medium
                 color: Theme.textSecondary
-                wrapMode: Text.WordWrap
+                wrapMode: Text.Wrap
 
                 // Told to the user as it changes.
                 Accessible.role: Accessible.AlertMessage

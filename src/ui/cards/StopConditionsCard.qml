@@ -92,10 +92,12 @@ CardBackground {
             }
 
             BodyText {
+                Layout.fillWidth: true
                 text: root.store.progressText
                 size: 12
                 weight: Font.Medium
                 color: Theme.textSecondary
+                wrapMode: Text.Wrap
             }
         }
     }

@@ -47,7 +47,7 @@ RowLayout {
             text: root.value
             size: 14
             weight: Font.DemiBold
-            wrapMode: Text.WordWrap
+            wrapMode: Text.Wrap
         }
     }
 }
