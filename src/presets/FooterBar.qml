@@ -11,13 +11,10 @@ Item {
     readonly property int padding: 10
     property PresetsMenu openMenu: null
 
-    function togglePresetsMenu() {
-        if (root.openMenu && root.openMenu.opened) {
-            root.openMenu.close();
-            return;
-        }
-        root.openMenu = presetsMenu.createObject(presetsButton, { ownPresets: root.store.userPresets }) as PresetsMenu;
-        root.openMenu.open();
+    function togglePresetsMenu(byKey: bool) {
+        if (!root.openMenu?.opened)
+            root.openMenu = presetsMenu.createObject(presetsButton, { ownPresets: root.store.userPresets }) as PresetsMenu;
+        root.openMenu.toggle(byKey);
     }
 
     function exportConfig() {
@@ -49,8 +46,8 @@ Item {
             label: "Presets"
             size: 13.5
             color: Theme.textPrimary
-            onTriggered: root.togglePresetsMenu()
-            Keys.onDownPressed: root.togglePresetsMenu()
+            onTriggered: root.togglePresetsMenu(!presetsButton.isPointerPress)
+            Keys.onDownPressed: root.togglePresetsMenu(true)
             Accessible.role: Accessible.ButtonMenu
             leftPadding: 6
             rightPadding: 6
@@ -112,9 +109,7 @@ Item {
         PresetsMenu {
             id: menu
 
-            y: presetsButton.height + 4
             store: root.store
-            closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
             onSaveRequested: naming.begin()
             onClosed: {
                 if (root.openMenu === menu)

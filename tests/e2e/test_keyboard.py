@@ -151,9 +151,9 @@ class Keyboard(DesktopCase):
         program = self.start_without_pointer()
         self.go_to(program, "Menu")
         self.observer.press("Space")
-        items = [item.name for item in until(lambda: program.shown("menu item"), "the menu does not open")]
+        self.wait_for_menu(program, "Quit")
+        items = [item.name for item in program.shown("menu item")]
         self.assertEqual(items, ["Presets and Options…", "About Velloran", "Quit"])
-        self.observer.press("Down")
         self.observer.press("Return")
         program.find("dialog", "Presets and Options")
         names = [item.name for item in self.walk(program)]
@@ -164,8 +164,7 @@ class Keyboard(DesktopCase):
         program.wait_until_gone("dialog", "Presets and Options")
         until(lambda: program.focused() and program.focused().name == "Menu", "the focus does not come back")
         self.observer.press("Space")
-        until(lambda: program.shown("menu item"), "the menu does not open")
-        self.observer.press("Down")
+        self.wait_for_menu(program, "About Velloran")
         self.observer.press("Down")
         self.observer.press("Return")
         program.find("dialog", "About Velloran")
@@ -175,10 +174,6 @@ class Keyboard(DesktopCase):
         self.observer.press("q", "control")
         self.assertEqual(program.wait_for_end(), 0)
 
-    def go_down_to(self, place):
-        for _ in range(place):
-            self.observer.press("Down")
-
     def test_a_preset_is_saved_applied_and_deleted(self):
         program = self.start_without_pointer(maxClicks=5)
         self.observer.press(",", "control")
@@ -186,7 +181,7 @@ class Keyboard(DesktopCase):
         self.go_to(program, "Presets")
         self.observer.press("Return")
         self.wait_for_menu(program, "Save current as preset…")
-        self.go_down_to(4)
+        self.observer.press("Up")
         self.observer.press("Return")
         field = program.find("text", "Preset name")
         until(lambda: program.focused() == field, lambda: f"the focus is at {program.focused()}")
@@ -197,14 +192,12 @@ class Keyboard(DesktopCase):
         until(lambda: program.focused() and program.focused().name == "Presets", "the focus does not come back")
         self.observer.press("Space")
         self.wait_for_menu(program, "Work")
-        self.observer.press("Down")
         self.observer.press("Return")
         program.wait_for_stored(clickIntervalSeconds=1.0, maxClicks=100)
         program.wait_until_gone("menu item", "Work")
         self.observer.press("Space")
         self.wait_for_menu(program, "Delete Preset")
-        for _ in range(5):
-            self.observer.press("Down")
+        self.observer.press("d")
         self.observer.press("Right")
         program.find("menu item", 'Delete "Work"')
         self.observer.press("Return")

@@ -14,7 +14,9 @@ PlainButton {
     help: "Choose a preset hotkey"
     faceRadius: root.width / 2
     air: 0
-    onTriggered: menu.visible ? menu.close() : menu.open()
+    onTriggered: menu.toggle(!root.isPointerPress)
+    Keys.onDownPressed: menu.toggle(true)
+    Keys.onUpPressed: menu.toggle(true)
 
     Accessible.role: Accessible.ButtonMenu
     Accessible.description: ""
@@ -28,9 +30,7 @@ PlainButton {
     PopupMenu {
         id: menu
 
-        y: root.height + 4
-        x: root.width - menu.width
-        closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
+        endsRight: true
 
         Instantiator {
             model: root.choices

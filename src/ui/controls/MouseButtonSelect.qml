@@ -29,9 +29,9 @@ FocusScope {
         topPadding: 9
         bottomPadding: 9
         faceRadius: Theme.radius.field
-        onTriggered: menu.visible ? menu.close() : menu.open()
-        Keys.onDownPressed: menu.open()
-        Keys.onUpPressed: menu.open()
+        onTriggered: menu.toggle(!face.isPointerPress)
+        Keys.onDownPressed: menu.toggle(true)
+        Keys.onUpPressed: menu.toggle(true)
 
         Accessible.description: root.label
 
@@ -50,10 +50,8 @@ FocusScope {
     PopupMenu {
         id: menu
 
-        y: root.height + 4
         leastWidth: root.width
-        closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
-        onAboutToShow: menu.currentIndex = root.selection
+        chosenIndex: root.selection
 
         PopupMenuItem {
             label: root.names[0]

@@ -27,6 +27,9 @@ T.AbstractButton {
     /// A pointer went down on the button. `ignorePress()` called from here keeps it from triggering.
     signal pointerPressed()
 
+    /// Whether the press under way comes from a pointer, and from no key and no assistive tool.
+    property bool isPointerPress: false
+
     property bool ignoresPress: false
 
     function ignorePress() {
@@ -53,8 +56,12 @@ T.AbstractButton {
         if (!root.ignoresPress)
             root.triggered();
         root.ignoresPress = false;
+        root.isPointerPress = false;
     }
-    onCanceled: root.ignoresPress = false
+    onCanceled: {
+        root.ignoresPress = false;
+        root.isPointerPress = false;
+    }
     Keys.onReturnPressed: event => root.pressKey(event.isAutoRepeat)
     Keys.onEnterPressed: event => root.pressKey(event.isAutoRepeat)
 
@@ -89,6 +96,7 @@ T.AbstractButton {
             onActiveChanged: {
                 if (active) {
                     root.ignoresPress = false;
+                    root.isPointerPress = true;
                     root.pointerPressed();
                 }
             }

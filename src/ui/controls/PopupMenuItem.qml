@@ -12,6 +12,15 @@ T.MenuItem {
     /// Whether choosing it takes something away.
     property bool destructive: false
 
+    /// The first letter or digit of the name, as a small one: what is typed to select the entry. Empty if there is none.
+    readonly property string letter: {
+        for (const character of root.label.toLowerCase()) {
+            if (character !== character.toUpperCase() || (character >= "0" && character <= "9"))
+                return character;
+        }
+        return "";
+    }
+
     implicitWidth: root.implicitContentWidth + root.leftPadding + root.rightPadding
     implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
     width: root.ListView.view ? root.ListView.view.width : root.implicitWidth

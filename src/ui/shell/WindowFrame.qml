@@ -94,16 +94,14 @@ FocusScope {
             label: "Menu"
             systemImage: "window.menu"
             enabled: root.isMenuEnabled
-            onTriggered: menu.visible ? menu.close() : menu.open()
-            Keys.onDownPressed: menu.open()
+            onTriggered: menu.toggle(!menuButton.isPointerPress)
+            Keys.onDownPressed: menu.toggle(true)
             Accessible.role: Accessible.ButtonMenu
 
             PopupMenu {
                 id: menu
 
-                x: menuButton.width - width
-                y: menuButton.height + 4
-                closePolicy: PopupMenu.CloseOnEscape | PopupMenu.CloseOnPressOutsideParent
+                endsRight: true
 
                 PopupMenuItem {
                     label: "Presets and Options…"

@@ -16,12 +16,6 @@ PopupMenu {
             root.window.showMaximized();
     }
 
-    function openAt(position: point) {
-        root.x = position.x;
-        root.y = position.y;
-        root.open();
-    }
-
     PopupMenuItem {
         label: "Minimize"
         onTriggered: root.window.showMinimized()

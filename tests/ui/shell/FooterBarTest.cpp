@@ -142,7 +142,6 @@ TEST_F(FooterBarTest, TheMenuWorksByKeyboard) {
     tap(spaceKey);
     ASSERT_FALSE(menuEntries().isEmpty());
     tap(downKey);
-    tap(downKey);
     tap(returnKey);
     EXPECT_EQ(store->config.get().maxClicks, 500);
     EXPECT_TRUE(until([&] { return menuEntries().isEmpty(); }));
