@@ -20,8 +20,10 @@ QtObject {
 
     function reveal() {
         const margin = Theme.spacing.sm;
-        const top = root.focused.mapToItem(root.view.contentItem, 0, 0).y - margin;
-        const bottom = top + root.focused.height + 2 * margin;
+        // A number field is more than the text in it.
+        const shown = (root.focused as NumberInput)?.frame ?? root.focused;
+        const top = shown.mapToItem(root.view.contentItem, 0, 0).y - margin;
+        const bottom = top + shown.height + 2 * margin;
         if (top < root.view.contentY)
             root.view.contentY = Math.max(0, top);
         else if (bottom > root.view.contentY + root.view.height)

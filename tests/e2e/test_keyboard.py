@@ -6,6 +6,8 @@ from harness.waiting import until
 
 CARDS = ["Left Click", "Click Interval", "Stop After", "Stop after", "Stop after", "Click to record shortcut",
          "Choose a preset hotkey", "Start clicking after", "Click only if mouse is stationary", "Start"]
+# Heights in points: of the title bar, of a field around its text, and of the focus ring around a control.
+TITLE, FIELD_PADDING, RING = 64, 9, 4
 FRAME = ["Menu", "Minimize", "Maximize", "Close"]
 
 
@@ -214,10 +216,18 @@ class Keyboard(DesktopCase):
         until(lambda: program.stored().get("donation.remindersShown") == "1", lambda: program.stored())
 
     def test_what_gets_the_focus_comes_into_sight(self):
-        program = self.start_without_pointer()
+        program = self.start_without_pointer(startDelaySeconds=1.0, requireStationaryMouse=True)
         program.place(10, 10, 920, 736)
         _, top, _, height = program.window.extents
-        for _ in CARDS + FRAME:
-            item = self.tab(program)
-            until(lambda: top <= item.extents[1] and item.extents[1] + item.extents[3] <= top + height,
-                  lambda: f"{item} is out of sight: {item.extents}")
+
+        def is_in_sight(item):
+            # With the frame around the text of a field, and with the ring.
+            around = RING + (FIELD_PADDING if item.role == "text" else 0)
+            _, upper, _, tall = item.extents
+            return top + TITLE <= upper - around and upper + tall + around <= top + height
+
+        for modifiers in ((), ("shift",)):
+            for _ in CARDS + FRAME:
+                item = self.tab(program, *modifiers)
+                if item.name not in FRAME:
+                    until(lambda: is_in_sight(item), lambda: f"{item} is out of sight: {item.extents}")

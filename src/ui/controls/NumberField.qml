@@ -88,6 +88,7 @@ FocusScope {
         text: model.text
         placeholder: root.placeholder
         label: root.label
+        frame: root
         onTextEdited: model.text = input.text
         onActiveFocusChanged: input.activeFocus ? model.beginEditing() : model.endEditing()
         onAccepted: model.commit()

@@ -8,6 +8,8 @@ T.TextField {
     /// What assistive tools call it.
     required property string label
     required property string placeholder
+    /// The field around it.
+    required property Item frame
 
     signal steppedUp()
     signal steppedDown()
