@@ -12,8 +12,13 @@ Item {
     /// What the window buttons take of the left end of the title bar.
     property real leftInset: 0
 
+    /// Makes the implicit height right at once. Otherwise that is so from the first frame on.
+    function settle() {
+        stack.ensurePolished();
+    }
+
     implicitWidth: 920
-    implicitHeight: 736
+    implicitHeight: titleBar.implicitHeight + scroll.contentHeight
 
     AppBackground {
         anchors.fill: parent
@@ -24,6 +29,8 @@ Item {
         spacing: 0
 
         TitleBar {
+            id: titleBar
+
             Layout.fillWidth: true
             leftInset: root.leftInset
         }

@@ -12,6 +12,9 @@ ShellWindow {
 
     limits: root.desktopLimits.sentences
 
+    startHeight: content.implicitHeight
+    onAboutToShow: content.settle()
+
     Component.onCompleted: {
         root.store.refreshPermission();
         root.donations.evaluate();
@@ -47,6 +50,8 @@ ShellWindow {
     }
 
     ContentView {
+        id: content
+
         anchors.fill: parent
         store: root.store
         limits: root.desktopLimits

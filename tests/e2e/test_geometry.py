@@ -45,7 +45,7 @@ class Geometry(DesktopCase):
         # Beside the text stand the padding, an icon of about its own height and a distance of 10.
         self.assertEqual(banner.extents[0] + banner.extents[2], x + width - SIDE - GAP)
 
-    def test_the_window_starts_at_its_least_size_and_keeps_to_it(self):
+    def test_the_window_keeps_to_its_least_size(self):
         self.program.desktop.run_tool("xdotool", "windowsize", self.program.window_id, "500", "400")
         self.program.settle()
         self.assertEqual(self.program.window.extents[2:], LEAST)

@@ -22,6 +22,7 @@ class Monitors(DesktopCase):
 
     def start_scaled(self):
         program = self.start(environment={"QT_SCREEN_SCALE_FACTORS": "left=1;right=2"})
+        self.desktop.run_tool("xdotool", "windowsize", program.window_id, "500", "400")
         self.wait_for_pixels(program, 920, 736)
         return program
 

@@ -53,8 +53,9 @@ class Scaling(DesktopCase):
 
     def check(self, name, environment):
         program = self.start(environment=environment)
+        self.desktop.run_tool("xdotool", "windowsize", program.window_id, "500", "400")
+        until(lambda: tuple(program.window.extents[2:]) == (920, 736), lambda: program.window.extents)
         x, y, width, height = program.window.extents
-        self.assertEqual((width, height), (920, 736))
         self.observer.move(2290, 2290)
         picture.keep(picture.of_screen(self.desktop), "scale " + name)
         for text, (size, weight) in LABELS.items():

@@ -11,6 +11,8 @@ T.ApplicationWindow {
     default property alias page: page.data
     /// The least size of what it holds, unless the screen is smaller.
     property size leastSize: Qt.size(920, 736)
+    /// How tall the window starts, if the screen has the room. What it is later changes nothing.
+    property real startHeight: 0
     /// What the options sheet holds.
     property Component options: null
     /// What does not work on this desktop, in sentences.
@@ -18,6 +20,9 @@ T.ApplicationWindow {
 
     /// The window manager's menu for this window, if it has one.
     property WindowManagerMenu managerMenu: null
+
+    /// The start height is about to be read.
+    signal aboutToShow
 
     /// Whether any sheet or dialog is open.
     readonly property bool isSheetOpen: SheetStack.isOccupied
@@ -35,16 +40,21 @@ T.ApplicationWindow {
         root.isAboutShown = true;
     }
 
-    visible: true
+    // Shown when its size is known.
+    visible: false
     // None of its own: the program's, which the window system shows anyway, and without this assistive tools do not tell.
     title: "Velloran"
-    width: minimumWidth
-    height: minimumHeight
     minimumWidth: Math.min(root.leastSize.width, workArea.size.width)
     minimumHeight: Math.min(root.leastSize.height, workArea.size.height)
     flags: Qt.Window | Qt.FramelessWindowHint
     color: Theme.appBackgroundBot
 
+    Component.onCompleted: {
+        root.aboutToShow();
+        root.width = root.minimumWidth;
+        root.height = Math.max(root.minimumHeight, Math.min(root.startHeight, workArea.size.height));
+        root.visible = true;
+    }
     onClosing: Qt.quit()
 
     WorkArea {

@@ -10,6 +10,9 @@ T.Control {
     implicitWidth: root.implicitContentWidth + root.leftPadding + root.rightPadding
     implicitHeight: root.implicitContentHeight + root.topPadding + root.bottomPadding
 
+    // A layout works its size out only before the next frame.
+    Component.onCompleted: root.contentItem?.ensurePolished()
+
     background: RoundedFace {
         radius: Theme.radius.card
         fill: Theme.cardFill
