@@ -205,6 +205,45 @@ class Keyboard(DesktopCase):
         self.observer.press("Return")
         until(lambda: program.stored_presets() == [], lambda: program.stored_presets())
 
+    def selected(self, program):
+        """The entry of the open menu that has the keyboard."""
+        entries = [item.name for item in program.shown("menu item") if "focused" in item.states]
+        return entries[0] if entries else None
+
+    def test_a_resting_pointer_takes_no_menu_from_the_keyboard(self):
+        program = self.start_without_pointer()
+        chooser = self.go_to(program, "Choose a preset hotkey")
+        x, y = chooser.centre
+        self.observer.move(x - 60, y + 90)
+        self.observer.press("Space")
+        self.wait_for_menu(program, "Clear Hotkey")
+        entries = program.shown("menu item")
+        under = next(item for item in entries if item.extents[1] <= y + 90 < item.extents[1] + item.extents[3])
+        for place in (0, 1):
+            until(lambda: self.selected(program) == entries[place].name, lambda: f"selected is {self.selected(program)}")
+            program.settle()
+            self.assertEqual(self.selected(program), entries[place].name)
+            self.observer.press("Down")
+        self.observer.move(x - 58, y + 91)
+        until(lambda: self.selected(program) == under.name, lambda: f"selected is {self.selected(program)}")
+
+    def test_a_long_menu_follows_the_keys(self):
+        presets = [{"id": f"00000000-0000-4000-8000-0000000000{number}", "name": f"Preset {number}", "createdAt": 0.0,
+                    "config": preferences.config()} for number in range(10, 60)]
+        program = self.start({"velloran.presets": preferences.as_bytes(presets)})
+        self.observer.move(1450, 1000)
+        self.observer.press(",", "control")
+        program.find("dialog", "Presets and Options")
+        self.go_to(program, "Presets")
+        self.observer.press("Space")
+        self.wait_for_menu(program, "Delete Preset")
+        _, top, _, height = program.find("popup menu").extents
+        for key, name in (("d", "Delete Preset"), ("Home", "Steady — 1 click/sec, 100 clicks"), ("End", "Save current as preset…")):
+            self.observer.press(key)
+            item = program.find("menu item", name)
+            until(lambda: top <= item.extents[1] and item.extents[1] + item.extents[3] <= top + height,
+                  lambda: f"{name} is out of sight: {item.extents}", 1.0)
+
     def test_the_donation_prompt(self):
         program = self.start({"donation.nextReminderAt": preferences.date(preferences.now() - 1.0)})
         program.find("dialog", "Support Velloran")

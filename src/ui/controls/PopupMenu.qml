@@ -41,6 +41,10 @@ T.Menu {
     property bool hadKeyboard: false
     property bool isByKey: false
 
+    /// Whether resting on an entry selects it. A menu opened by a key waits for the pointer to be moved.
+    property bool heedsPointer: true
+    property var pointerPlace: null
+
     /// Opens below the menu's parent, or above it where there is more room; never over it. Closes the menu when it is open.
     function toggle(byKey: bool) {
         if (root.opened)
@@ -64,6 +68,8 @@ T.Menu {
         root.x = root.endsRight ? area.right - root.implicitWidth : area.left;
         root.y = goesDown ? area.bottom : area.top - root.implicitHeight;
         root.isByKey = byKey;
+        root.heedsPointer = !byKey;
+        root.pointerPlace = null;
         root.open();
     }
 
@@ -149,7 +155,18 @@ T.Menu {
         boundsBehavior: Flickable.StopAtBounds
         clip: interactive
         currentIndex: root.currentIndex
+        // Where the keys go, the list is at once.
+        highlightMoveDuration: 0
         Keys.onPressed: event => event.accepted = root.takeKey(event)
+
+        HoverHandler {
+            onPointChanged: {
+                if (!root.pointerPlace)
+                    root.pointerPlace = point.scenePosition;
+                else if (point.scenePosition !== root.pointerPlace)
+                    root.heedsPointer = true;
+            }
+        }
     }
 
     background: RoundedFace {

@@ -28,7 +28,7 @@ T.MenuItem {
     rightPadding: 10
     topPadding: 6
     bottomPadding: 6
-    hoverEnabled: true
+    hoverEnabled: (root.menu as PopupMenu)?.heedsPointer ?? true
 
     Accessible.name: root.label
     Accessible.onPressAction: root.clicked()
