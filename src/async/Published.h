@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace velloran {
@@ -14,7 +15,8 @@ namespace velloran {
 /// one thread; neither copied nor moved.
 ///
 /// Assigning from inside a notification is allowed. The value changes at once; the streams pass both values on in the
-/// order of the assignments to every subscriber, the inner one after the outer one is through.
+/// order of the assignments to every subscriber, the inner one after the outer one is through. What an observer assigns
+/// while it is told of a change to come, `set` then replaces and `modify` builds on.
 template<typename T>
 class Published {
 public:
@@ -28,33 +30,25 @@ public:
 
     /// Assigns: tells the will-change observers, changes the value, then passes it on to the streams.
     void set(T value) {
+        modify([&value](T& current) { current = std::move(value); });
+    }
+
+    /// Changes some of the value: as `set`, but `change` alters the value, as it is once the will-change observers have
+    /// been told. One notification. A `change` that returns a bool may decide against it then: on false, when it has to
+    /// leave the value alone, nothing is assigned.
+    template<typename Change>
+    void modify(Change change) {
         // Held here, because an observer may end the owner of this object.
         const auto state = state_;
         state->willChange.notify();
-        state->value = std::move(value);
-        ++state->assignments;
-        if (state->changed.isEmpty()) {
-            return;
+        if constexpr (std::is_same_v<std::invoke_result_t<Change&, T&>, bool>) {
+            if (!change(state->value)) {
+                return;
+            }
+        } else {
+            change(state->value);
         }
-        state->unsent.emplace_back(state->assignments, state->value);
-        if (state->isSending) {
-            return;
-        }
-        state->isSending = true;
-        while (!state->unsent.empty()) {
-            const auto [assignment, next] = std::move(state->unsent.front());
-            state->unsent.pop_front();
-            state->changed.notify(assignment, next);
-        }
-        state->isSending = false;
-    }
-
-    /// Changes some of the value: `change` gets a copy of it to alter, which is then assigned. One notification.
-    template<typename Change>
-    void modify(Change change) {
-        T value = state_->value;
-        change(value);
-        set(std::move(value));
+        state->passOn();
     }
 
     /// Calls `observer` before every change, while the old value is still there.
@@ -86,6 +80,25 @@ public:
 private:
     struct State {
         explicit State(T initial) : value(std::move(initial)) {}
+
+        /// Sends the value to the streams; from inside a notification, once that one is through.
+        void passOn() {
+            ++assignments;
+            if (changed.isEmpty()) {
+                return;
+            }
+            unsent.emplace_back(assignments, value);
+            if (isSending) {
+                return;
+            }
+            isSending = true;
+            while (!unsent.empty()) {
+                const auto [assignment, next] = std::move(unsent.front());
+                unsent.pop_front();
+                changed.notify(assignment, next);
+            }
+            isSending = false;
+        }
 
         T value;
         /// How many there have been; numbers each one.

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velloran {
@@ -68,6 +69,55 @@ TEST(Published, AssigningFromInsideReachesEverybodyInOrder) {
     number.set(1);
     EXPECT_EQ(first, (Values{0, 1, 2}));
     EXPECT_EQ(second, (Values{0, 1, 2}));
+}
+
+TEST(Published, ModifyBuildsOnWhatAWillChangeObserverAssigned) {
+    Published<int> number(1);
+    Values seen;
+    const Subscription stream = number.stream().subscribe(into(seen));
+    bool isFirst = true;
+    const Subscription willChange = number.observeWillChange([&] {
+        if (std::exchange(isFirst, false)) {
+            number.set(10);
+        }
+    });
+    number.modify([](int& value) { value += 5; });
+    EXPECT_EQ(number.get(), 15);
+    EXPECT_EQ(seen, (Values{1, 10, 15}));
+}
+
+TEST(Published, SetReplacesWhatAWillChangeObserverAssigned) {
+    Published<int> number(1);
+    Values seen;
+    const Subscription stream = number.stream().subscribe(into(seen));
+    bool isFirst = true;
+    const Subscription willChange = number.observeWillChange([&] {
+        if (std::exchange(isFirst, false)) {
+            number.set(10);
+        }
+    });
+    number.set(5);
+    EXPECT_EQ(seen, (Values{1, 10, 5}));
+}
+
+TEST(Published, ChangeThatDecidesAgainstItIsNotPassedOn) {
+    Published<int> number(1);
+    Values seen;
+    const Subscription stream = number.stream().subscribe(into(seen));
+    int announced = 0;
+    const Subscription willChange = number.observeWillChange([&] { ++announced; });
+    const auto addIfOdd = [](int& value) {
+        if (value % 2 == 0) {
+            return false;
+        }
+        value += 1;
+        return true;
+    };
+    number.modify(addIfOdd);
+    number.modify(addIfOdd);
+    EXPECT_EQ(number.get(), 2);
+    EXPECT_EQ(seen, (Values{1, 2}));
+    EXPECT_EQ(announced, 2) << "it is told before the decision";
 }
 
 TEST(Published, UnsubscribingDuringANotification) {
