@@ -70,6 +70,10 @@ void Task::promise_type::SleepAwaiter::await_suspend(std::coroutine_handle<>) co
     promise.state->scheduleStepAfter(promise.frame.lock(), nanoseconds);
 }
 
+void Task::promise_type::YieldAwaiter::await_suspend(std::coroutine_handle<>) const {
+    promise.state->scheduleStep(promise.frame.lock());
+}
+
 void Task::promise_type::return_void() {
     state->isFinished = true;
     if (const auto owner = frame.lock()) {

@@ -11,10 +11,10 @@ namespace velloran {
 /// Handle of a cancellable coroutine that runs on the thread of an event loop.
 ///
 /// A function with this result and an `EventLoop&` as its first parameter is such a coroutine. Calling it schedules its
-/// body for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits, and `co_await
-/// taskCancellation()` gives what answers whether the task has been cancelled. Cancellation is a request: the body
-/// notices it where it asks, and a sleep under way ends early, in a later turn. Losing every handle cancels nothing. A
-/// body that is still waiting when its loop ends is destroyed with all it holds.
+/// body for a later turn of that loop. Inside, `co_await taskSleep(nanoseconds)` waits, `co_await taskYield()` lets the
+/// loop do what else is due, and `co_await taskCancellation()` gives what answers whether the task has been cancelled.
+/// Cancellation is a request: the body notices it where it asks, and a sleep under way ends early, in a later turn.
+/// Losing every handle cancels nothing. A body that is still waiting when its loop ends is destroyed with all it holds.
 class Task {
     struct Frame;
     struct State;
@@ -26,6 +26,9 @@ public:
     struct Sleep {
         std::uint64_t nanoseconds;
     };
+
+    /// Awaited by a task: goes on in a later turn of the loop, without letting time pass.
+    struct Yield {};
 
     /// Awaited by a task: gives its `Cancellation`, without waiting.
     struct CancellationQuery {};
@@ -59,6 +62,11 @@ private:
 /// A sleep for `co_await` in a task.
 inline Task::Sleep taskSleep(std::uint64_t nanoseconds) {
     return {nanoseconds};
+}
+
+/// A turn for the loop, for `co_await` in a task.
+inline Task::Yield taskYield() {
+    return {};
 }
 
 /// The cancellation of the task that awaits this.
@@ -120,6 +128,16 @@ struct Task::promise_type {
         void await_resume() const noexcept {}
     };
 
+    struct YieldAwaiter {
+        promise_type& promise;
+
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+
+        void await_suspend(std::coroutine_handle<>) const;
+
+        void await_resume() const noexcept {}
+    };
+
     struct QueryAwaiter {
         const State& state;
 
@@ -143,6 +161,8 @@ struct Task::promise_type {
     [[noreturn]] void unhandled_exception() noexcept { std::terminate(); }
 
     SleepAwaiter await_transform(Sleep sleep) { return {*this, sleep.nanoseconds}; }
+
+    YieldAwaiter await_transform(Yield) { return {*this}; }
 
     QueryAwaiter await_transform(CancellationQuery) const { return {*state}; }
 

@@ -57,6 +57,14 @@ Task cancelItself(EventLoop&, std::optional<Task>& self, Journal& journal) {
     journal.entries.emplace_back(cancellation.isRequested() ? "sees it" : "misses it");
 }
 
+Task yieldOnce(EventLoop&, Journal& journal) {
+    const Resource resource(journal);
+    journal.entries.emplace_back("begin");
+    co_await taskYield();
+    const Task::Cancellation cancellation = co_await taskCancellation();
+    journal.entries.emplace_back(cancellation.isRequested() ? "cancelled" : "end");
+}
+
 using Strings = std::vector<std::string>;
 
 } // namespace
@@ -163,6 +171,48 @@ TEST(Task, DestroyedWithItsLoopAfterACancel) {
         Task task = sleepOnce(loop, journal, second);
         loop.runDue();
         task.cancel();
+    }
+    EXPECT_EQ(journal.entries, (Strings{"begin", "released"}));
+}
+
+TEST(Task, YieldLetsTheOthersComeFirstAndTakesNoTime) {
+    Journal journal;
+    VirtualLoop loop;
+    const Task task = yieldOnce(loop, journal);
+    loop.post([&] { journal.entries.emplace_back("other"); });
+    loop.runDue();
+    EXPECT_EQ(journal.entries, (Strings{"begin", "other", "end", "released"}));
+    EXPECT_EQ(loop.elapsed(), 0U);
+}
+
+TEST(Task, YieldIsOneTurn) {
+    Journal journal;
+    VirtualLoop loop;
+    const Task task = yieldOnce(loop, journal);
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_EQ(journal.entries, Strings{"begin"});
+    EXPECT_EQ(loop.pendingCalls(), 1U);
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_TRUE(task.isFinished());
+}
+
+TEST(Task, CancelDuringAYieldIsSeenAfterIt) {
+    Journal journal;
+    VirtualLoop loop;
+    Task task = yieldOnce(loop, journal);
+    ASSERT_TRUE(loop.runNext());
+    task.cancel();
+    EXPECT_EQ(loop.pendingCalls(), 1U);
+    loop.runDue();
+    EXPECT_EQ(journal.entries, (Strings{"begin", "cancelled", "released"}));
+}
+
+TEST(Task, DestroyedDuringAYield) {
+    Journal journal;
+    {
+        VirtualLoop loop;
+        const Task task = yieldOnce(loop, journal);
+        ASSERT_TRUE(loop.runNext());
     }
     EXPECT_EQ(journal.entries, (Strings{"begin", "released"}));
 }

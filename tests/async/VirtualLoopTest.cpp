@@ -62,6 +62,23 @@ TEST(VirtualLoop, SettingTheWallClockMovesNoCall) {
     EXPECT_TRUE(called);
 }
 
+TEST(VirtualLoop, TimeThatACallSpendsMakesTheOthersLate) {
+    VirtualLoop loop;
+    std::vector<std::uint64_t> times;
+    loop.callAfter(10, [&] {
+        loop.spend(1.0);
+        loop.post([&] { times.push_back(loop.elapsed()); });
+    });
+    loop.callAfter(20, [&] { times.push_back(loop.elapsed()); });
+    loop.advanceNanoseconds(30);
+    EXPECT_EQ(loop.elapsed(), 1'000'000'010U);
+    EXPECT_EQ(times, std::vector<std::uint64_t>{1'000'000'010U})
+        << "what was posted is due after the time to advance to";
+    loop.runDue();
+    EXPECT_EQ(times.size(), 2U);
+    EXPECT_EQ(loop.elapsed(), 1'000'000'010U);
+}
+
 TEST(VirtualLoop, QueueRunsItsJobsInOrderInLaterTurns) {
     VirtualLoop loop;
     Order order;

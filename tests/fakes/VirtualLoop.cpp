@@ -2,6 +2,7 @@
 
 #include "async/ThreadQueue.h"
 
+#include <algorithm>
 #include <cmath>
 #include <deque>
 #include <utility>
@@ -13,6 +14,10 @@ namespace {
 
 /// Some day in 2026, with a fraction, so that nothing depends on round numbers.
 constexpr Date start(801234567.25);
+
+std::uint64_t toNanoseconds(double seconds) {
+    return static_cast<std::uint64_t>(std::llround(seconds * static_cast<double>(nanosecondsPerSecond)));
+}
 
 } // namespace
 
@@ -121,7 +126,7 @@ void VirtualLoop::runDue() {
 }
 
 void VirtualLoop::advance(double seconds) {
-    advanceNanoseconds(static_cast<std::uint64_t>(std::llround(seconds * static_cast<double>(nanosecondsPerSecond))));
+    advanceNanoseconds(toNanoseconds(seconds));
 }
 
 void VirtualLoop::advanceNanoseconds(std::uint64_t nanoseconds) {
@@ -129,7 +134,11 @@ void VirtualLoop::advanceNanoseconds(std::uint64_t nanoseconds) {
     while (!calls_.empty() && calls_.begin()->first.first <= end) {
         runNext();
     }
-    elapsed_ = end;
+    elapsed_ = std::max(elapsed_, end);
+}
+
+void VirtualLoop::spend(double seconds) {
+    elapsed_ += toNanoseconds(seconds);
 }
 
 bool VirtualLoop::runNext() {
@@ -138,7 +147,7 @@ bool VirtualLoop::runNext() {
     }
     const auto node = calls_.extract(calls_.begin());
     due_.erase(node.key().second);
-    elapsed_ = node.key().first;
+    elapsed_ = std::max(elapsed_, node.key().first);
     node.mapped()();
     return true;
 }

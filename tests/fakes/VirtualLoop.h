@@ -40,6 +40,9 @@ public:
     /// Goes on to the next call, however far away, and makes it. False when there is none.
     bool runNext();
 
+    /// Lets that much time pass inside a call, as slow work does. What falls due meanwhile is late.
+    void spend(double seconds);
+
     /// Sets the wall clock forward or back; waiting goes on unmoved.
     void shiftWallClock(double seconds) { wallShift_ += seconds; }
 
