@@ -78,14 +78,23 @@ void AutoClickerStore::toggleStartStop() {
 }
 
 void AutoClickerStore::start() {
+    std::uint64_t order = orders_;
+    const auto isOvertaken = [&] { return orders_ != order; };
+    const auto refuse = [&](const std::string& message) {
+        return alter(isOvertaken, [&](AutoClickerRuntime& runtime) {
+            runtime.status = ClickerStatus::error;
+            runtime.errorMessage = message;
+        });
+    };
     if (const auto invalid = config.get().validationError()) {
         refuse(*invalid);
         return;
     }
     if (!PermissionChecker::isAccessibilityTrusted()) {
         hasAccessibilityPermission_.set(false);
-        refuse(PermissionChecker::permissionErrorMessage());
-        PermissionChecker::openAccessibilitySettings();
+        if (refuse(PermissionChecker::permissionErrorMessage())) {
+            PermissionChecker::openAccessibilitySettings();
+        }
         return;
     }
     hasAccessibilityPermission_.set(true);
@@ -96,34 +105,35 @@ void AutoClickerStore::start() {
     fresh.clicksRemaining = settings.stopMode == StopMode::after_clicks ? settings.maxClicks : std::nullopt;
     fresh.startedAt = loop_.now();
     fresh.countdownRemaining = hasDelay ? std::optional(settings.startDelaySeconds) : std::nullopt;
-    runtime_.set(std::move(fresh));
-    mouseTracker_.reset();
-    startLoop();
-}
-
-void AutoClickerStore::refuse(std::string message) {
-    runtime_.modify([&](AutoClickerRuntime& runtime) {
-        runtime.status = ClickerStatus::error;
-        runtime.errorMessage = std::move(message);
+    const bool isWanted = alter(isOvertaken, [&](AutoClickerRuntime& runtime) {
+        runtime = std::move(fresh);
+        order = ++orders_;
+        run_ = order;
     });
+    if (isWanted) {
+        mouseTracker_.reset();
+        startLoop();
+    }
 }
 
 void AutoClickerStore::stop() {
+    const std::uint64_t order = ++orders_;
     cancelLoop();
     if (runtime_.get().status == ClickerStatus::completed) {
         return;
     }
-    runtime_.modify([](AutoClickerRuntime& runtime) {
-        runtime.status = ClickerStatus::idle;
-        runtime.nextClickAt.reset();
-        runtime.countdownRemaining.reset();
-        runtime.stationaryWaitActive = false;
-    });
+    alter([&] { return orders_ != order; },
+          [](AutoClickerRuntime& runtime) {
+              runtime.status = ClickerStatus::idle;
+              runtime.nextClickAt.reset();
+              runtime.countdownRemaining.reset();
+              runtime.stationaryWaitActive = false;
+          });
 }
 
 void AutoClickerStore::startLoop() {
     cancelLoop();
-    loopTask_ = runClickLoop(loop_, weak_from_this(), config.get());
+    loopTask_ = runClickLoop(loop_, weak_from_this(), config.get(), run_);
 }
 
 void AutoClickerStore::cancelLoop() {
@@ -138,11 +148,12 @@ void AutoClickerStore::refreshPermission() {
         PermissionChecker::requestAccessibilityPrompt();
     }
     hasAccessibilityPermission_.set(PermissionChecker::isAccessibilityTrusted());
-    if (hasAccessibilityPermission_.get() && runtime_.get().status == ClickerStatus::error) {
-        runtime_.modify([](AutoClickerRuntime& runtime) {
-            runtime.status = ClickerStatus::idle;
-            runtime.errorMessage.reset();
-        });
+    if (hasAccessibilityPermission_.get()) {
+        alter([this] { return runtime_.get().status != ClickerStatus::error; },
+              [](AutoClickerRuntime& runtime) {
+                  runtime.status = ClickerStatus::idle;
+                  runtime.errorMessage.reset();
+              });
     }
 }
 

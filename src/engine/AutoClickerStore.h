@@ -11,6 +11,7 @@
 #include "presets/Preset.h"
 #include "presets/PresetStore.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -53,7 +54,7 @@ public:
     void toggleStartStop();
 
     /// Starts a run, replacing one that is under way; refusals show in the run record. A refused start leaves a running
-    /// loop running.
+    /// loop running. May be called, as `stop` may, by whoever is being told of a change: what was under way ends then.
     void start();
 
     /// Ends the run. The counts stay.
@@ -90,17 +91,38 @@ public:
     AutoClickerStore(Private, std::unique_ptr<PresetStore> presetStore);
 
 private:
-    static Task runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore, AutoClickerConfig snapshot);
+    static Task runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore, AutoClickerConfig snapshot,
+                             std::uint64_t run);
 
     void connect();
     void startLoop();
     void cancelLoop();
-    void refuse(std::string message);
     void applyHotkey(const std::optional<HotkeyCombo>& combo);
-    void click(const AutoClickerConfig& snapshot);
+    void click(const AutoClickerConfig& snapshot, std::uint64_t run);
+
+    /// Lets `change` alter the run record unless `isOvertaken`: whoever is told of a change may start or stop, and what
+    /// was to be written before that is then not written over it. Whether the writer may go on.
+    template<typename Overtaken, typename Change>
+    bool alter(const Overtaken& isOvertaken, Change change) {
+        if (isOvertaken()) {
+            return false;
+        }
+        runtime_.modify([&](AutoClickerRuntime& record) {
+            if (isOvertaken()) {
+                return false;
+            }
+            change(record);
+            return true;
+        });
+        return !isOvertaken();
+    }
 
     EventLoop& loop_;
     Published<AutoClickerRuntime> runtime_;
+    /// How often a run was begun or a stop was asked for; numbers each one.
+    std::uint64_t orders_ = 0;
+    /// The order that began the run of the record.
+    std::uint64_t run_ = 0;
     Published<std::vector<Preset>> presets_;
     Published<bool> hasAccessibilityPermission_;
     ClickEngine engine_;

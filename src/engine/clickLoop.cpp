@@ -27,33 +27,30 @@ std::uint64_t nanoseconds(double seconds) {
 } // namespace
 
 Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore,
-                                    AutoClickerConfig snapshot) {
+                                    AutoClickerConfig snapshot, std::uint64_t run) {
     const std::shared_ptr<AutoClickerStore> store = weakStore.lock();
     if (!store) {
         co_return;
     }
     const Task::Cancellation cancellation = co_await taskCancellation();
-    Published<AutoClickerRuntime>& runtime = store->runtime_;
+    const auto hasEnded = [&cancellation] { return cancellation.isRequested(); };
 
     if (snapshot.startDelaySeconds > 0) {
         const Date deadline = loop.now() + snapshot.startDelaySeconds;
-        while (loop.now() < deadline && !cancellation.isRequested()) {
+        while (loop.now() < deadline && !hasEnded()) {
             const double remaining = std::max(deadline - loop.now(), 0.0);
-            runtime.modify([remaining](AutoClickerRuntime& record) { record.countdownRemaining = remaining; });
+            store->alter(hasEnded, [&](AutoClickerRuntime& record) { record.countdownRemaining = remaining; });
             co_await taskSleep(countdownStep);
         }
-        if (cancellation.isRequested()) {
-            co_return;
-        }
-        runtime.modify([](AutoClickerRuntime& record) { record.countdownRemaining.reset(); });
-        runtime.modify([](AutoClickerRuntime& record) { record.status = ClickerStatus::running; });
+        store->alter(hasEnded, [](AutoClickerRuntime& record) { record.countdownRemaining.reset(); });
+        store->alter(hasEnded, [](AutoClickerRuntime& record) { record.status = ClickerStatus::running; });
     }
 
     const std::optional<std::int64_t> limit = clickLimit(snapshot);
     Date nextClick = loop.now();
-    while (!cancellation.isRequested()) {
-        if (limit && runtime.get().clicksCompleted >= *limit) {
-            runtime.modify([](AutoClickerRuntime& record) {
+    while (!hasEnded()) {
+        if (limit && store->runtime_.get().clicksCompleted >= *limit) {
+            store->alter(hasEnded, [](AutoClickerRuntime& record) {
                 record.status = ClickerStatus::completed;
                 record.nextClickAt.reset();
                 record.clicksRemaining = 0;
@@ -64,44 +61,49 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
         const Date now = loop.now();
         if (nextClick > now) {
             const std::uint64_t wait = nanoseconds(nextClick - now);
-            runtime.modify([nextClick](AutoClickerRuntime& record) { record.nextClickAt = nextClick; });
+            store->alter(hasEnded, [&](AutoClickerRuntime& record) { record.nextClickAt = nextClick; });
             co_await taskSleep(wait);
+        } else {
+            // A loop that is late at every pass would otherwise keep out whatever could stop it.
+            co_await taskYield();
         }
-        if (cancellation.isRequested()) {
+        if (hasEnded()) {
             co_return;
         }
 
         // The gate stands directly before the click: what matters is that the mouse is still at that moment.
         if (snapshot.requireStationaryMouse) {
-            runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = true; });
+            store->alter(hasEnded, [](AutoClickerRuntime& record) { record.stationaryWaitActive = true; });
             bool hasWaited = false;
-            while (!cancellation.isRequested() && !store->mouseTracker_.hasBeenStationary(snapshot.stationarySeconds)) {
+            while (!hasEnded() && !store->mouseTracker_.hasBeenStationary(snapshot.stationarySeconds)) {
                 hasWaited = true;
                 co_await taskSleep(stillnessPoll);
             }
-            if (cancellation.isRequested()) {
+            if (!store->alter(hasEnded, [](AutoClickerRuntime& record) { record.stationaryWaitActive = false; })) {
                 co_return;
             }
-            runtime.modify([](AutoClickerRuntime& record) { record.stationaryWaitActive = false; });
             if (hasWaited) {
                 // The schedule starts anew from here, so that a long wait is not followed by a burst.
                 nextClick = loop.now();
             }
         }
 
-        store->click(snapshot);
+        store->click(snapshot, run);
         nextClick = std::max(nextClick + snapshot.clickIntervalSeconds, loop.now());
     }
 }
 
-void AutoClickerStore::click(const AutoClickerConfig& snapshot) {
+void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run) {
     engineQueue_->async([this, button = engineButton(snapshot.mouseButton)] { engine_.post(button); });
     if (snapshot.playClickSound) {
         soundPlayer_.playClickTick();
     }
-    runtime_.modify([](AutoClickerRuntime& record) { record.clicksCompleted = checkedAdd(record.clicksCompleted, 1); });
+    // The click is on its way, so it counts even when an observer stops the run; but not in the record of a new run.
+    const auto isOtherRun = [&] { return run_ != run; };
+    alter(isOtherRun,
+          [](AutoClickerRuntime& record) { record.clicksCompleted = checkedAdd(record.clicksCompleted, 1); });
     if (const auto limit = clickLimit(snapshot)) {
-        runtime_.modify([limit](AutoClickerRuntime& record) {
+        alter(isOtherRun, [&](AutoClickerRuntime& record) {
             record.clicksRemaining = std::max<std::int64_t>(checkedSubtract(*limit, record.clicksCompleted), 0);
         });
     }

@@ -247,6 +247,8 @@ TEST_F(ClickLoopTest, SoundComesBeforeTheCount) {
         platform.journal.push_back("count " + std::to_string(record.clicksCompleted));
     });
     ASSERT_TRUE(platform.loop.runNext());
+    EXPECT_EQ(platform.journal, Journal{"count 0"}) << "the first step only gives the others a turn";
+    ASSERT_TRUE(platform.loop.runNext());
     EXPECT_EQ(platform.journal, (Journal{"count 0", "stop sound", "play sound", "count 1", "count 1", "count 1"}));
 }
 

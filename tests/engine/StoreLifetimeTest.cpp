@@ -131,7 +131,9 @@ TEST_F(StoreLifetimeTest, EndDrainsTheQueue) {
     });
     store->start();
     const std::weak_ptr<AutoClickerStore> watched = store;
-    ASSERT_TRUE(platform.loop.runNext()) << "the one step of the loop: it clicks, completes and lets go of the store";
+    ASSERT_TRUE(platform.loop.runNext()) << "the first step of the loop, which gives the others a turn";
+    EXPECT_FALSE(wasAliveAtTheEnd);
+    ASSERT_TRUE(platform.loop.runNext()) << "the second: it clicks, completes and lets go of the store";
     EXPECT_TRUE(wasAliveAtTheEnd);
     EXPECT_TRUE(watched.expired());
     EXPECT_EQ(platform.pairedClicks, 1U) << "the click was posted by the end of the queue";

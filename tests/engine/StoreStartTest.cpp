@@ -228,6 +228,49 @@ TEST_F(StoreStartTest, RefusedStartLeavesARunningLoopClickingUntilItCompletes) {
     expectClicks({0.0, 7.0, 14.0, 21.0});
 }
 
+TEST_F(StoreStartTest, RefusedStartChangesNothingOfTheRecordButStatusAndMessage) {
+    for (const bool isTrusted : {true, false}) {
+        platform.isTrusted = true;
+        AutoClickerConfig config = counted(4);
+        config.requireStationaryMouse = true;
+        open(config);
+        store->start();
+        advance(2.0);
+        platform.onPointerRead = [this] { platform.pointer = platform::Point{platform.pointer->x + 10.0, 0.0}; };
+        advance(8.0);
+        AutoClickerRuntime expected = runtime();
+        EXPECT_NE(expected.nextClickAt, std::nullopt);
+        EXPECT_TRUE(expected.stationaryWaitActive);
+        EXPECT_EQ(expected.clicksRemaining, 3);
+        platform.isTrusted = isTrusted;
+        if (isTrusted) {
+            store->config.modify([](AutoClickerConfig& edited) { edited.clickIntervalSeconds = 0.0; });
+        }
+        store->start();
+        expected.status = ClickerStatus::error;
+        expected.errorMessage = isTrusted ? intervalMessage : PermissionChecker::permissionErrorMessage();
+        EXPECT_EQ(runtime(), expected);
+        store->stop();
+        platform.loop.runDue();
+        platform.onPointerRead = nullptr;
+    }
+}
+
+TEST_F(StoreStartTest, RefusedStartLeavesACountdownAlone) {
+    AutoClickerConfig config = counted(4);
+    config.startDelaySeconds = 5.0;
+    open(config);
+    store->start();
+    advance(1.0);
+    AutoClickerRuntime expected = runtime();
+    EXPECT_NE(expected.countdownRemaining, std::nullopt);
+    platform.isTrusted = false;
+    store->start();
+    expected.status = ClickerStatus::error;
+    expected.errorMessage = PermissionChecker::permissionErrorMessage();
+    EXPECT_EQ(runtime(), expected);
+}
+
 TEST_F(StoreStartTest, RefusedStartForWantOfPermissionLeavesTheLoopToo) {
     open(unlimited());
     store->start();

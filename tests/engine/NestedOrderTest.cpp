@@ -1,0 +1,298 @@
+#include "engine/StoreTest.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What a start or a stop does that is asked for by somebody who is being told of a change: in every notification that a
+// run gives, one after the other.
+
+namespace velloran {
+
+namespace {
+
+/// One play of a scenario on a platform of its own, in which `act` is called inside one of the notifications.
+class Play : public StoreTest {
+public:
+    using Step = std::function<void(Play&)>;
+
+    struct Scenario {
+        std::string name;
+        AutoClickerConfig config;
+        std::vector<Step> steps;
+    };
+
+    /// What was there when `act` had returned.
+    struct Moment {
+        std::string notification;
+        AutoClickerRuntime record;
+        ClickerStatus statusBefore = ClickerStatus::idle;
+        int clicks = 0;
+    };
+
+    /// Goes through the scenario, up to the step in which notification number `place` comes.
+    void perform(const Scenario& scenario, int place, std::function<void(Play&)> act) {
+        AutoClickerConfig config = scenario.config;
+        config.playClickSound = true;
+        open(config);
+        advance(1.0);
+        platform.onPointerRead = [this] {
+            // Moves three times, and then again whenever it has been still for a while.
+            if (readings_++ % 6 < 3) {
+                platform.pointer = platform::Point{platform.pointer->x + 10.0, platform.pointer->y};
+            }
+        };
+        place_ = place;
+        act_ = std::move(act);
+        attach();
+        for (const Step& step : scenario.steps) {
+            step(*this);
+            if (moment) {
+                return;
+            }
+        }
+    }
+
+    /// Clicks that were handed over to be posted: each one plays its sound in the same turn.
+    [[nodiscard]] int handedOver() const { return platform.count("play sound"); }
+
+    void start() { store->start(); }
+
+    void stop() { store->stop(); }
+
+    void edit(const std::function<void(AutoClickerConfig&)>& change) { store->config.modify(change); }
+
+    void trust(bool isTrusted) { platform.isTrusted = isTrusted; }
+
+    void refresh() { store->refreshPermission(); }
+
+    using StoreTest::advance;
+    using StoreTest::platform;
+    using StoreTest::runtime;
+    using StoreTest::status;
+    using StoreTest::store;
+
+    int notifications = 0;
+    std::optional<Moment> moment;
+    std::vector<AutoClickerRuntime> streamed;
+
+private:
+    void TestBody() override {}
+
+    void attach() {
+        subscriptions_.push_back(store->runtime().observeWillChange([this] { arrive("record will change"); }));
+        subscriptions_.push_back(
+            store->runtime().stream().subscribe([this, isFirst = true](const AutoClickerRuntime& record) mutable {
+                streamed.push_back(record);
+                if (!std::exchange(isFirst, false)) {
+                    arrive("record changed");
+                }
+            }));
+        subscriptions_.push_back(
+            store->hasAccessibilityPermission().observeWillChange([this] { arrive("flag will change"); }));
+        subscriptions_.push_back(
+            store->hasAccessibilityPermission().stream().subscribe([this, isFirst = true](const bool&) mutable {
+                if (!std::exchange(isFirst, false)) {
+                    arrive("flag changed");
+                }
+            }));
+    }
+
+    void arrive(const char* notification) {
+        if (notifications++ == place_) {
+            Moment now{notification, {}, status(), 0};
+            act_(*this);
+            now.record = runtime();
+            now.clicks = handedOver();
+            moment = std::move(now);
+        }
+    }
+
+    int place_ = -1;
+    int readings_ = 0;
+    std::function<void(Play&)> act_;
+    std::vector<Subscription> subscriptions_;
+};
+
+AutoClickerConfig limited() {
+    AutoClickerConfig config;
+    config.clickIntervalSeconds = 0.5;
+    config.maxClicks = 3;
+    return config;
+}
+
+AutoClickerConfig everything() {
+    AutoClickerConfig config = limited();
+    config.startDelaySeconds = 0.25;
+    config.requireStationaryMouse = true;
+    config.stationarySeconds = 0.1;
+    return config;
+}
+
+Play::Step wait(double seconds) {
+    return [seconds](Play& play) { play.advance(seconds); };
+}
+
+void invalidate(AutoClickerConfig& config) {
+    config.clickIntervalSeconds = 0.0;
+}
+
+std::vector<Play::Scenario> acceptedScenarios() {
+    AutoClickerConfig manual = everything();
+    manual.stopMode = StopMode::manual;
+    return {
+        {"with everything to its end", everything(), {&Play::start, wait(10.0)}},
+        {"plain to its end", limited(), {&Play::start, wait(10.0)}},
+        {"until it is stopped", manual, {&Play::start, wait(2.0), &Play::stop}},
+        {"stopped in its countdown", everything(), {&Play::start, wait(0.15), &Play::stop}},
+        {"after one that is complete", limited(), {&Play::start, wait(10.0), &Play::start, wait(10.0)}},
+        {"in place of one that clicks", everything(), {&Play::start, wait(1.0), &Play::start, wait(10.0)}},
+    };
+}
+
+std::vector<Play::Scenario> refusedScenarios() {
+    const Play::Step makeInvalid = [](Play& play) { play.edit(invalidate); };
+    const Play::Step takeTrust = [](Play& play) { play.trust(false); };
+    const Play::Step giveTrust = [](Play& play) { play.trust(true); };
+    return {
+        {"refused as invalid", limited(), {makeInvalid, &Play::start, wait(1.0)}},
+        {"refused for want of permission", limited(), {takeTrust, &Play::start, wait(1.0)}},
+        {"refused as invalid under a run",
+         everything(),
+         {&Play::start, wait(1.0), makeInvalid, &Play::start, wait(0.7)}},
+        {"refused for want of permission in a countdown",
+         everything(),
+         {&Play::start, wait(0.1), takeTrust, &Play::start, wait(1.0)}},
+        {"brought back by the permission", limited(), {takeTrust, &Play::start, giveTrust, &Play::refresh, wait(1.0)}},
+    };
+}
+
+/// Plays the scenario once for every notification in it. `act` happens there, and `check` looks at what came of it.
+void inEveryNotification(const Play::Scenario& scenario, const std::function<void(Play&)>& act,
+                         const std::function<void(Play&)>& check) {
+    SCOPED_TRACE(scenario.name);
+    int notifications = 0;
+    {
+        Play undisturbed;
+        undisturbed.perform(scenario, -1, {});
+        notifications = undisturbed.notifications;
+    }
+    ASSERT_GT(notifications, 1);
+    for (int place = 0; place < notifications; ++place) {
+        Play play;
+        play.perform(scenario, place, act);
+        ASSERT_TRUE(play.moment) << "a play up to a notification is always the same";
+        SCOPED_TRACE("notification " + std::to_string(place) + " of " + std::to_string(notifications) + ": " +
+                     play.moment->notification);
+        check(play);
+    }
+}
+
+void expectStopHeld(Play& play) {
+    const ClickerStatus expected =
+        play.moment->statusBefore == ClickerStatus::completed ? ClickerStatus::completed : ClickerStatus::idle;
+    for (const AutoClickerRuntime& record : {play.moment->record, play.runtime()}) {
+        EXPECT_EQ(record.status, expected);
+        EXPECT_EQ(record.nextClickAt, std::nullopt);
+        EXPECT_EQ(record.countdownRemaining, std::nullopt);
+        EXPECT_FALSE(record.stationaryWaitActive);
+    }
+    play.platform.loop.runDue();
+    const AutoClickerRuntime after = play.runtime();
+    EXPECT_EQ(play.store.use_count(), 1) << "a loop that runs holds the store";
+    play.advance(60.0);
+    EXPECT_EQ(play.runtime(), after) << "nobody writes any more";
+    EXPECT_EQ(play.streamed.back(), after) << "the last that was told is how it stayed";
+    EXPECT_EQ(play.handedOver(), play.moment->clicks) << "no click after the stop";
+    EXPECT_EQ(play.platform.pairedClicks, static_cast<std::uint64_t>(play.moment->clicks));
+    EXPECT_EQ(play.platform.loop.pendingCalls(), 0U);
+}
+
+/// The counts tell of the clicks, whatever cut the run short.
+void expectTrueCounts(Play& play) {
+    EXPECT_EQ(play.runtime().clicksCompleted, play.handedOver());
+    if (play.runtime().clicksRemaining) {
+        EXPECT_EQ(*play.runtime().clicksRemaining, 3 - play.runtime().clicksCompleted);
+    }
+}
+
+} // namespace
+
+TEST(NestedOrder, StopHoldsInEveryNotificationOfARun) {
+    for (const Play::Scenario& scenario : acceptedScenarios()) {
+        inEveryNotification(scenario, &Play::stop, expectStopHeld);
+    }
+}
+
+TEST(NestedOrder, StopHoldsInEveryNotificationOfARefusedStart) {
+    for (const Play::Scenario& scenario : refusedScenarios()) {
+        inEveryNotification(scenario, &Play::stop, expectStopHeld);
+    }
+}
+
+TEST(NestedOrder, StopLeavesTheCountOfTheClicksThatWereMade) {
+    inEveryNotification(acceptedScenarios().front(), &Play::stop, [](Play& play) {
+        play.advance(60.0);
+        expectTrueCounts(play);
+    });
+}
+
+TEST(NestedOrder, StoreStartsAgainAfterAStopInAnyNotification) {
+    inEveryNotification(acceptedScenarios().front(), &Play::stop, [](Play& play) {
+        play.advance(1.0);
+        play.start();
+        play.advance(60.0);
+        EXPECT_EQ(play.status(), ClickerStatus::completed);
+        EXPECT_EQ(play.runtime().clicksCompleted, 3);
+        EXPECT_EQ(play.handedOver(), play.moment->clicks + 3);
+    });
+}
+
+TEST(NestedOrder, StartInEveryNotificationBeginsOneNewRun) {
+    for (const Play::Scenario& scenario : acceptedScenarios()) {
+        if (scenario.config.stopMode == StopMode::manual) {
+            continue;
+        }
+        inEveryNotification(scenario, &Play::start, [](Play& play) {
+            EXPECT_TRUE(isActive(play.moment->record.status));
+            EXPECT_EQ(play.moment->record.clicksCompleted, 0);
+            play.advance(60.0);
+            EXPECT_EQ(play.status(), ClickerStatus::completed);
+            EXPECT_EQ(play.runtime().clicksCompleted, 3);
+            EXPECT_EQ(play.runtime().clicksRemaining, 0);
+            EXPECT_EQ(play.handedOver(), play.moment->clicks + 3) << "the old loop clicks no more";
+            EXPECT_EQ(play.store.use_count(), 1);
+            EXPECT_EQ(play.platform.loop.pendingCalls(), 0U);
+        });
+    }
+}
+
+TEST(NestedOrder, RefusedStartInEveryNotificationLeavesTheRunRunning) {
+    const auto startInvalid = [](Play& play) {
+        const AutoClickerConfig valid = play.store->config.get();
+        play.edit(invalidate);
+        play.start();
+        play.store->config.set(valid);
+    };
+    inEveryNotification(acceptedScenarios().front(), startInvalid, [](Play& play) {
+        EXPECT_EQ(play.moment->record.status, ClickerStatus::error);
+        play.advance(60.0);
+        expectTrueCounts(play);
+        EXPECT_EQ(play.handedOver(), 3) << "to its end";
+        EXPECT_EQ(play.store.use_count(), 1);
+    });
+}
+
+TEST(NestedOrder, StopInTheNotificationOfARefusalOpensNoSettings) {
+    const Play::Scenario refused = refusedScenarios().at(1);
+    {
+        Play undisturbed;
+        undisturbed.perform(refused, -1, {});
+        EXPECT_EQ(undisturbed.platform.count("open settings"), 1);
+    }
+    inEveryNotification(refused, &Play::stop, [](Play& play) { EXPECT_EQ(play.platform.count("open settings"), 0); });
+}
+
+} // namespace velloran
