@@ -33,7 +33,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 Q_IMPORT_QML_PLUGIN(VelloranPlugin)
 
@@ -120,18 +119,6 @@ int run(platform::instance::SingleInstance& instance) {
     DonationModel donationModel(donations);
     WindowManagerMenu managerMenu(platform::instance::showWindowManagerMenu);
 
-    desktop->inputTrust().onChanged([weak = std::weak_ptr(store)] {
-        const auto current = weak.lock();
-        if (!current) {
-            return;
-        }
-        // What the desktop took back is not asked for again: the run ends, and the button to ask appears.
-        if (current->hasAccessibilityPermission().get()) {
-            current->stop();
-        }
-        current->refreshPermission();
-    });
-
     QQmlApplicationEngine engine;
     registerProviders(engine);
     engine.setInitialProperties({
@@ -153,7 +140,6 @@ int run(platform::instance::SingleInstance& instance) {
     });
     const int status = QApplication::exec();
     instance.serve({});
-    desktop->inputTrust().onChanged({});
     store->stop();
     // A running loop holds the store until it has noticed; that takes one turn.
     QCoreApplication::sendPostedEvents(&loop);

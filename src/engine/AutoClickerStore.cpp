@@ -2,6 +2,7 @@
 
 #include "engine/PermissionChecker.h"
 #include "hotkeys/HotkeyManager.h"
+#include "platform/InputTrust.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -61,6 +62,11 @@ void AutoClickerStore::connect() {
                     }
                 });
             }));
+    Platform::current().inputTrust.onChanged([weak = weak_from_this()] {
+        if (const auto store = weak.lock()) {
+            store->recheckPermission();
+        }
+    });
 }
 
 std::vector<Preset> AutoClickerStore::allPresets() const {
@@ -155,6 +161,15 @@ void AutoClickerStore::refreshPermission() {
                   runtime.errorMessage.reset();
               });
     }
+}
+
+void AutoClickerStore::recheckPermission() {
+    const bool isTrusted = PermissionChecker::isAccessibilityTrusted();
+    const bool isRunUnderWay = loopTask_ && !loopTask_->isFinished();
+    if (!isTrusted && isRunUnderWay) {
+        stop();
+    }
+    hasAccessibilityPermission_.set(isTrusted);
 }
 
 // A member, because the views know the store only.

@@ -63,6 +63,10 @@ public:
     /// Asks for the permission again and clears an error when it is there.
     void refreshPermission();
 
+    /// Looks whether the permission is still there, and ends the run when it is not. Asks the user nothing: what was
+    /// taken back on purpose is not asked for again. Called whenever the desktop reports that it may have changed.
+    void recheckPermission();
+
     void openAccessibilitySettings();
 
     /// Takes over all of the preset's configuration but its hotkey.

@@ -66,6 +66,8 @@ public:
 
     void trust(bool isTrusted) { platform.isTrusted = isTrusted; }
 
+    void report() { platform.trustChanged(); }
+
     void refresh() { store->refreshPermission(); }
 
     using StoreTest::advance;
@@ -166,6 +168,7 @@ std::vector<Play::Scenario> refusedScenarios() {
          everything(),
          {&Play::start, wait(0.1), takeTrust, &Play::start, wait(1.0)}},
         {"brought back by the permission", limited(), {takeTrust, &Play::start, giveTrust, &Play::refresh, wait(1.0)}},
+        {"ended by the loss of the permission", everything(), {&Play::start, wait(1.0), takeTrust, &Play::report}},
     };
 }
 
