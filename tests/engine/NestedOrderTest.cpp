@@ -55,6 +55,8 @@ public:
         }
     }
 
+    static constexpr const char* announcement = "record will change";
+
     /// Clicks that were handed over to be posted: each one plays its sound in the same turn.
     [[nodiscard]] int handedOver() const { return platform.count("play sound"); }
 
@@ -77,6 +79,9 @@ public:
     using StoreTest::store;
 
     int notifications = 0;
+    /// How often a change of the record was announced, and how often it was made.
+    int announced = 0;
+    int changed = 0;
     std::optional<Moment> moment;
     std::vector<AutoClickerRuntime> streamed;
 
@@ -84,11 +89,15 @@ private:
     void TestBody() override {}
 
     void attach() {
-        subscriptions_.push_back(store->runtime().observeWillChange([this] { arrive("record will change"); }));
+        subscriptions_.push_back(store->runtime().observeWillChange([this] {
+            ++announced;
+            arrive(announcement);
+        }));
         subscriptions_.push_back(
             store->runtime().stream().subscribe([this, isFirst = true](const AutoClickerRuntime& record) mutable {
                 streamed.push_back(record);
                 if (!std::exchange(isFirst, false)) {
+                    ++changed;
                     arrive("record changed");
                 }
             }));
@@ -209,6 +218,8 @@ void expectStopHeld(Play& play) {
     EXPECT_EQ(play.runtime(), after) << "nobody writes any more";
     EXPECT_EQ(play.streamed.back(), after) << "the last that was told is how it stayed";
     EXPECT_EQ(play.handedOver(), play.moment->clicks) << "no click after the stop";
+    EXPECT_LE(play.announced - play.changed, play.moment->notification == Play::announcement ? 1 : 0)
+        << "nothing is announced that the stop has overtaken";
     EXPECT_EQ(play.platform.pairedClicks, static_cast<std::uint64_t>(play.moment->clicks));
     EXPECT_EQ(play.platform.loop.pendingCalls(), 0U);
 }
