@@ -130,4 +130,14 @@ TEST(ScheduledCall, CancelsAtItsEndAndWhenAssignedOver) {
     EXPECT_EQ(order, (Order{1, 3}));
 }
 
+TEST(ScheduledCall, SurvivesBeingAssignedToItself) {
+    VirtualLoop loop;
+    Order order;
+    ScheduledCall call(loop, loop.post([&] { order.push_back(1); }));
+    ScheduledCall& same = call;
+    call = std::move(same);
+    loop.runDue();
+    EXPECT_EQ(order, Order{1});
+}
+
 } // namespace velloran::fakes
