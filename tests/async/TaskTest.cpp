@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,11 @@ Task yieldOnce(EventLoop&, Journal& journal) {
     co_await taskYield();
     const Task::Cancellation cancellation = co_await taskCancellation();
     journal.entries.emplace_back(cancellation.isRequested() ? "cancelled" : "end");
+}
+
+Task throwOnce(EventLoop&) {
+    co_await taskYield();
+    throw std::runtime_error("thrown by a test");
 }
 
 using Strings = std::vector<std::string>;
@@ -215,6 +221,12 @@ TEST(Task, DestroyedDuringAYield) {
         ASSERT_TRUE(loop.runNext());
     }
     EXPECT_EQ(journal.entries, (Strings{"begin", "released"}));
+}
+
+TEST(TaskDeathTest, ExceptionEndsTheProgram) {
+    VirtualLoop loop;
+    const Task task = throwOnce(loop);
+    EXPECT_DEATH(loop.runDue(), "terminate called");
 }
 
 TEST(Task, SleepsAMillionTimes) {

@@ -86,6 +86,17 @@ TEST(ThreadQueue, ItsThreadCarriesTheLabelAndHasNoTimerSlack) {
     EXPECT_EQ(slack.get_future().get(), 1);
 }
 
+TEST(ThreadQueue, LongLabelIsCutForItsThread) {
+    std::promise<std::string> name;
+    ThreadQueue queue("a label of twenty-eight bytes");
+    queue.async([&] {
+        std::array<char, 16> buffer{};
+        pthread_getname_np(pthread_self(), buffer.data(), buffer.size());
+        name.set_value(buffer.data());
+    });
+    EXPECT_EQ(name.get_future().get(), "a label of twen");
+}
+
 TEST(ThreadQueue, LetsGoOfAJobBeforeTheNextOneRuns) {
     auto held = std::make_shared<int>(1);
     const std::weak_ptr<int> watched = held;

@@ -197,6 +197,17 @@ TEST_F(StorePermissionTest, ReportedGrantShowsInTheFlagAlone) {
     EXPECT_EQ(status(), ClickerStatus::idle);
 }
 
+TEST_F(StorePermissionTest, ReportedLossFindsARunThatWasStoppedOver) {
+    open(unlimited());
+    store->start();
+    platform.loop.runDue();
+    store->stop();
+    int changes = 0;
+    const Subscription watching = store->runtime().observeWillChange([&] { ++changes; });
+    report(false);
+    EXPECT_EQ(changes, 0) << "though its loop has not noticed yet";
+}
+
 TEST_F(StorePermissionTest, EveryReportIsPublished) {
     open();
     std::vector<bool> answers;

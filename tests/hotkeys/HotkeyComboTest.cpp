@@ -129,7 +129,17 @@ TEST(HotkeyCombo, EqualityAndHashTakeTheDisplay) {
     const std::unordered_set<HotkeyCombo> all{recorded, offered, recorded, {command, 0, "⌥⌘A"}};
     EXPECT_EQ(all.size(), 3U);
     EXPECT_TRUE(all.contains(HotkeyCombo{command | option, 0, "⌥⌘A"}));
-    EXPECT_NE(std::hash<HotkeyCombo>()(recorded), std::hash<HotkeyCombo>()(offered));
+    const std::hash<HotkeyCombo> hash;
+    EXPECT_NE(hash(recorded), hash(offered));
+    EXPECT_NE(hash(recorded), hash(HotkeyCombo{command | option, 1, "⌥⌘A"}));
+    EXPECT_NE(hash(recorded), hash(HotkeyCombo{command, 0, "⌥⌘A"}));
+}
+
+TEST(HotkeyCombo, NewRecordIsEmpty) {
+    EXPECT_EQ(HotkeyCombo(), (HotkeyCombo{0, 0, ""}));
+    EXPECT_EQ(KeyEvent().modifierFlags, 0U);
+    EXPECT_EQ(KeyEvent().keyCode, 0U);
+    EXPECT_EQ(KeyEvent().charactersIgnoringModifiers, std::nullopt);
 }
 
 TEST(HotkeyCombo, ModifierFlagsAreTheRawValue) {

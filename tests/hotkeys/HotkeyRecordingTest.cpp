@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -148,6 +149,20 @@ TEST_F(HotkeyRecordingTest, OtherModifierBitsThatCameWithTheEventAreKept) {
     EXPECT_TRUE(monitor.press(control | 0x800000 | 0x101, 100, "F8"));
     const std::vector<HotkeyCombo> expected{{control | 0x800000, 100, "⌃F8"}};
     EXPECT_EQ(recorded, expected);
+}
+
+TEST(HotkeyRecording, ReceiverMayEndTheRecordingItself) {
+    FakeMonitor monitor;
+    int changes = 0;
+    std::optional<HotkeyRecording> recording;
+    recording.emplace(
+        monitor, [&](const HotkeyCombo&) { recording->toggleRecording(); }, [&] { ++changes; });
+    recording->toggleRecording();
+    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(monitor.press(control, 1, "s"));
+    EXPECT_FALSE(recording->isRecording());
+    EXPECT_FALSE(monitor.isInstalled());
+    EXPECT_EQ(changes, 2) << "it ended once";
 }
 
 } // namespace velloran
