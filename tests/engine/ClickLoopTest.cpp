@@ -293,6 +293,24 @@ TEST_F(ClickLoopTest, CountThatIsGoneWhenTheLoopBeginsNeverStopsIt) {
     EXPECT_EQ(status(), ClickerStatus::running);
 }
 
+TEST_F(ClickLoopTest, CompletionSaysThatNothingRemains) {
+    open(counted(2, 1.0));
+    // A count that no start would accept, put in between the check and the copy.
+    const Subscription watching =
+        store->hasAccessibilityPermission().stream().subscribe([this, first = true](bool) mutable {
+            if (!first) {
+                store->config.modify([](AutoClickerConfig& config) { config.maxClicks = -3; });
+            }
+            first = false;
+        });
+    store->start();
+    EXPECT_EQ(runtime().clicksRemaining, -3);
+    platform.loop.runDue();
+    EXPECT_EQ(status(), ClickerStatus::completed);
+    EXPECT_EQ(runtime().clicksRemaining, 0);
+    expectClicks({});
+}
+
 TEST_F(ClickLoopTest, IntervalThatIsNoNumberIsNotWaitedFor) {
     AutoClickerConfig config = counted(3);
     open(config);
