@@ -41,7 +41,8 @@ std::optional<double> asReal(const Value& value);
 /// Text.
 std::optional<std::string> asText(const Value& value);
 
-/// A whole number that fits `Integer`: 100 and 100.0, not 100.5, not true, never wrapped.
+/// A whole number that fits `Integer`: 100 and 100.0, not 100.5, not true, never wrapped and never rounded into the
+/// range.
 template<std::integral Integer>
 std::optional<Integer> asInteger(const Value& value) {
     if (value.is_number_unsigned()) {
@@ -54,10 +55,11 @@ std::optional<Integer> asInteger(const Value& value) {
     }
     if (value.is_number_float()) {
         const auto number = value.get<double>();
-        // The largest integer itself may not be a double; the power of two above it is.
+        // The largest integer itself may not be a double; the power of two above it is. The smallest one is a double,
+        // but so is whatever rounds to it: -9223372036854775809 comes as the same number.
         const double above = std::ldexp(1.0, std::numeric_limits<Integer>::digits);
-        const double lowest = std::is_signed_v<Integer> ? -above : 0.0;
-        if (std::trunc(number) == number && number >= lowest && number < above) {
+        const double below = std::is_signed_v<Integer> ? -above : -1.0;
+        if (std::trunc(number) == number && number > below && number < above) {
             return static_cast<Integer>(number);
         }
     }

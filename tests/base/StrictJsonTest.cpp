@@ -42,6 +42,7 @@ TEST(StrictJson, IntegersAreWholeAndFit) {
     EXPECT_EQ(asInteger<std::int64_t>(parsed("9223372036854775808")), std::nullopt);
     EXPECT_EQ(asInteger<std::int64_t>(parsed("9223372036854775808.0")), std::nullopt);
     EXPECT_EQ(asInteger<std::int64_t>(parsed("-9223372036854775808")), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(asInteger<std::int64_t>(parsed("-9223372036854775809")), std::nullopt);
     EXPECT_EQ(asInteger<std::int64_t>(parsed("1e30")), std::nullopt);
     EXPECT_EQ(asInteger<std::uint32_t>(parsed("4294967295")), 4294967295U);
     EXPECT_EQ(asInteger<std::uint32_t>(parsed("4294967296")), std::nullopt);
