@@ -1,6 +1,5 @@
-#include "base/text.h"
 #include "hotkeys/HotkeyPreset.h"
-#include "model/durations.h"
+#include "model/summary.h"
 #include "ui/StoreModel.h"
 #include "ui/utf8.h"
 
@@ -33,28 +32,23 @@ QString StoreModel::mouseButtonText() const {
 }
 
 QString StoreModel::intervalText() const {
-    return text(fixedDecimal(config().clickIntervalSeconds, 2) + " seconds");
+    return text(summary::interval(config()));
 }
 
 QString StoreModel::stopText() const {
-    if (isManual()) {
-        return QStringLiteral("Run until stopped");
-    }
-    // No count stored reads as none here, though the field offers its default.
-    return text(decimal(config().maxClicks.value_or(0)) + " clicks");
+    return text(summary::stop(config()));
 }
 
 QString StoreModel::hotkeyText() const {
-    return config().hotkey ? hotkeyDisplay() : QStringLiteral("Not set");
+    return text(summary::hotkey(config()));
 }
 
 QString StoreModel::delayText() const {
-    return text(formatSeconds(config().startDelaySeconds) + " seconds");
+    return text(summary::delay(config()));
 }
 
 QString StoreModel::stationaryText() const {
-    return config().requireStationaryMouse ? text(fixedDecimal(config().stationarySeconds, 1) + " seconds")
-                                           : QStringLiteral("Off");
+    return text(summary::stationaryCheck(config()));
 }
 
 } // namespace velloran
