@@ -1,12 +1,10 @@
 #include "ui/StoreModel.h"
 
-#include "base/text.h"
 #include "hotkeys/HotkeyPreset.h"
 #include "platform/Platform.h"
 #include "ui/utf8.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 Q_DECLARE_METATYPE(velloran::HotkeyCombo)
@@ -72,12 +70,12 @@ void StoreModel::setManual(bool isManual) {
     }
 }
 
-double StoreModel::clickCount() const {
-    return static_cast<double>(config().maxClicks.value_or(defaultClickCount));
+ui::WholeNumber StoreModel::clickCount() const {
+    return {config().maxClicks.value_or(defaultClickCount)};
 }
 
-void StoreModel::setClickCount(double count) {
-    change([count](AutoClickerConfig& config) { config.maxClicks = std::llround(count); });
+void StoreModel::setClickCount(ui::WholeNumber count) {
+    change([count](AutoClickerConfig& config) { config.maxClicks = count.value; });
 }
 
 void StoreModel::setStartDelaySeconds(double seconds) {
@@ -135,18 +133,20 @@ bool StoreModel::isFlying() const {
     }
 }
 
+std::optional<RunProgress> StoreModel::runProgress() const {
+    return RunProgress::of(shown_.runtime, config());
+}
+
 bool StoreModel::showsProgress() const {
-    return shown_.runtime.status == ClickerStatus::running && !isManual() && config().maxClicks;
+    return runProgress().has_value();
 }
 
 double StoreModel::progress() const {
-    const auto total = static_cast<double>(config().maxClicks.value_or(0));
-    return total > 0.0 ? std::clamp(static_cast<double>(shown_.runtime.clicksCompleted) / total, 0.0, 1.0) : 0.0;
+    return runProgress().value_or(RunProgress()).fraction();
 }
 
 QString StoreModel::progressText() const {
-    return text(decimal(shown_.runtime.clicksCompleted) + " / " + decimal(config().maxClicks.value_or(0)) +
-                " clicks completed");
+    return text(runProgress().value_or(RunProgress()).text());
 }
 
 QVariantList StoreModel::builtInPresets() const {

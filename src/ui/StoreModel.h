@@ -1,7 +1,9 @@
 #pragma once
 
 #include "engine/AutoClickerStore.h"
+#include "model/RunProgress.h"
 #include "ui/FrameThrottle.h"
+#include "ui/controls/WholeNumber.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -27,7 +29,7 @@ class StoreModel : public QObject {
     Q_PROPERTY(
         double clickIntervalSeconds READ clickIntervalSeconds WRITE setClickIntervalSeconds NOTIFY configChanged FINAL)
     Q_PROPERTY(bool isManual READ isManual WRITE setManual NOTIFY configChanged FINAL)
-    Q_PROPERTY(double clickCount READ clickCount WRITE setClickCount NOTIFY configChanged FINAL)
+    Q_PROPERTY(velloran::ui::WholeNumber clickCount READ clickCount WRITE setClickCount NOTIFY configChanged FINAL)
     Q_PROPERTY(double startDelaySeconds READ startDelaySeconds WRITE setStartDelaySeconds NOTIFY configChanged FINAL)
     Q_PROPERTY(bool hasStartDelay READ hasStartDelay WRITE setHasStartDelay NOTIFY configChanged FINAL)
     Q_PROPERTY(bool requireStationaryMouse READ requireStationaryMouse WRITE setRequireStationaryMouse NOTIFY
@@ -40,8 +42,8 @@ class StoreModel : public QObject {
 
     Q_PROPERTY(double intervalMin READ intervalMin CONSTANT FINAL)
     Q_PROPERTY(double intervalMax READ intervalMax CONSTANT FINAL)
-    Q_PROPERTY(double clicksMin READ clicksMin CONSTANT FINAL)
-    Q_PROPERTY(double clicksMax READ clicksMax CONSTANT FINAL)
+    Q_PROPERTY(velloran::ui::WholeNumber clicksMin READ clicksMin CONSTANT FINAL)
+    Q_PROPERTY(velloran::ui::WholeNumber clicksMax READ clicksMax CONSTANT FINAL)
     Q_PROPERTY(double delayMin READ delayMin CONSTANT FINAL)
     Q_PROPERTY(double delayMax READ delayMax CONSTANT FINAL)
     Q_PROPERTY(double stationaryMin READ stationaryMin CONSTANT FINAL)
@@ -93,8 +95,8 @@ public:
     /// Choosing the counted mode while no count is stored stores 100.
     void setManual(bool isManual);
     /// The stored count, or 100 when there is none.
-    [[nodiscard]] double clickCount() const;
-    void setClickCount(double count);
+    [[nodiscard]] ui::WholeNumber clickCount() const;
+    void setClickCount(ui::WholeNumber count);
 
     [[nodiscard]] double startDelaySeconds() const { return config().startDelaySeconds; }
 
@@ -130,9 +132,9 @@ public:
 
     [[nodiscard]] double intervalMax() const { return AutoClickerConfig::intervalMax; }
 
-    [[nodiscard]] double clicksMin() const { return static_cast<double>(AutoClickerConfig::clicksMin); }
+    [[nodiscard]] ui::WholeNumber clicksMin() const { return {AutoClickerConfig::clicksMin}; }
 
-    [[nodiscard]] double clicksMax() const { return static_cast<double>(AutoClickerConfig::clicksMax); }
+    [[nodiscard]] ui::WholeNumber clicksMax() const { return {AutoClickerConfig::clicksMax}; }
 
     [[nodiscard]] double delayMin() const { return AutoClickerConfig::delayMin; }
 
@@ -213,6 +215,7 @@ private:
     template<typename Change>
     void change(Change change);
     [[nodiscard]] Shown current() const;
+    [[nodiscard]] std::optional<RunProgress> runProgress() const;
     void noteClicks(const AutoClickerRuntime& runtime);
     void show();
     [[nodiscard]] std::optional<Preset> presetWith(const QString& id) const;

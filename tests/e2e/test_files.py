@@ -64,6 +64,21 @@ class ImportAndExport(DesktopCase):
         program.wait_for_stored(**self.CONFIG)
         program.wait_for_hotkey("s", "control", "alt")
 
+    def test_counts_keep_every_digit_on_their_way_in_and_out(self):
+        program = self.start_with_options()
+        for name, count in (("largest.json", 2 ** 63 - 1), ("smallest.json", -2 ** 63)):
+            path = os.path.join(program.folder, name)
+            with open(path, "w", encoding="utf-8") as file:
+                json.dump({**self.CONFIG, "stopMode": "after_clicks", "maxClicks": count}, file)
+            self.choose_file(program, "Import", path)
+            program.wait_for_stored(maxClicks=count)
+            program.wait_for_text(f"Stop After: {count} clicks")
+            exported = path + ".out.json"
+            self.choose_file(program, "Export", exported)
+            until(lambda: os.path.exists(exported), "nothing was written")
+            with open(exported, encoding="utf-8") as file:
+                self.assertEqual(json.load(file)["maxClicks"], count)
+
     def test_the_proposed_name(self):
         program = self.start_with_options()
         dialog = self.open_dialog(program, "Export")

@@ -50,6 +50,20 @@ class Presets(DesktopCase):
         finish()
         program.wait_until_gone("dialog", "Save preset")
 
+    def test_counts_of_presets_keep_every_digit(self):
+        counts = {"Largest": 2 ** 63 - 1, "Smallest": -2 ** 63}
+        program = self.start_with_presets(*(preset(name, maxClicks=count) for name, count in counts.items()))
+        for name, count in counts.items():
+            self.choose(program, name)
+            program.wait_for_stored(maxClicks=count)
+            program.wait_for_text(f"Stop After: {count} clicks")
+        self.choose(program, SAVE)
+        program.find("text", "Preset name")
+        self.observer.type("Kept")
+        self.observer.press("Return")
+        until(lambda: len(program.stored_presets()) == 3, lambda: program.stored_presets())
+        self.assertEqual([entry["config"]["maxClicks"] for entry in program.stored_presets()], [*counts.values(), -2 ** 63])
+
     def test_the_menu_without_own_presets(self):
         program = self.start_with_presets()
         self.open_menu(program)

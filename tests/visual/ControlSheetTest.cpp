@@ -38,8 +38,8 @@ TEST(Sheet, NumberField) {
     // A blinking cursor would be in the picture or not.
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     const QByteArray field =
-        at("NumberField", "width: 240; label: \"Interval\"; value: 0.1; from: 0.01; to: 3600; decimals: 2;"
-                          "step: 0.05; suffix: \"seconds\"");
+        at("NumberField", "width: 240; label: \"Interval\"; suffix: \"seconds\"; model: RealFieldModel {"
+                          "value: 0.1; from: 0.01; to: 3600; decimals: 2; step: 0.05 }");
     const Pose edit = [](Stage& stage) { stage.click(stage.item("NumberInput")); };
     const Pose retype = [edit](Stage& stage) {
         edit(stage);
@@ -63,10 +63,11 @@ TEST(Sheet, NumberField) {
     });
     sheet.add("disabled", field, with("disabled", true));
     sheet.add("no unit, no steppers",
-              at("NumberField", "width: 160; label: \"A\"; integer: true; value: 100; from: 1; to: 999"));
+              at("NumberField",
+                 "width: 160; label: \"A\"; model: RealFieldModel { value: 100; from: 1; to: 999; decimals: 0 }"));
     const QByteArray narrow =
-        at("NumberField", "width: Math.max(110, minimumWidth); label: \"A\"; value: 30; from: 0; to: 3600;"
-                          "step: 1; decimals: 0");
+        at("NumberField", "width: Math.max(110, minimumWidth); label: \"A\"; model: RealFieldModel {"
+                          "value: 30; from: 0; to: 3600; step: 1; decimals: 0 }");
     sheet.add("narrow", narrow);
     sheet.add("narrow, change pending", narrow, retype);
     sheet.add("large text", field, [](Stage& stage) { stage.setTheme("fontScale", 1.3); });

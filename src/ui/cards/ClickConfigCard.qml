@@ -53,13 +53,16 @@ CardBackground {
             NumberField {
                 Layout.fillWidth: true
                 label: "Click Interval"
-                value: root.store.clickIntervalSeconds
-                from: root.store.intervalMin
-                to: root.store.intervalMax
                 suffix: "seconds"
-                step: 0.05
-                decimals: 2
-                onValueEdited: newValue => root.store.clickIntervalSeconds = newValue
+
+                model: RealFieldModel {
+                    value: root.store.clickIntervalSeconds
+                    from: root.store.intervalMin
+                    to: root.store.intervalMax
+                    step: 0.05
+                    decimals: 2
+                    onStored: seconds => root.store.clickIntervalSeconds = seconds
+                }
             }
         }
 

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Velloran
 
 /// A number of seconds under the checkbox that switches it on.
 RowLayout {
@@ -33,13 +34,16 @@ RowLayout {
 
         Layout.preferredWidth: Math.max(110, field.minimumWidth)
         label: root.label
-        value: root.value
-        from: root.from
-        to: root.to
-        step: root.step
-        decimals: root.decimals
         disabled: root.disabled
-        onValueEdited: newValue => root.valueEdited(newValue)
+
+        model: RealFieldModel {
+            value: root.value
+            from: root.from
+            to: root.to
+            step: root.step
+            decimals: root.decimals
+            onStored: seconds => root.valueEdited(seconds)
+        }
     }
 
     BodyText {

@@ -57,13 +57,15 @@ CardBackground {
 
                     Layout.preferredWidth: Math.max(160, count.minimumWidth)
                     label: "Stop after"
-                    integer: true
-                    value: root.store.clickCount
-                    from: root.store.clicksMin
-                    to: root.store.clicksMax
-                    step: 10
                     disabled: root.store.isManual
-                    onValueEdited: newValue => root.store.clickCount = newValue
+
+                    model: CountFieldModel {
+                        value: root.store.clickCount
+                        from: root.store.clicksMin
+                        to: root.store.clicksMax
+                        step: 10
+                        onStored: number => root.store.clickCount = number
+                    }
                 }
 
                 BodyText {

@@ -1,26 +1,17 @@
 import QtQuick
 import Velloran
 
-/// An input for a number, with an optional unit and steppers. Every number that it stores is told by `valueEdited`, equal ones
-/// included; its owner answers through `value`.
+/// An input for a number, with an optional unit and steppers.
 FocusScope {
     id: root
 
     /// What the field is called: the label of its row.
     required property string label
-    required property real value
-    required property real from
-    required property real to
-    /// What the steppers add and take away; 0 for no steppers.
-    property real step: 0
-    property bool integer: false
-    /// Digits shown behind the full stop; -1 for as many as the number has.
-    property int decimals: -1
+    /// What is edited, within which bounds: a field of whole or of real numbers, for this one view.
+    required property NumberFieldModel model
     property string suffix: ""
     property string placeholder: ""
     property bool disabled: false
-
-    signal valueEdited(real newValue)
 
     readonly property int margin: 12
     readonly property int spacing: 8
@@ -31,7 +22,7 @@ FocusScope {
             + (steppers.visible ? root.spacing + steppers.width : 0))
 
     // How far the field looks like one with a change to be stored, 0…1.
-    property real pendingness: model.hasPendingChange ? 1 : 0
+    property real pendingness: root.model.hasPendingChange ? 1 : 0
 
     Behavior on pendingness {
         EaseInOut { seconds: 0.18 }
@@ -41,18 +32,6 @@ FocusScope {
     implicitHeight: 18 + Math.max(input.implicitHeight, unit.implicitHeight, note.implicitHeight,
             steppers.visible ? steppers.implicitHeight : 0)
     opacity: root.disabled ? 0.55 : 1
-
-    NumberFieldModel {
-        id: model
-
-        value: root.value
-        from: root.from
-        to: root.to
-        step: root.step
-        integer: root.integer
-        decimals: root.decimals
-        onStored: number => root.valueEdited(number)
-    }
 
     RoundedFace {
         anchors.fill: parent
@@ -85,15 +64,15 @@ FocusScope {
         }
         focus: true
         enabled: !root.disabled
-        text: model.text
+        text: root.model.text
         placeholder: root.placeholder
         label: root.label
         frame: root
-        onTextEdited: model.text = input.text
-        onActiveFocusChanged: input.activeFocus ? model.beginEditing() : model.endEditing()
-        onAccepted: model.commit()
-        onSteppedUp: model.stepUp()
-        onSteppedDown: model.stepDown()
+        onTextEdited: root.model.text = input.text
+        onActiveFocusChanged: input.activeFocus ? root.model.beginEditing() : root.model.endEditing()
+        onAccepted: root.model.commit()
+        onSteppedUp: root.model.stepUp()
+        onSteppedDown: root.model.stepDown()
     }
 
     BodyText {
@@ -118,9 +97,9 @@ FocusScope {
             verticalCenter: parent.verticalCenter
         }
         gap: root.spacing
-        pending: model.hasPendingChange
-        updated: model.justUpdated
-        onUpdatePressed: model.commit()
+        pending: root.model.hasPendingChange
+        updated: root.model.justUpdated
+        onUpdatePressed: root.model.commit()
     }
 
     Column {
@@ -132,7 +111,7 @@ FocusScope {
             verticalCenter: parent.verticalCenter
         }
         width: steppers.visible ? steppers.implicitWidth : 0
-        visible: root.step !== 0
+        visible: root.model.canStep
         enabled: !root.disabled
         opacity: root.disabled ? 0.4 : 1
         spacing: 2
@@ -140,13 +119,13 @@ FocusScope {
         StepperButton {
             label: "Increase " + root.label
             systemName: "chevron.up"
-            onTriggered: model.stepUp()
+            onTriggered: root.model.stepUp()
         }
 
         StepperButton {
             label: "Decrease " + root.label
             systemName: "chevron.down"
-            onTriggered: model.stepDown()
+            onTriggered: root.model.stepDown()
         }
     }
 }

@@ -1,21 +1,19 @@
 #pragma once
 
 #include "async/EventLoop.h"
-#include "async/Task.h"
-#include "base/checked.h"
 #include "base/fatal.h"
+#include "base/saturated.h"
 #include "base/text.h"
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
 namespace velloran::ui {
 
-/// How a number type is written, read and added up by a number field.
+/// How a number type is written and read by a number field.
 template<typename T>
 struct NumberText;
 
@@ -24,10 +22,6 @@ struct NumberText<std::int64_t> {
     static std::string write(std::int64_t value) { return decimal(value); }
 
     static std::optional<std::int64_t> read(const std::string& text) { return parseInteger(text); }
-
-    static std::int64_t add(std::int64_t a, std::int64_t b) { return checkedAdd(a, b); }
-
-    static std::int64_t subtract(std::int64_t a, std::int64_t b) { return checkedSubtract(a, b); }
 };
 
 template<>
@@ -35,17 +29,48 @@ struct NumberText<double> {
     static std::string write(double value) { return shortestDecimal(value); }
 
     static std::optional<double> read(const std::string& text) { return parseReal(text); }
+};
 
-    static double add(double a, double b) { return a + b; }
+/// What the view of a number field sees of it, whatever its numbers are.
+class EditedNumber {
+public:
+    EditedNumber() = default;
+    EditedNumber(const EditedNumber&) = delete;
+    EditedNumber& operator=(const EditedNumber&) = delete;
+    virtual ~EditedNumber() = default;
 
-    static double subtract(double a, double b) { return a - b; }
+    [[nodiscard]] virtual const std::string& text() const = 0;
+
+    /// Whether the text says something else than the stored number, surrounding blanks aside.
+    [[nodiscard]] virtual bool hasPendingChange() const = 0;
+
+    /// Whether the acknowledgement of a change is to be seen. A pending change goes before it.
+    [[nodiscard]] virtual bool justUpdated() const = 0;
+
+    /// What the user has typed so far.
+    virtual void type(const std::string& text) = 0;
+
+    virtual void beginEditing() = 0;
+
+    /// The focus is gone: commits.
+    virtual void endEditing() = 0;
+
+    /// Stores what is typed and acknowledges it for 1.4 seconds if the number shown has become another one.
+    virtual void commitWithFlash() = 0;
+
+    /// Adds the step, up to the bound however near the end of the numbers it is. Text that has been typed and not
+    /// committed is dropped. No effect without a step.
+    virtual void stepUp() = 0;
+
+    /// Takes the step away; otherwise as `stepUp`.
+    virtual void stepDown() = 0;
 };
 
 /// What a number field does with typing, committing and stepping, apart from any view. It edits a number that somebody
 /// else owns: it tells each number that it stores, equal ones included, and is told of every change from outside. One
 /// thread.
 template<typename T>
-class NumberField {
+class NumberField final : public EditedNumber {
 public:
     struct Settings {
         /// Inclusive bounds. A lower bound above the upper one is a fatal error.
@@ -65,77 +90,65 @@ public:
     };
 
     NumberField(EventLoop& loop, T value, Settings settings, Callbacks callbacks)
-        : loop_(loop),
-          value_(std::move(value)),
-          settings_(std::move(settings)),
-          state_(std::make_shared<State>(std::move(callbacks))) {
+        : loop_(loop), value_(std::move(value)), settings_(std::move(settings)), callbacks_(std::move(callbacks)) {
         checkRange();
-        state_->text = currentText();
+        text_ = currentText();
     }
-
-    NumberField(const NumberField&) = delete;
-    NumberField& operator=(const NumberField&) = delete;
 
     [[nodiscard]] const T& value() const { return value_; }
 
-    [[nodiscard]] const std::string& text() const { return state_->text; }
+    [[nodiscard]] const std::string& text() const override { return text_; }
 
     [[nodiscard]] bool isFocused() const { return isFocused_; }
 
-    /// Whether the acknowledgement of a change is to be seen. A pending change goes before it.
-    [[nodiscard]] bool justUpdated() const { return state_->justUpdated; }
+    [[nodiscard]] bool justUpdated() const override { return justUpdated_; }
 
     /// The number as the field shows it.
     [[nodiscard]] std::string currentText() const {
         return settings_.formatter ? settings_.formatter(value_) : NumberText<T>::write(value_);
     }
 
-    /// Whether the text says something else than the stored number, surrounding blanks aside.
-    [[nodiscard]] bool hasPendingChange() const { return trimmed(state_->text) != currentText(); }
+    [[nodiscard]] bool hasPendingChange() const override { return trimmed(text_) != currentText(); }
 
-    /// What the user has typed so far.
-    void type(const std::string& text) {
-        state_->text = text;
-        state_->changed();
+    void type(const std::string& text) override {
+        text_ = text;
+        changed();
     }
 
-    void beginEditing() {
+    void beginEditing() override {
         isFocused_ = true;
-        state_->changed();
+        changed();
     }
 
-    /// The focus is gone: commits.
-    void endEditing() {
+    void endEditing() override {
         isFocused_ = false;
         commitWithFlash();
     }
 
-    /// Stores what is typed and acknowledges it for 1.4 seconds if the number shown has become another one.
-    void commitWithFlash() {
+    void commitWithFlash() override {
         const std::string before = currentText();
         commit();
         if (currentText() == before) {
             return;
         }
-        if (flashTask_) {
-            flashTask_->cancel();
-        }
-        state_->justUpdated = true;
-        flashTask_ = hideBadgeLater(loop_, state_);
-        state_->changed();
+        justUpdated_ = true;
+        // A badge that is still there goes on until the end of the newer one.
+        badge_ = ScheduledCall(loop_, loop_.callAfter(badgeNanoseconds, [this] {
+            justUpdated_ = false;
+            changed();
+        }));
+        changed();
     }
 
-    /// Adds the step. Text that has been typed and not committed is dropped. No effect without a step.
-    void stepUp() {
+    void stepUp() override {
         if (settings_.step) {
             adjust(*settings_.step);
         }
     }
 
-    /// Takes the step away; otherwise as `stepUp`.
-    void stepDown() {
+    void stepDown() override {
         if (settings_.step) {
-            adjust(NumberText<T>::subtract(T{0}, *settings_.step));
+            adjust(saturatedSubtract(T{0}, *settings_.step));
         }
     }
 
@@ -143,9 +156,9 @@ public:
     void valueChanged(T value) {
         value_ = std::move(value);
         if (!isFocused_) {
-            state_->text = currentText();
+            text_ = currentText();
         }
-        state_->changed();
+        changed();
     }
 
     /// Bounds, step or form have changed. The stored number stays as it is.
@@ -154,39 +167,17 @@ public:
         settings_ = std::move(settings);
         checkRange();
         if (!hadPendingChange) {
-            state_->text = currentText();
+            text_ = currentText();
         }
-        state_->changed();
+        changed();
     }
 
 private:
-    /// What the badge's task reaches. The task may outlive the field.
-    struct State {
-        explicit State(Callbacks given) : callbacks(std::move(given)) {}
-
-        void changed() const {
-            if (callbacks.changed) {
-                callbacks.changed();
-            }
-        }
-
-        const Callbacks callbacks;
-        std::string text;
-        bool justUpdated = false;
-    };
-
     static constexpr std::uint64_t badgeNanoseconds = 1'400'000'000;
 
-    static Task hideBadgeLater([[maybe_unused]] EventLoop& loop, std::weak_ptr<State> weakState) {
-        co_await taskSleep(badgeNanoseconds);
-        const Task::Cancellation cancellation = co_await taskCancellation();
-        // A newer badge has its own end.
-        if (cancellation.isRequested()) {
-            co_return;
-        }
-        if (const auto state = weakState.lock()) {
-            state->justUpdated = false;
-            state->changed();
+    void changed() const {
+        if (callbacks_.changed) {
+            callbacks_.changed();
         }
     }
 
@@ -205,34 +196,36 @@ private:
 
     void store(T value) {
         value_ = std::move(value);
-        if (state_->callbacks.store) {
-            state_->callbacks.store(value_);
+        if (callbacks_.store) {
+            callbacks_.store(value_);
         }
     }
 
     void commit() {
-        const std::string typed = trimmed(state_->text);
+        const std::string typed = trimmed(text_);
         if (!typed.empty()) {
             if (const auto number = NumberText<T>::read(typed)) {
                 store(clamp(*number));
             }
         }
-        state_->text = currentText();
-        state_->changed();
+        text_ = currentText();
+        changed();
     }
 
     void adjust(T delta) {
-        store(clamp(NumberText<T>::add(value_, delta)));
-        state_->text = currentText();
-        state_->changed();
+        store(clamp(saturatedAdd(value_, delta)));
+        text_ = currentText();
+        changed();
     }
 
     EventLoop& loop_;
     T value_;
     Settings settings_;
-    std::shared_ptr<State> state_;
+    const Callbacks callbacks_;
+    std::string text_;
     bool isFocused_ = false;
-    std::optional<Task> flashTask_;
+    bool justUpdated_ = false;
+    ScheduledCall badge_;
 };
 
 } // namespace velloran::ui

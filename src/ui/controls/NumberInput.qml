@@ -30,6 +30,11 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     inputMethodHints: Qt.ImhFormattedNumbersOnly
 
+    onTextChanged: {
+        // The end of a number that is too long for the field would read as another number.
+        if (!root.activeFocus)
+            root.cursorPosition = 0;
+    }
     onHasKeyboardFocusChanged: {
         if (root.hasKeyboardFocus)
             root.selectAll();

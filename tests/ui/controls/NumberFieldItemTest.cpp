@@ -1,25 +1,49 @@
 #include "ui/Stage.h"
+#include "ui/controls/WholeNumber.h"
 
 #include <QAccessible>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace velloran::test {
 namespace {
 
 /// A field that edits a number of its own, and a button beside it.
-QByteArray field(const QByteArray& settings) {
+QByteArray field(const QByteArray& model, const QByteArray& view = {}) {
     return "property real number: 50\n"
-           "NumberField { objectName: \"field\"; x: 20; y: 20; width: 240; label: \"Clicks\"; value: stage.number; "
-           "from: 1;"
-           "to: 100; onValueEdited: newValue => { stage.note(newValue); stage.number = newValue; }\n" +
-           settings +
-           "}\n"
+           "NumberField { objectName: \"field\"; x: 20; y: 20; width: 240; label: \"Clicks\";\n" +
+           view +
+           "\nmodel: RealFieldModel { value: stage.number; from: 1; to: 100;"
+           "onStored: number => { stage.note(number); stage.number = number; }\n" +
+           model +
+           "} }\n"
            "PrimaryActionButton { objectName: \"start\"; x: 20; y: 120; width: 200; title: \"Start\"; systemImage: "
            "\"play.fill\";"
            "onTriggered: stage.note(\"start\") }";
 }
+
+/// A stage with a field of whole numbers. They pass through the views' language on both ways.
+class CountStage : public Stage {
+public:
+    CountStage(std::int64_t least, std::int64_t most)
+        : Stage("property wholeNumber number\n"
+                "property wholeNumber least\n"
+                "property wholeNumber most\n"
+                "property wholeNumber told\n"
+                "NumberField { objectName: \"field\"; x: 20; y: 20; width: 360; label: \"Clicks\"\n"
+                "model: CountFieldModel { value: stage.number; from: stage.least; to: stage.most; step: 10\n"
+                "onStored: number => { stage.note(number + \"\"); stage.told = number; stage.number = number } } }") {
+        set("most", most);
+        set("least", least);
+    }
+
+    void set(const char* property, std::int64_t number) const {
+        root->setProperty(property, QVariant::fromValue(ui::WholeNumber{number}));
+    }
+};
 
 QString shownText(const Stage& stage) {
     return stage.item("NumberInput").property("text").toString();
@@ -36,7 +60,7 @@ void retype(Stage& stage, const QString& text) {
 }
 
 TEST(NumberFieldItem, StoresOnReturnAndShowsTheBadge) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     retype(stage, "500");
     EXPECT_TRUE(stage.shows("Update"));
     EXPECT_TRUE(stage.takeLog().isEmpty());
@@ -51,7 +75,7 @@ TEST(NumberFieldItem, StoresOnReturnAndShowsTheBadge) {
 }
 
 TEST(NumberFieldItem, UpdateStoresAndLeavesTheFocusWhereItIs) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     retype(stage, "60");
     stage.click(stage.showing("Update"));
     EXPECT_EQ(stage.takeLog(), QStringList("60"));
@@ -60,7 +84,7 @@ TEST(NumberFieldItem, UpdateStoresAndLeavesTheFocusWhereItIs) {
 }
 
 TEST(NumberFieldItem, SteppingDropsWhatWasTypedAndTakesNoFocus) {
-    Stage stage(field("integer: true; step: 10"));
+    Stage stage(field("decimals: 0; step: 10"));
     retype(stage, "77");
     stage.click(*stage.itemsOf("StepperButton").at(0));
     EXPECT_EQ(stage.takeLog(), QStringList("60"));
@@ -72,14 +96,14 @@ TEST(NumberFieldItem, SteppingDropsWhatWasTypedAndTakesNoFocus) {
 }
 
 TEST(NumberFieldItem, SteppingDoesNotGiveTheFieldTheFocus) {
-    Stage stage(field("integer: true; step: 10"));
+    Stage stage(field("decimals: 0; step: 10"));
     stage.click(*stage.itemsOf("StepperButton").at(0));
     EXPECT_EQ(stage.takeLog(), QStringList("60"));
     EXPECT_FALSE(stage.item("NumberInput").hasActiveFocus());
 }
 
 TEST(NumberFieldItem, LeavingStoresBeforeAnotherButtonActs) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     retype(stage, "33");
     stage.click(stage.item("start"));
     EXPECT_EQ(stage.takeLog(), (QStringList{"33", "start"}));
@@ -97,7 +121,7 @@ TEST(NumberFieldItem, LeavingAnUntouchedFieldStoresWhatItShows) {
 }
 
 TEST(NumberFieldItem, TellsEqualNumbersToo) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     retype(stage, "50");
     stage.key(Qt::Key_Return);
     stage.key(Qt::Key_Enter);
@@ -106,8 +130,8 @@ TEST(NumberFieldItem, TellsEqualNumbersToo) {
 }
 
 TEST(NumberFieldItem, RevertsWhatIsNoNumber) {
-    Stage stage(field("integer: true"));
-    for (const char* text : {"abc", "4.5", ""}) {
+    Stage stage(field("decimals: 0"));
+    for (const char* text : {"abc", "4,5", ""}) {
         retype(stage, text);
         stage.key(Qt::Key_Return);
         EXPECT_EQ(shownText(stage), "50") << text;
@@ -117,7 +141,7 @@ TEST(NumberFieldItem, RevertsWhatIsNoNumber) {
 }
 
 TEST(NumberFieldItem, BlanksAroundAreNoChange) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     retype(stage, " 50 ");
     EXPECT_FALSE(stage.shows("Update"));
     stage.key(Qt::Key_Return);
@@ -125,7 +149,7 @@ TEST(NumberFieldItem, BlanksAroundAreNoChange) {
 }
 
 TEST(NumberFieldItem, AnOutsideChangeWaitsForTheFocusToGo) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     retype(stage, "77");
     stage.root->setProperty("number", 20);
     EXPECT_EQ(shownText(stage), "77");
@@ -145,9 +169,10 @@ TEST(NumberFieldItem, TheArrowKeysStep) {
 }
 
 TEST(NumberFieldItem, ShowsWhatItIsToldTo) {
-    Stage stage("NumberField { objectName: \"real\"; label: \"A\"; value: 1; from: 0; to: 9; placeholder: \"none\" }"
-                "NumberField { objectName: \"unit\"; y: 60; label: \"B\"; value: 1; from: 0; to: 9; decimals: 2;"
-                "suffix: \"seconds\"; step: 1 }");
+    Stage stage("NumberField { objectName: \"real\"; label: \"A\"; placeholder: \"none\"; model: RealFieldModel { "
+                "value: 1; from: 0; to: 9 } }"
+                "NumberField { objectName: \"unit\"; y: 60; label: \"B\"; suffix: \"seconds\";"
+                "model: RealFieldModel { value: 1; from: 0; to: 9; decimals: 2; step: 1 } }");
     const auto text = [&](const char* name) {
         return Stage::itemsOf("NumberInput", stage.item(name)).at(0)->property("text").toString();
     };
@@ -163,7 +188,7 @@ TEST(NumberFieldItem, ShowsWhatItIsToldTo) {
 }
 
 TEST(NumberFieldItem, IsInertWhileDisabled) {
-    Stage stage(field("integer: true; step: 10; disabled: true"));
+    Stage stage(field("decimals: 0; step: 10", "disabled: true"));
     EXPECT_EQ(stage.item("field").opacity(), 0.55);
     EXPECT_EQ(stage.itemsOf("StepperButton").at(0)->parentItem()->opacity(), 0.4);
     stage.click(*stage.itemsOf("StepperButton").at(0));
@@ -175,7 +200,7 @@ TEST(NumberFieldItem, IsInertWhileDisabled) {
 }
 
 TEST(NumberFieldItem, HasItsMeasures) {
-    Stage stage(field("integer: true; step: 10; suffix: \"seconds\""));
+    Stage stage(field("decimals: 0; step: 10", "suffix: \"seconds\""));
     const QRectF outer = Stage::frame(stage.item("field"));
     const QRectF input = Stage::frame(stage.item("NumberInput"));
     const QRectF unit = Stage::frame(stage.showing("seconds"));
@@ -201,11 +226,10 @@ TEST(NumberFieldItem, HasItsMeasures) {
 }
 
 TEST(NumberFieldItem, NothingIsCutAtItsLeastWidth) {
-    Stage stage(
-        "property real number: 3600\n"
-        "NumberField { id: it; objectName: \"field\"; width: Math.max(110, it.minimumWidth); label: \"Delay\"; "
-        "decimals: 0;"
-        "step: 1; value: stage.number; from: 0; to: 3600; onValueEdited: newValue => stage.number = newValue }");
+    Stage stage("property real number: 3600\n"
+                "NumberField { id: it; objectName: \"field\"; width: Math.max(110, it.minimumWidth); label: \"Delay\";"
+                "model: RealFieldModel { decimals: 0; step: 1; value: stage.number; from: 0; to: 3600;"
+                "onStored: number => stage.number = number } }");
     EXPECT_EQ(stage.item("field").width(), 110);
     retype(stage, "3599");
     const auto expectUncut = [&] {
@@ -228,7 +252,7 @@ TEST(NumberFieldItem, NothingIsCutAtItsLeastWidth) {
 }
 
 TEST(NumberFieldItem, ItsBorderTellsItsState) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     const auto stroke = [&] {
         return Stage::itemsOf("RoundedFace", stage.item("field")).at(0)->property("stroke").value<QColor>();
     };
@@ -242,7 +266,7 @@ TEST(NumberFieldItem, ItsBorderTellsItsState) {
 }
 
 TEST(NumberFieldItem, TheUpdateButtonFades) {
-    Stage stage(field("integer: true"));
+    Stage stage(field("decimals: 0"));
     stage.setTheme("reducedMotion", false);
     retype(stage, "7");
     QQuickItem& button = *Stage::itemsOf("PlainButton", stage.item("CommitNote")).at(0);
@@ -251,7 +275,7 @@ TEST(NumberFieldItem, TheUpdateButtonFades) {
 }
 
 TEST(NumberFieldItem, TellsAssistiveTools) {
-    Stage stage(field("integer: true; step: 10"));
+    Stage stage(field("decimals: 0; step: 10"));
     const auto name = [](QQuickItem& item) {
         return QAccessible::queryAccessibleInterface(&item)->text(QAccessible::Name);
     };
@@ -270,6 +294,54 @@ TEST(NumberFieldItem, TellsAssistiveTools) {
     EXPECT_EQ(name(update), "Update");
     Stage::act(update, "Press");
     EXPECT_EQ(stage.takeLog(), QStringList("8"));
+}
+
+TEST(NumberFieldItem, WholeNumbersAreExact) {
+    CountStage stage(-1, std::numeric_limits<std::int64_t>::max());
+    for (const char* digits : {"9223372036854775807", "-9223372036854775808", "9007199254740993", "0"}) {
+        stage.set("number", QByteArray(digits).toLongLong());
+        EXPECT_EQ(shownText(stage), digits);
+        EXPECT_FALSE(stage.shows("Update"));
+    }
+    for (const char* digits : {"9007199254740993", "4611686018427387903"}) {
+        retype(stage, digits);
+        stage.key(Qt::Key_Return);
+        EXPECT_EQ(stage.takeLog(), QStringList(digits));
+        EXPECT_EQ(stage.root->property("told").value<ui::WholeNumber>().value, QByteArray(digits).toLongLong());
+        EXPECT_EQ(shownText(stage), digits);
+        EXPECT_TRUE(stage.shows("Updated"));
+    }
+    stage.key(Qt::Key_Down);
+    EXPECT_EQ(stage.takeLog(), QStringList("4611686018427387893"));
+}
+
+TEST(NumberFieldItem, ANumberThatIsTooLongShowsItsBeginning) {
+    CountStage stage(1, 100);
+    stage.item("field").setWidth(110);
+    const auto beginning = [&] {
+        QRectF rectangle;
+        QMetaObject::invokeMethod(&stage.item("NumberInput"), "positionToRectangle", Q_RETURN_ARG(QRectF, rectangle),
+                                  Q_ARG(int, 0));
+        return rectangle.left();
+    };
+    stage.set("number", std::numeric_limits<std::int64_t>::max());
+    ASSERT_GT(stage.item("NumberInput").property("contentWidth").toDouble(), stage.item("NumberInput").width());
+    EXPECT_GE(beginning(), 0);
+    stage.click(stage.item("NumberInput"));
+    stage.key(Qt::Key_End);
+    EXPECT_LT(beginning(), 0);
+}
+
+TEST(NumberFieldItem, WholeNumbersBeyondTheBoundsAreShownAndCommittedToTheNearest) {
+    CountStage stage(1, 100);
+    stage.set("number", std::numeric_limits<std::int64_t>::max());
+    stage.key(Qt::Key_Tab);
+    stage.key(Qt::Key_Up);
+    EXPECT_EQ(stage.takeLog(), QStringList("100"));
+    stage.set("number", std::numeric_limits<std::int64_t>::min());
+    stage.key(Qt::Key_Down);
+    EXPECT_EQ(stage.takeLog(), QStringList("1"));
+    EXPECT_EQ(shownText(stage), "1");
 }
 
 } // namespace

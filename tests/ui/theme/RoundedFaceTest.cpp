@@ -151,9 +151,8 @@ TEST(Borders, OfCardsFieldsAndButtonsAreHairlines) {
     Stage stage(
         "Rectangle { anchors.fill: parent; color: \"#808080\" }"
         "CardBackground { objectName: \"cardStroke cardFill\"; x: 21; y: 21; width: 101; height: 63 }"
-        "NumberField { objectName: \"fieldStroke fieldFill\"; x: 141; y: 22; width: 161; label: \"A\"; value: 1; from: "
-        "0;"
-        "to: 9; suffix: \" \" }"
+        "NumberField { objectName: \"fieldStroke fieldFill\"; x: 141; y: 22; width: 161; label: \"A\"; suffix: \" \";"
+        "model: RealFieldModel { value: 1; from: 0; to: 9 } }"
         "MouseButtonSelect { objectName: \"fieldStroke fieldFill\"; x: 22; y: 103; width: 203;"
         "names: [\"L\", \"R\", \"M\"]; selection: 0 }"
         "FaceButton { objectName: \"fieldStroke fieldFill\"; x: 241; y: 101; width: 99; label: \" \" }"
