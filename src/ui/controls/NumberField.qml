@@ -37,7 +37,7 @@ FocusScope {
         anchors.fill: parent
         radius: Theme.radius.field
         fill: Theme.fieldFill
-        stroke: Theme.mixed(input.activeFocus ? Theme.fieldStrokeFocus : Theme.fieldStroke,
+        stroke: Theme.mixed(input.isEdited ? Theme.fieldStrokeFocus : Theme.fieldStroke,
                 Theme.faded(Theme.accentBlue, 0.6), root.pendingness)
     }
 
@@ -66,10 +66,11 @@ FocusScope {
         enabled: !root.disabled
         text: root.model.text
         placeholder: root.placeholder
+        reach: 9
         label: root.label
         frame: root
         onTextEdited: root.model.text = input.text
-        onActiveFocusChanged: input.activeFocus ? root.model.beginEditing() : root.model.endEditing()
+        onIsEditedChanged: input.isEdited ? root.model.beginEditing() : root.model.endEditing()
         onAccepted: root.model.commit()
         onSteppedUp: root.model.stepUp()
         onSteppedDown: root.model.stepDown()

@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Templates as T
 
 /// The bare text box inside a number field.
-T.TextField {
+TextBox {
     id: root
 
     /// What assistive tools call it.
@@ -21,7 +20,6 @@ T.TextField {
     implicitWidth: 40
     implicitHeight: root.contentHeight
     activeFocusOnTab: true
-    selectByMouse: true
     font: Theme.font(15, Font.Medium)
     color: Theme.textPrimary
     selectionColor: Theme.accentBlueBorder
@@ -32,11 +30,12 @@ T.TextField {
 
     onTextChanged: {
         // The end of a number that is too long for the field would read as another number.
-        if (!root.activeFocus)
+        if (!root.isEdited)
             root.cursorPosition = 0;
     }
     onHasKeyboardFocusChanged: {
-        if (root.hasKeyboardFocus)
+        // What was selected when the menu opened still is when it gives the focus back.
+        if (root.hasKeyboardFocus && !root.openedMenu)
             root.selectAll();
     }
     Keys.onUpPressed: root.steppedUp()

@@ -31,9 +31,13 @@ T.MenuItem {
     hoverEnabled: (root.menu as PopupMenu)?.heedsPointer ?? true
 
     Accessible.name: root.label
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: {
+        if (root.enabled)
+            root.clicked();
+    }
 
     contentItem: MenuItemRow {
+        opacity: root.enabled ? 1 : 0.45
         label: root.label
         systemImage: root.systemImage
         destructive: root.destructive

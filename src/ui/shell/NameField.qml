@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Velloran
 
 /// One line of text with a border.
-T.TextField {
+TextBox {
     id: root
 
     /// What is asked for; stands in the field while it is empty, and names it.
@@ -20,7 +19,6 @@ T.TextField {
     selectionColor: Theme.accentBlue
     selectedTextColor: Theme.textPrimary
     placeholderText: root.label
-    selectByMouse: true
     verticalAlignment: TextInput.AlignVCenter
 
     Accessible.role: Accessible.EditableText
@@ -42,6 +40,6 @@ T.TextField {
     background: RoundedFace {
         radius: Theme.radius.field
         fill: Theme.fieldFill
-        stroke: root.activeFocus ? Theme.fieldStrokeFocus : Theme.fieldStroke
+        stroke: root.isEdited ? Theme.fieldStrokeFocus : Theme.fieldStroke
     }
 }
