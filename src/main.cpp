@@ -40,9 +40,16 @@ namespace {
 
 using namespace velloran;
 
-/// The program cannot outlive the window system. Nothing is left to be tidied that the system does not tidy by itself,
-/// and the toolkit's own way out would run destructors that wait for a server that is gone.
+/// The preferences of the run, while there is one.
+platform::qt::QtPreferences* openPreferences = nullptr;
+
+/// The program cannot outlive the window system. But for changes on their way to the disk nothing is left to be tidied
+/// that the system does not tidy by itself, and the toolkit's own way out would run destructors that wait for a server
+/// that is gone.
 [[noreturn]] void endWithoutServer() {
+    if (openPreferences != nullptr) {
+        openPreferences->finish(platform::qt::QtPreferences::longestWaitAtEnd);
+    }
     constexpr char line[] = "Velloran: the connection to the display was lost.\n";
     [[maybe_unused]] const auto written = write(STDERR_FILENO, line, sizeof line - 1);
     _exit(EXIT_FAILURE);
@@ -98,11 +105,22 @@ struct SharedHotkeys {
     ~SharedHotkeys() { HotkeyManager::endShared(); }
 };
 
+/// Has the changes stored also when the program has to end at once.
+struct OpenPreferences {
+    explicit OpenPreferences(platform::qt::QtPreferences& preferences) { openPreferences = &preferences; }
+
+    OpenPreferences(const OpenPreferences&) = delete;
+    OpenPreferences& operator=(const OpenPreferences&) = delete;
+
+    ~OpenPreferences() { openPreferences = nullptr; }
+};
+
 int run(platform::instance::SingleInstance& instance) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
     platform::qt::QtPreferences preferences(platform::qt::QtPreferences::defaultPath());
+    const OpenPreferences whileOpen(preferences);
     platform::qt::QtUrlOpener urlOpener;
     platform::pulse::PulseSounds sounds;
     const auto desktop = makeDesktopBackend(loop, log, [] { endWithoutServer(); });

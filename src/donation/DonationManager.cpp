@@ -67,8 +67,7 @@ void DonationManager::snooze() {
 }
 
 void DonationManager::markDonated() {
-    defaults_.setTruth(donatedKey_, true);
-    defaults_.remove(nextReminderKey_);
+    defaults_.change({{donatedKey_, true}, {nextReminderKey_, std::nullopt}});
     isPromptVisible.set(false);
 }
 
@@ -87,9 +86,10 @@ void DonationManager::bootstrapIfNeeded() {
         return;
     }
     const Date start = now();
-    defaults_.setDate(firstLaunchKey_, start);
-    defaults_.setDate(nextReminderKey_, start + intervalForReminder(0));
-    defaults_.setInteger(remindersShownKey_, 0);
+    // As one: the first of them alone would count as a schedule, which never comes to a reminder.
+    defaults_.change({{firstLaunchKey_, start},
+                      {nextReminderKey_, start + intervalForReminder(0)},
+                      {remindersShownKey_, std::int64_t{0}}});
 }
 
 void DonationManager::startTimer() {
@@ -106,8 +106,8 @@ void DonationManager::startTimer() {
 }
 
 void DonationManager::scheduleNext(std::int64_t remindersShown) {
-    defaults_.setInteger(remindersShownKey_, remindersShown);
-    defaults_.setDate(nextReminderKey_, now() + intervalForReminder(remindersShown));
+    defaults_.change(
+        {{remindersShownKey_, remindersShown}, {nextReminderKey_, now() + intervalForReminder(remindersShown)}});
 }
 
 } // namespace velloran

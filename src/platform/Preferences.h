@@ -6,14 +6,25 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <variant>
+#include <vector>
 
 namespace velloran::platform {
 
 /// The user's stored settings: typed values under text keys. Reading never fails: a key that is not there, or whose
-/// value has another type, gives nothing. Writing tells nobody when it fails, and loses nothing that was stored before.
-/// Main thread.
+/// value has another type, gives nothing. Reading sees every change from the moment on in which it was made, whether or
+/// not it is stored already. Writing tells nobody when it fails, and loses nothing that was stored before. Main thread.
 class Preferences {
 public:
+    using Value = std::variant<Bytes, Date, std::int64_t, bool>;
+
+    /// What becomes of one key.
+    struct Change {
+        std::string key;
+        /// Nothing takes the key out.
+        std::optional<Value> value;
+    };
+
     Preferences() = default;
     Preferences(const Preferences&) = delete;
     Preferences& operator=(const Preferences&) = delete;
@@ -25,14 +36,23 @@ public:
     [[nodiscard]] virtual std::optional<std::int64_t> integer(const std::string& key) const = 0;
     [[nodiscard]] virtual std::optional<bool> truth(const std::string& key) const = 0;
 
-    virtual void setBytes(const std::string& key, const Bytes& value) = 0;
-    virtual void setDate(const std::string& key, Date value) = 0;
-    virtual void setInteger(const std::string& key, std::int64_t value) = 0;
-    virtual void setTruth(const std::string& key, bool value) = 0;
-
     /// Whether the key holds anything at all, of whatever type.
     [[nodiscard]] virtual bool holds(const std::string& key) const = 0;
-    virtual void remove(const std::string& key) = 0;
+
+    /// Makes all the changes, one after the other, as one: who looks at what is stored, after a crash as well, finds
+    /// none of them or all. Never waits for the disk. Changes are stored in the order of these calls.
+    virtual void change(const std::vector<Change>& changes) = 0;
+
+    // One change on its own.
+    void setBytes(const std::string& key, const Bytes& value) { change({{key, value}}); }
+
+    void setDate(const std::string& key, Date value) { change({{key, value}}); }
+
+    void setInteger(const std::string& key, std::int64_t value) { change({{key, value}}); }
+
+    void setTruth(const std::string& key, bool value) { change({{key, value}}); }
+
+    void remove(const std::string& key) { change({{key, std::nullopt}}); }
 };
 
 } // namespace velloran::platform

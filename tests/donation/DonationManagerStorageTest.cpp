@@ -36,6 +36,19 @@ TEST_F(DonationManagerTest, SnoozeStoresTheCountThenTheDateThenHides) {
     EXPECT_EQ(order, (std::vector<std::string>{remindersShownKey, nextReminderKey, "hide"}));
 }
 
+TEST_F(DonationManagerTest, WhatBelongsTogetherIsOneChange) {
+    open();
+    EXPECT_EQ(preferences.writes, 1) << "the set-up";
+    manager->snooze();
+    EXPECT_EQ(preferences.writes, 2);
+    manager->acknowledgeAlreadyDonated();
+    EXPECT_EQ(preferences.writes, 3);
+    manager->markDonated();
+    EXPECT_EQ(preferences.writes, 4);
+    EXPECT_TRUE(manager->hasDonated());
+    EXPECT_FALSE(preferences.holds(nextReminderKey));
+}
+
 TEST_F(DonationManagerTest, CounterOfTheWrongTypeReadsAsZero) {
     open();
     preferences.values[remindersShownKey] = Bytes("7");

@@ -11,8 +11,6 @@ namespace velloran::fakes {
 /// Preferences in memory. Tests may put in any value under any key and make writing fail.
 class FakePreferences final : public platform::Preferences {
 public:
-    using Value = std::variant<Bytes, Date, std::int64_t, bool>;
-
     std::optional<Bytes> bytes(const std::string& key) const override { return get<Bytes>(key); }
 
     std::optional<Date> date(const std::string& key) const override { return get<Date>(key); }
@@ -21,27 +19,27 @@ public:
 
     std::optional<bool> truth(const std::string& key) const override { return get<bool>(key); }
 
-    void setBytes(const std::string& key, const Bytes& value) override { set(key, value); }
-
-    void setDate(const std::string& key, Date value) override { set(key, value); }
-
-    void setInteger(const std::string& key, std::int64_t value) override { set(key, value); }
-
-    void setTruth(const std::string& key, bool value) override { set(key, value); }
-
     bool holds(const std::string& key) const override { return values.contains(key); }
 
-    void remove(const std::string& key) override {
+    void change(const std::vector<Change>& changes) override {
         ++writes;
-        if (!isReadOnly) {
-            values.erase(key);
+        if (isReadOnly) {
+            return;
+        }
+        for (const auto& [key, value] : changes) {
+            if (value) {
+                written.push_back(key);
+                values[key] = *value;
+            } else {
+                values.erase(key);
+            }
         }
     }
 
     std::map<std::string, Value> values;
     /// Writing changes nothing while this is set.
     bool isReadOnly = false;
-    /// How often something was written or removed, or tried to be.
+    /// How often something was changed, or tried to be. Changes made as one count once.
     int writes = 0;
     /// The keys written, in order.
     std::vector<std::string> written;
@@ -54,15 +52,6 @@ private:
             return std::nullopt;
         }
         return std::get<T>(found->second);
-    }
-
-    void set(const std::string& key, Value value) {
-        ++writes;
-        if (isReadOnly) {
-            return;
-        }
-        written.push_back(key);
-        values[key] = std::move(value);
     }
 };
 

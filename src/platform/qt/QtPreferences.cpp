@@ -1,66 +1,25 @@
 #include "platform/qt/QtPreferences.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QLockFile>
-#include <QSaveFile>
-#include <QString>
+#include "platform/qt/PreferencesFile.h"
+#include "platform/qt/StoredValue.h"
 
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <mutex>
+#include <utility>
 
 namespace velloran::platform::qt {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
 /// A lock is held for as long as it takes to replace a small file. Who holds it longer has been stopped.
-constexpr int longestWaitForLock = 500; // milliseconds
-
-/// A process killed while it made the lock has not yet written into it who it was; only its age tells that it is left
-/// over.
-constexpr int longestHold = 1000; // milliseconds
-
-/// What is larger is no preferences file.
-constexpr qint64 largestFile = 16LL * 1024 * 1024;
-
-QString fileName(const std::string& path) {
-    return QFile::decodeName(QByteArray::fromStdString(path));
-}
-
-/// What the file holds, nothing being the same as no file. No result when there is something that cannot be read.
-std::optional<std::string> read(const QString& name) {
-    const QFileInfo info(name);
-    if (!info.exists()) {
-        return std::string();
-    }
-    // Opening a pipe would wait for somebody to write to it.
-    if (!info.isFile() || info.size() > largestFile) {
-        return std::nullopt;
-    }
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        return std::nullopt;
-    }
-    return content.toStdString();
-}
-
-bool replace(const QString& name, const std::string& content) {
-    QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    const auto size = static_cast<qint64>(content.size());
-    // The bytes may still be in memory. Committing pays no attention to a disk that has no room for them, and would put
-    // an empty file in the place of the old one.
-    return file.write(content.data(), size) == size && file.flush() && file.commit();
-}
+constexpr milliseconds longestWaitForLock{500};
 
 /// The value of an environment variable, if it is an absolute path.
 std::optional<std::string> absolutePath(const char* variable) {
@@ -84,13 +43,67 @@ std::string homeFolder() {
 
 } // namespace
 
+struct QtPreferences::State {
+    explicit State(const std::string& path) : file(path), stored(file.read().value_or(IniText(""))) {}
+
+    /// The text of the entry as it will be when everything is written. With the lock.
+    [[nodiscard]] std::optional<std::string_view> text(const std::string& key) const {
+        for (const EntryChanges* const changes : {&unsaved, &underWay}) {
+            if (const auto changed = changes->find(key); changed != changes->end()) {
+                return changed->second;
+            }
+        }
+        return stored.value(key);
+    }
+
+    /// For the thread that writes.
+    void save();
+
+    const PreferencesFile file;
+
+    std::mutex mutex; // guards what follows, and is held by nobody who waits
+    /// The file as it was when it was last read or written.
+    IniText stored;
+    /// Changes that are being written. Only the thread that writes changes them.
+    EntryChanges underWay;
+    /// Changes behind those.
+    EntryChanges unsaved;
+    /// While somebody waits for the end: locks are waited for no longer than until then.
+    std::optional<Clock::time_point> lastMoment;
+};
+
+void QtPreferences::State::save() {
+    milliseconds patience = longestWaitForLock;
+    {
+        const std::lock_guard lock(mutex);
+        underWay = std::exchange(unsaved, {});
+        if (underWay.empty()) {
+            return;
+        }
+        if (lastMoment) {
+            const auto left = std::chrono::duration_cast<milliseconds>(*lastMoment - Clock::now());
+            patience = std::clamp(left, milliseconds(0), longestWaitForLock);
+        }
+    }
+    PreferencesFile::Outcome outcome = file.change(underWay, patience);
+    const std::lock_guard lock(mutex);
+    if (outcome.text) {
+        // What was stored before goes outside the lock.
+        std::swap(stored, *outcome.text);
+    }
+    if (!outcome.isChanged) {
+        // Those made meanwhile are newer, and stay.
+        unsaved.merge(underWay);
+    }
+    underWay.clear();
+}
+
 QtPreferences::QtPreferences(const std::string& path)
-    : path_(path), stored_(read(fileName(path)).value_or(std::string())) {}
+    : state_(std::make_shared<State>(path)), saving_("velloran.saving", [state = state_] { state->save(); }) {}
 
 QtPreferences::~QtPreferences() {
-    if (!unsaved_.empty()) {
-        save();
-    }
+    // What the disk does not take in that time it may still take later, or never.
+    finish(longestWaitAtEnd);
 }
 
 std::string QtPreferences::defaultPath() {
@@ -113,34 +126,42 @@ std::optional<bool> QtPreferences::truth(const std::string& key) const {
     return get<bool>(key);
 }
 
-void QtPreferences::setBytes(const std::string& key, const Bytes& value) {
-    set(key, value);
-}
-
-void QtPreferences::setDate(const std::string& key, Date value) {
-    set(key, value);
-}
-
-void QtPreferences::setInteger(const std::string& key, std::int64_t value) {
-    set(key, value);
-}
-
-void QtPreferences::setTruth(const std::string& key, bool value) {
-    set(key, value);
-}
-
 bool QtPreferences::holds(const std::string& key) const {
-    return text(key).has_value();
+    const std::lock_guard lock(state_->mutex);
+    return state_->text(key).has_value();
 }
 
-void QtPreferences::remove(const std::string& key) {
-    unsaved_[key] = std::nullopt;
-    save();
+void QtPreferences::change(const std::vector<Change>& changes) {
+    {
+        const std::lock_guard lock(state_->mutex);
+        for (const auto& [key, value] : changes) {
+            state_->unsaved[key] = value ? std::optional(writeStoredValue(*value)) : std::nullopt;
+        }
+    }
+    saving_.request();
+}
+
+bool QtPreferences::finish(milliseconds atMost) {
+    bool isAnythingLeft = false;
+    {
+        const std::lock_guard lock(state_->mutex);
+        isAnythingLeft = !state_->unsaved.empty() || !state_->underWay.empty();
+        // The rest of the time is for the disk.
+        state_->lastMoment = Clock::now() + atMost / 2;
+    }
+    if (isAnythingLeft) {
+        saving_.request();
+    }
+    const bool isDone = saving_.waitUntilDone(atMost);
+    const std::lock_guard lock(state_->mutex);
+    state_->lastMoment.reset();
+    return isDone;
 }
 
 template<typename T>
 std::optional<T> QtPreferences::get(const std::string& key) const {
-    const auto written = text(key);
+    const std::lock_guard lock(state_->mutex);
+    const auto written = state_->text(key);
     if (!written) {
         return std::nullopt;
     }
@@ -149,47 +170,6 @@ std::optional<T> QtPreferences::get(const std::string& key) const {
         return std::nullopt;
     }
     return std::get<T>(*value);
-}
-
-void QtPreferences::set(const std::string& key, const StoredValue& value) {
-    unsaved_[key] = writeStoredValue(value);
-    save();
-}
-
-std::optional<std::string_view> QtPreferences::text(const std::string& key) const {
-    if (const auto changed = unsaved_.find(key); changed != unsaved_.end()) {
-        return changed->second;
-    }
-    return stored_.value(key);
-}
-
-void QtPreferences::save() {
-    const QString name = fileName(path_);
-    QDir().mkpath(QFileInfo(name).path());
-    QLockFile lock(name + QStringLiteral(".lock"));
-    lock.setStaleLockTime(longestHold);
-    // Without the lock the change is made all the same: replacing the file harms nobody, and whoever holds the lock for
-    // so long is not writing.
-    [[maybe_unused]] const bool isAlone = lock.tryLock(longestWaitForLock);
-
-    const auto before = read(name);
-    if (!before) {
-        return;
-    }
-    stored_ = IniText(*before);
-    IniText changed = stored_;
-    for (const auto& [key, value] : unsaved_) {
-        if (value) {
-            changed.setValue(key, *value);
-        } else {
-            changed.remove(key);
-        }
-    }
-    const std::string after = changed.text();
-    if (after == *before || replace(name, after)) {
-        stored_ = std::move(changed);
-        unsaved_.clear();
-    }
 }
 
 } // namespace velloran::platform::qt

@@ -1,32 +1,36 @@
 #pragma once
 
+#include "async/BackgroundJob.h"
 #include "platform/Preferences.h"
-#include "platform/qt/IniText.h"
-#include "platform/qt/StoredValue.h"
 
-#include <map>
+#include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace velloran::platform::qt {
 
-/// The preferences in an INI file. Every change is on disk when the call returns, and the file is replaced as a whole:
-/// whoever reads it, after a crash as well, finds it as it was before or after a change.
+/// The preferences in an INI file. Reading and changing never wait for the disk: changes are written by a thread
+/// inside, in the order in which they were made. Those that are made while it writes go to disk together, with the last
+/// value of each key, so what is on disk is always how things stood after one of the changes.
 ///
-/// A change starts from what the file holds at that moment, under a lock, so other keys that another process wrote
-/// stay. What cannot be written is kept in memory, is what reading gives, and goes to disk with the next change that
-/// can. A file that is there but cannot be read is left alone.
+/// The file is replaced as a whole, and a change starts from what it holds at that moment, so other keys that another
+/// process wrote stay. What cannot be written is kept in memory, is what reading gives, and goes to disk with the next
+/// change that can. A file that is there but cannot be read is left alone.
 ///
 /// The toolkit's own settings class is not used: it waits without end for the lock of a process that has been stopped,
 /// and drops every line that it cannot read.
 class QtPreferences final : public Preferences {
 public:
+    /// How long the end waits for changes to be written.
+    static constexpr std::chrono::milliseconds longestWaitAtEnd{1000};
+
     /// Reads the file, which need not exist; nor need its folder.
     explicit QtPreferences(const std::string& path);
     QtPreferences(const QtPreferences&) = delete;
     QtPreferences& operator=(const QtPreferences&) = delete;
-    /// Tries once more to write what could not be written.
+    /// Does what `finish` does, for as long as the end may take.
     ~QtPreferences() override;
 
     /// The file of the current user, an absolute path. The environment may lack every variable.
@@ -36,28 +40,23 @@ public:
     std::optional<Date> date(const std::string& key) const override;
     std::optional<std::int64_t> integer(const std::string& key) const override;
     std::optional<bool> truth(const std::string& key) const override;
-
-    void setBytes(const std::string& key, const Bytes& value) override;
-    void setDate(const std::string& key, Date value) override;
-    void setInteger(const std::string& key, std::int64_t value) override;
-    void setTruth(const std::string& key, bool value) override;
-
     bool holds(const std::string& key) const override;
-    void remove(const std::string& key) override;
+
+    void change(const std::vector<Change>& changes) override;
+
+    /// Waits until all changes are written, and tries once more to write what could not be. A lock that another process
+    /// holds is not waited for longer than half of that time. False when all of it was not enough.
+    bool finish(std::chrono::milliseconds atMost);
 
 private:
+    struct State;
+
     template<typename T>
     std::optional<T> get(const std::string& key) const;
-    void set(const std::string& key, const StoredValue& value);
 
-    [[nodiscard]] std::optional<std::string_view> text(const std::string& key) const;
-    void save();
-
-    std::string path_;
-    /// The file as it was when it was last read or written.
-    IniText stored_;
-    /// Changes that are not on disk: the new text, or nothing for a removal.
-    std::map<std::string, std::optional<std::string>> unsaved_;
+    /// Shared with the thread, which goes on for as long as the disk holds it up.
+    std::shared_ptr<State> state_;
+    BackgroundJob saving_;
 };
 
 } // namespace velloran::platform::qt

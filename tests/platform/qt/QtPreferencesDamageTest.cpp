@@ -24,6 +24,9 @@ namespace velloran::platform::qt {
 
 namespace {
 
+/// Nobody waits that long but in a test that fails.
+constexpr std::chrono::seconds forEver{60};
+
 /// A value that shows whether it is whole: every byte is the same, and the number says how many there are.
 Bytes valueNumber(int number) {
     const std::size_t length = number % 2 == 0 ? 20 : 30'000;
@@ -38,13 +41,15 @@ int numberOf(const Bytes& value) {
 
 class QtPreferencesDamageTest : public testing::Test {
 protected:
-    /// Saves one value after the other for ever, telling of each through the pipe.
+    static void save(QtPreferences& preferences) { ASSERT_TRUE(preferences.finish(forEver)); }
+
+    /// Saves one value after the other for ever, and another key as one with it, telling of each through the pipe.
     [[noreturn]] void saveForEver(int told) const {
         QtPreferences preferences(path);
         const int first = numberOf(preferences.bytes("value").value_or(valueNumber(0)));
         for (int number = first + 1;; ++number) {
-            preferences.setBytes("value", valueNumber(number));
-            if (write(told, &number, sizeof number) != sizeof number) {
+            preferences.change({{"value", valueNumber(number)}, {"number", std::int64_t{number}}});
+            if (!preferences.finish(forEver) || write(told, &number, sizeof number) != sizeof number) {
                 _exit(1);
             }
         }
@@ -118,6 +123,7 @@ TEST_F(QtPreferencesDamageTest, AKillAtAnyMomentLeavesTheOldOrTheNewValue) {
         const QtPreferences preferences(path);
         EXPECT_EQ(preferences.integer("other"), 42);
         const int number = numberOf(preferences.bytes("value").value_or(""));
+        EXPECT_EQ(preferences.integer("number"), number) << "they belong together";
         // What was told of is there, and at most the save that was under way.
         EXPECT_GE(number, last);
         EXPECT_LE(number, last + 1);
@@ -180,6 +186,8 @@ TEST_F(QtPreferencesDamageTest, AFolderThatCannotBeWrittenToKeepsWhatItHolds) {
         // As long as the program runs it goes by what was said last.
         EXPECT_EQ(preferences.integer("a"), 2);
         EXPECT_EQ(preferences.truth("b"), true);
+        save(preferences);
+        EXPECT_EQ(preferences.integer("a"), 2);
         EXPECT_EQ(QtPreferences(path).integer("a"), 1);
     });
     EXPECT_EQ(QtPreferences(path).integer("a"), 1);
@@ -193,9 +201,11 @@ TEST_F(QtPreferencesDamageTest, WhatCouldNotBeWrittenIsWrittenWithTheNextChange)
         QtPreferences preferences(folder + "/velloran.ini");
         chmod(folder.c_str(), 0555);
         preferences.setInteger("a", 1);
+        save(preferences);
         EXPECT_FALSE(std::filesystem::exists(folder + "/velloran.ini"));
         chmod(folder.c_str(), 0755);
         preferences.setInteger("b", 2);
+        save(preferences);
         EXPECT_EQ(QtPreferences(folder + "/velloran.ini").integer("a"), 1);
         EXPECT_EQ(QtPreferences(folder + "/velloran.ini").integer("b"), 2);
     });
@@ -209,6 +219,8 @@ TEST_F(QtPreferencesDamageTest, TheEndIsTheLastChanceToWrite) {
             QtPreferences preferences(folder + "/velloran.ini");
             chmod(folder.c_str(), 0555);
             preferences.setInteger("a", 1);
+            save(preferences);
+            EXPECT_FALSE(std::filesystem::exists(folder + "/velloran.ini"));
             chmod(folder.c_str(), 0755);
         }
         EXPECT_EQ(QtPreferences(folder + "/velloran.ini").integer("a"), 1);
@@ -222,6 +234,7 @@ TEST_F(QtPreferencesDamageTest, AFileThatCannotBeReadIsLeftAlone) {
         QtPreferences preferences(path);
         EXPECT_FALSE(preferences.holds("a"));
         preferences.setInteger("b", 2);
+        save(preferences);
         EXPECT_EQ(preferences.integer("b"), 2);
         chmod(path.c_str(), 0644);
         EXPECT_EQ(QtPreferences(path).integer("a"), 1);
@@ -235,6 +248,7 @@ TEST_F(QtPreferencesDamageTest, AFileThatMayNotBeChangedIsLeftAlone) {
         chmod(path.c_str(), 0444);
         QtPreferences preferences(path);
         preferences.setInteger("a", 2);
+        save(preferences);
         EXPECT_EQ(preferences.integer("a"), 2);
         EXPECT_EQ(QtPreferences(path).integer("a"), 1);
     });
@@ -246,6 +260,7 @@ TEST_F(QtPreferencesDamageTest, WhatIsNoFileHoldsNobodyUp) {
     for (const std::string& other : {scratch.file("pipe"), scratch.file("folder")}) {
         QtPreferences preferences(other);
         preferences.setInteger("a", 1);
+        save(preferences);
         EXPECT_EQ(preferences.integer("a"), 1);
         EXPECT_FALSE(std::filesystem::is_regular_file(other));
     }
@@ -259,17 +274,21 @@ TEST_F(QtPreferencesDamageTest, AFullDiskKeepsWhatItHolds) {
     const std::string onDisk = scratch.file("disk/velloran.ini");
     QtPreferences preferences(onDisk);
     preferences.setBytes("value", valueNumber(2));
+    save(preferences);
     // Too large for what is left.
     preferences.setBytes("value", Bytes(100'000, 'x'));
+    save(preferences);
     EXPECT_EQ(preferences.bytes("value"), Bytes(100'000, 'x'));
     EXPECT_EQ(numberOf(QtPreferences(onDisk).bytes("value").value_or("")), 2);
     // Not even room for a lock.
     disk.fill();
     preferences.setBytes("value", valueNumber(4));
+    save(preferences);
     EXPECT_EQ(numberOf(QtPreferences(onDisk).bytes("value").value_or("")), 2);
     EXPECT_EQ(numberOf(preferences.bytes("value").value_or("")), 4);
     disk.makeRoom();
     preferences.setInteger("other", 1);
+    save(preferences);
     EXPECT_EQ(numberOf(QtPreferences(onDisk).bytes("value").value_or("")), 4);
     EXPECT_EQ(QtPreferences(onDisk).integer("other"), 1);
 }
@@ -278,13 +297,16 @@ TEST_F(QtPreferencesDamageTest, AFileThatMayGrowNoMoreKeepsWhatItHolds) {
     tests::inOrdinaryProcess([this] {
         QtPreferences preferences(path);
         preferences.setBytes("value", valueNumber(2));
+        save(preferences);
         signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{4096, 4096};
         ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
         preferences.setBytes("value", valueNumber(3));
+        save(preferences);
         EXPECT_EQ(numberOf(preferences.bytes("value").value_or("")), 3);
         EXPECT_EQ(numberOf(QtPreferences(path).bytes("value").value_or("")), 2);
         preferences.setBytes("value", valueNumber(4));
+        save(preferences);
         EXPECT_EQ(numberOf(QtPreferences(path).bytes("value").value_or("")), 4);
     });
 }
@@ -297,6 +319,7 @@ TEST_F(QtPreferencesDamageTest, ACorruptFileIsReadAsFarAsItGoesAndNoLineOfItIsLo
     EXPECT_TRUE(preferences.holds("b"));
     EXPECT_EQ(preferences.bytes("b"), std::nullopt);
     preferences.setInteger("c", 3);
+    save(preferences);
     const std::string after = tests::readFile(path);
     EXPECT_TRUE(after.starts_with(junk));
     EXPECT_NE(after.find("b=\"open\n"), std::string::npos);
@@ -315,6 +338,7 @@ TEST_F(QtPreferencesDamageTest, AnyBytesAtAllAreReadWithoutHarm) {
         tests::writeFile(path, content);
         QtPreferences preferences(path);
         preferences.setInteger("key", file);
+        save(preferences);
         EXPECT_EQ(QtPreferences(path).integer("key"), file) << content;
     }
 }

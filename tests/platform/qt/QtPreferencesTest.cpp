@@ -20,8 +20,13 @@ namespace velloran::platform::qt {
 
 namespace {
 
+/// Nobody waits that long but in a test that fails.
+constexpr std::chrono::seconds forEver{60};
+
 class QtPreferencesTest : public testing::Test {
 protected:
+    static void save(QtPreferences& preferences) { ASSERT_TRUE(preferences.finish(forEver)); }
+
     tests::Scratch scratch;
     /// In a folder that does not exist yet.
     std::string path = scratch.file("velloran/velloran.ini");
@@ -39,15 +44,19 @@ TEST_F(QtPreferencesTest, HoldNothingAtFirst) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(QtPreferencesTest, KeepValuesOfEveryTypeAndHaveThemOnDiskAtOnce) {
+TEST_F(QtPreferencesTest, KeepValuesOfEveryType) {
     QtPreferences preferences(path);
     preferences.setBytes("velloran.config", "{\"a\":1}");
+    save(preferences);
     EXPECT_EQ(QtPreferences(path).bytes("velloran.config"), "{\"a\":1}");
     preferences.setDate("donation.nextReminderAt", Date(801234567.123456789));
+    save(preferences);
     EXPECT_EQ(QtPreferences(path).date("donation.nextReminderAt"), Date(801234567.123456789));
     preferences.setInteger("donation.remindersShown", 7);
+    save(preferences);
     EXPECT_EQ(QtPreferences(path).integer("donation.remindersShown"), 7);
     preferences.setTruth("donation.donated", true);
+    save(preferences);
     EXPECT_EQ(QtPreferences(path).truth("donation.donated"), true);
 
     EXPECT_EQ(preferences.bytes("velloran.config"), "{\"a\":1}");
@@ -79,6 +88,7 @@ TEST_F(QtPreferencesTest, RemoveForGood) {
     preferences.setInteger("b", 2);
     preferences.remove("a");
     preferences.remove("never there");
+    save(preferences);
     EXPECT_FALSE(preferences.holds("a"));
     EXPECT_FALSE(QtPreferences(path).holds("a"));
     EXPECT_EQ(QtPreferences(path).integer("b"), 2);
@@ -87,19 +97,24 @@ TEST_F(QtPreferencesTest, RemoveForGood) {
 TEST_F(QtPreferencesTest, WriteNothingWhenNothingChanges) {
     QtPreferences preferences(path);
     preferences.setInteger("a", 1);
+    save(preferences);
     const auto written = std::filesystem::last_write_time(path);
     std::filesystem::last_write_time(path, written - std::chrono::hours(1));
     preferences.setInteger("a", 1);
+    save(preferences);
     EXPECT_EQ(std::filesystem::last_write_time(path), written - std::chrono::hours(1));
 }
 
 TEST_F(QtPreferencesTest, LoseNothingThatAnotherWroteMeanwhile) {
     QtPreferences ours(path);
     ours.setInteger("ours", 1);
+    save(ours);
     QtPreferences others(path);
     others.setInteger("others", 2);
     others.remove("ours");
+    save(others);
     ours.setInteger("more", 3);
+    save(ours);
     const QtPreferences now(path);
     EXPECT_EQ(now.integer("others"), 2);
     EXPECT_EQ(now.integer("more"), 3);
@@ -119,6 +134,9 @@ TEST_F(QtPreferencesTest, TwoProcessesThatWriteAtTheSameTimeLoseNothing) {
                     _exit(1);
                 }
                 preferences.setInteger(key, count);
+                if (!preferences.finish(forEver)) {
+                    _exit(2);
+                }
             }
             _exit(0);
         }
@@ -148,6 +166,7 @@ TEST_F(QtPreferencesTest, UnderstandAndAreUnderstoodByTheToolkit) {
     EXPECT_EQ(preferences.integer("donation.remindersShown"), 3);
     EXPECT_EQ(preferences.truth("donation.donated"), true);
     preferences.setBytes("velloran.presets", bytes.toStdString());
+    save(preferences);
     const QSettings settings(QString::fromStdString(path), QSettings::IniFormat);
     EXPECT_EQ(settings.value("velloran.presets").toByteArray(), bytes);
     EXPECT_EQ(settings.value("group/key").toInt(), 1);
