@@ -3,6 +3,9 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace velloran::json {
 
@@ -25,6 +28,92 @@ bool isWritable(const Value& value) {
     }
 }
 
+/// Builds a value without what `parseRecord` leaves out.
+class RecordBuilder final : public nlohmann::json_sax<Value> {
+public:
+    explicit RecordBuilder(std::size_t depth) : depth_(depth) {}
+
+    bool null() override { return put(nullptr); }
+
+    bool boolean(bool value) override { return put(value); }
+
+    bool number_integer(std::int64_t value) override { return put(value); }
+
+    bool number_unsigned(std::uint64_t value) override { return put(value); }
+
+    bool number_float(double value, const std::string& /*text*/) override { return put(value); }
+
+    bool string(std::string& value) override { return put(std::move(value)); }
+
+    bool binary(Value::binary_t& /*value*/) override { return false; }
+
+    bool start_object(std::size_t /*size*/) override { return begin(Value::object()); }
+
+    bool end_object() override { return end(); }
+
+    bool start_array(std::size_t /*size*/) override { return begin(Value::array()); }
+
+    bool end_array() override { return end(); }
+
+    bool key(std::string& key) override {
+        if (leftOut_ == 0) {
+            key_ = std::move(key);
+        }
+        return true;
+    }
+
+    bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
+                     const nlohmann::detail::exception& /*error*/) override {
+        return false;
+    }
+
+    /// What has been built.
+    Value root;
+
+private:
+    template<typename T>
+    bool put(T&& value) {
+        if (leftOut_ == 0) {
+            place() = std::forward<T>(value);
+        }
+        return true;
+    }
+
+    /// Where the next value goes.
+    Value& place() { return open_.empty() ? root : (*open_.back())[key_]; }
+
+    bool begin(Value container) {
+        if (leftOut_ > 0) {
+            ++leftOut_;
+            return true;
+        }
+        Value& placed = place();
+        placed = std::move(container);
+        if (placed.is_object() && open_.size() < depth_) {
+            open_.push_back(&placed);
+        } else {
+            leftOut_ = 1;
+        }
+        return true;
+    }
+
+    bool end() {
+        if (leftOut_ > 0) {
+            --leftOut_;
+        } else {
+            open_.pop_back();
+        }
+        return true;
+    }
+
+    std::size_t depth_;
+    /// The objects that are being filled, outermost first.
+    std::vector<Value*> open_;
+    std::string key_;
+    /// How many containers deep it is in what is left out.
+    std::size_t leftOut_ = 0;
+};
+
 } // namespace
 
 Result<Value> parse(const Bytes& bytes) {
@@ -33,6 +122,14 @@ Result<Value> parse(const Bytes& bytes) {
         return Error{"not a JSON text"};
     }
     return value;
+}
+
+Result<Value> parseRecord(const Bytes& bytes, std::size_t depth) {
+    RecordBuilder builder(depth);
+    if (!Value::sax_parse(bytes, &builder)) {
+        return Error{"not a JSON text"};
+    }
+    return std::move(builder.root);
 }
 
 Result<Bytes> write(const Value& value, Layout layout) {

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -28,6 +29,10 @@ enum class Layout {
 
 /// Reads one JSON text. The whole of `bytes` must be one value in valid UTF-8.
 Result<Value> parse(const Bytes& bytes);
+
+/// The same for a record of plain values, with the contents of its arrays left out, and those of objects that lie
+/// deeper than `depth` in it (1 is the record itself). They are checked, but take no memory, however long the text is.
+Result<Value> parseRecord(const Bytes& bytes, std::size_t depth);
 
 /// Writes `value`. Fails when it holds a number that is not finite or text that is not UTF-8.
 Result<Bytes> write(const Value& value, Layout layout);

@@ -8,8 +8,11 @@ namespace velloran {
 
 namespace {
 
+/// The configuration, and the hotkey in it.
+constexpr std::size_t configDepth = 2;
+
 Result<AutoClickerConfig> readConfig(const Bytes& bytes) {
-    const auto value = json::parse(bytes);
+    const auto value = json::parseRecord(bytes, configDepth);
     if (!value) {
         return value.error();
     }

@@ -16,6 +16,29 @@ Value parsed(const std::string& text) {
 
 } // namespace
 
+TEST(StrictJson, LeavesOutOfARecordWhatLiesDeeper) {
+    const char* const text = R"({"a":1,"b":{"c":[1,[2],{}],"d":{"e":null},"f":-2.5},"g":[],"h":"x","b2":{},"i":true})";
+    const auto record = [](const std::string& from, std::size_t depth) {
+        auto value = parseRecord(from, depth);
+        EXPECT_TRUE(value) << from;
+        return value ? value.value().dump() : "";
+    };
+    EXPECT_EQ(record(text, 1), R"({"a":1,"b":{},"b2":{},"g":[],"h":"x","i":true})");
+    EXPECT_EQ(record(text, 2), R"({"a":1,"b":{"c":[],"d":{},"f":-2.5},"b2":{},"g":[],"h":"x","i":true})");
+    EXPECT_EQ(record(R"({"a":{"b":1},"a":2,"c":{"d":1},"c":{"e":2}})", 2), R"({"a":2,"c":{"e":2}})") << "the last one";
+    EXPECT_EQ(record("[1,{\"a\":[2]}]", 2), "[]");
+    for (const char* plain : {"null", "true", "-1", "18446744073709551615", "1.5", "\"text\""}) {
+        EXPECT_EQ(record(plain, 2), plain);
+    }
+}
+
+TEST(StrictJson, ChecksWhatItLeavesOut) {
+    for (const char* text : {"", "{", "[1,]", "[[[}]]", "{\"a\":[nul]}", "{\"a\":[\"\xFF\"]}", "{\"a\":[1e999]}",
+                             "{} {}", "{\"a\":{\"b\":{\"c\":{1:2}}}}"}) {
+        EXPECT_FALSE(parseRecord(text, 2)) << text;
+    }
+}
+
 TEST(StrictJson, ParsesOneWholeValue) {
     EXPECT_EQ(parsed("[1]"), Value::array({1}));
     for (const char* text : {"", "{", "[1] [2]", "[1,]", "nul", "\"\xFF\"", "{\"a\":1e999}", "'a'"}) {

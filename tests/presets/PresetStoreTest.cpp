@@ -4,9 +4,12 @@
 #include "model/SampleConfig.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velloran {
@@ -219,6 +222,30 @@ TEST_F(PresetStoreTest, ImportTakesOneConfigurationAlone) {
     EXPECT_EQ(store.importConfig("[]").error().message, "not an object");
     EXPECT_EQ(store.importConfig("{").error().message, "not a JSON text");
 }
+
+#ifndef VELLORAN_SANITIZED
+TEST_F(PresetStoreTest, WhatIsNoPartOfAConfigurationTakesNoMemory) {
+    constexpr std::size_t length = std::size_t{32} * 1024 * 1024;
+    const std::string file = store.exportConfig(samples::fullConfig()).value();
+    std::string numbers = "[0";
+    while (numbers.size() < length) {
+        numbers += ",0";
+    }
+    numbers += ']';
+    const std::string nested = std::string(length / 2, '[') + std::string(length / 2, ']');
+    for (const std::string* const extra : {&std::as_const(numbers), &nested}) {
+        std::string withExtra = file;
+        withExtra.insert(1, "\"extra\": " + *extra + ",");
+        const auto importIt = [&] {
+            const rlimit limit{std::size_t{512} * 1024 * 1024, std::size_t{512} * 1024 * 1024};
+            const bool isLimited = setrlimit(RLIMIT_AS, &limit) == 0;
+            const auto imported = store.importConfig(withExtra);
+            _exit(isLimited && imported && imported.value() == samples::fullConfig() ? 0 : 1);
+        };
+        EXPECT_EXIT(importIt(), testing::ExitedWithCode(0), "");
+    }
+}
+#endif
 
 TEST_F(PresetStoreTest, DeepNestingIsNoTrouble) {
     constexpr std::size_t depth = 1'000'000;

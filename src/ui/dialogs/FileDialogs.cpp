@@ -4,12 +4,13 @@
 #include "ui/dialogs/ToolkitFileQuestion.h"
 #include "ui/dialogs/fileTransfer.h"
 
-#include <optional>
 #include <utility>
 
 namespace velloran {
 
-FileDialogs::FileDialogs(QObject* parent) : QObject(parent) {}
+FileDialogs::FileDialogs(QObject* parent) : QObject(parent) {
+    connect(&reader_, &FileReader::done, this, &FileDialogs::imported);
+}
 
 FileDialogs::~FileDialogs() = default;
 
@@ -26,11 +27,7 @@ void FileDialogs::exportFile(const QByteArray& bytes) {
 }
 
 void FileDialogs::importFile() {
-    ask(FileQuestionKind::open, [this](const QString& path) {
-        if (const std::optional<QByteArray> bytes = readWholeFile(path)) {
-            emit imported(*bytes);
-        }
-    });
+    ask(FileQuestionKind::open, [this](const QString& path) { reader_.read(path); });
 }
 
 void FileDialogs::ask(FileQuestionKind kind, const Use& use) {

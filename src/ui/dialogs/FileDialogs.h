@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/dialogs/FileQuestion.h"
+#include "ui/dialogs/FileReader.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -14,7 +15,8 @@
 namespace velloran {
 
 /// Lets the user export to and import from a JSON file: with the desktop's own dialog where there is one, else with the
-/// toolkit's. One dialog at a time; asking for a second does nothing. All failures are silent.
+/// toolkit's. One dialog at a time; asking for a second does nothing. All failures are silent. The window never waits
+/// for a file that is read.
 class FileDialogs : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -53,6 +55,7 @@ private:
 
     QPointer<QWindow> window_;
     std::unique_ptr<FileQuestion> question_;
+    FileReader reader_{this};
 };
 
 } // namespace velloran

@@ -7,13 +7,15 @@
 namespace velloran {
 
 std::optional<QByteArray> readWholeFile(const QString& path) {
-    if (!QFileInfo(path).isFile()) {
+    const QFileInfo info(path);
+    if (!info.isFile() || info.size() > longestFile) {
         return std::nullopt;
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
+    // What the system says of a size is not always true.
     const QByteArray content = file.read(longestFile + 1);
     if (file.error() != QFileDevice::NoError || content.size() > longestFile) {
         return std::nullopt;

@@ -8,7 +8,7 @@
 namespace velloran {
 
 /// No file that is read whole is longer than this many bytes.
-inline constexpr qint64 longestFile = 1'048'576;
+inline constexpr qint64 longestFile = 67'108'864;
 
 /// The whole content of a regular file; nothing when it cannot be read, is longer than `longestFile` or is no regular
 /// file (a pipe or a device might never end).

@@ -1,4 +1,6 @@
 #include "presets/PresetStore.h"
+#include "ui/dialogs/FileReader.h"
+#include "ui/dialogs/fileTransfer.h"
 #include "ui/shell/FakePortal.h"
 #include "ui/shell/SilentPortal.h"
 #include "ui/shell/WindowTest.h"
@@ -11,7 +13,11 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
 
 namespace velloran::tests {
 
@@ -45,6 +51,21 @@ protected:
         const int before = portal.requests;
         click(get(button));
         ASSERT_TRUE(until([&] { return portal.requests > before; }));
+    }
+
+    /// Has a file imported and waits until it is, or cannot be.
+    void importFile(FakePortal& portal, const QString& name) {
+        auto* const reader = window->findChild<FileReader*>();
+        ASSERT_NE(reader, nullptr);
+        bool isOver = false;
+        QObject context;
+        const auto end = [&isOver] { isOver = true; };
+        QObject::connect(reader, &FileReader::done, &context, end);
+        QObject::connect(reader, &FileReader::failed, &context, end);
+        ask(portal, "Import");
+        portal.respond(0, {uri(name)});
+        EXPECT_TRUE(until([&] { return isOver; }));
+        EXPECT_TRUE(isFree());
     }
 
     /// Whether the window can be used again.
@@ -133,14 +154,54 @@ TEST_F(FileDialogsTest, BadFilesChangeNothing) {
     const AutoClickerConfig before = store->config.get();
     write("list.json", "[]");
     write("empty.json", "");
-    write("long.json", QByteArray(2 * 1024 * 1024, ' '));
+    // A configuration, as far as it goes.
+    storeModel->setClickIntervalSeconds(43);
+    write("long.json", storeModel->exportConfigData());
+    ASSERT_TRUE(QFile(path("long.json")).resize(longestFile + 1));
+    storeModel->setClickIntervalSeconds(42);
     ASSERT_EQ(mkfifo(path("pipe.json").toUtf8().constData(), 0600), 0);
     for (const char* name : {"list.json", "empty.json", "long.json", "pipe.json", "missing.json", "."}) {
-        ask(portal, "Import");
-        portal.respond(0, {uri(name)});
-        EXPECT_TRUE(isFree()) << name;
+        importFile(portal, name);
         EXPECT_EQ(store->config.get(), before) << name;
     }
+}
+
+TEST_F(FileDialogsTest, LongFilesAreReadWhole) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    const AutoClickerConfig exported = store->config.get();
+    const QByteArray bytes = storeModel->exportConfigData();
+    storeModel->resetToDefaults();
+    for (const qint64 size : {qint64{1024 * 1024 + 1}, longestFile}) {
+        write("long.json", QByteArray(size - bytes.size(), ' ') + bytes);
+        importFile(portal, "long.json");
+        EXPECT_EQ(store->config.get(), exported) << size;
+        storeModel->resetToDefaults();
+    }
+}
+
+TEST_F(FileDialogsTest, TheWindowDoesNotWaitForAFile) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    const AutoClickerConfig exported = store->config.get();
+    write("slow.json", storeModel->exportConfigData());
+    storeModel->resetToDefaults();
+    // Whoever opens the file waits until the lease is given back. The system asks for that by a signal.
+    std::signal(SIGIO, SIG_IGN);
+    const int lease = ::open(path("slow.json").toUtf8().constData(), O_RDWR | O_CLOEXEC);
+    if (fcntl(lease, F_SETLEASE, F_WRLCK) != 0) {
+        ::close(lease);
+        GTEST_SKIP() << "This system lets the test hold no file";
+    }
+    ask(portal, "Import");
+    portal.respond(0, {uri("slow.json")});
+    EXPECT_TRUE(isFree());
+    storeModel->setClickIntervalSeconds(9);
+    click(get("Reset"));
+    EXPECT_TRUE(until([&] { return store->config.get() == AutoClickerConfig::default_(); }));
+    EXPECT_EQ(fcntl(lease, F_SETLEASE, F_UNLCK), 0);
+    ::close(lease);
+    EXPECT_TRUE(until([&] { return store->config.get() == exported; }));
 }
 
 TEST_F(FileDialogsTest, AnUnwritablePlaceIsSilent) {
