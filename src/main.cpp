@@ -171,7 +171,7 @@ int main(int argc, char* argv[]) {
         std::fputs("Velloran: there is no display to open a window on.\n", stderr);
         return EXIT_FAILURE;
     }
-    platform::posix::TerminationSignals::block();
+    platform::posix::TerminationSignals::hold();
     // A reader of the log that goes away is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     qInstallMessageHandler(handleToolkitMessage);

@@ -1,58 +1,67 @@
 #include "platform/posix/TerminationSignals.h"
 
-#include <pthread.h>
 #include <signal.h>
-#include <sys/signalfd.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
+#include <cstdint>
 #include <utility>
 
 namespace velloran::platform::posix {
 
 namespace {
 
-sigset_t terminationSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        sigaddset(&signals, signal);
-    }
-    return signals;
+constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
+
+/// Counts the signals that have come. For as long as the program runs: a handler must always find it.
+int countDescriptor = -1;
+
+extern "C" void countSignal(int) {
+    const int interrupted = errno;
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = write(countDescriptor, &one, sizeof one);
+    errno = interrupted;
 }
 
 } // namespace
 
-void TerminationSignals::block() {
-    const sigset_t signals = terminationSignals();
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    // What a process holds back its children hold back as well, and a browser is not to outlive the session for that.
-    pthread_atfork(nullptr, nullptr, [] {
-        const sigset_t held = terminationSignals();
-        pthread_sigmask(SIG_UNBLOCK, &held, nullptr);
-    });
+// By handlers and not by a mask: a mask goes on to programs that are started, and there is no moment to take it off for
+// them where the toolkit starts them without a copy of this process. Handlers end with this program.
+void TerminationSignals::hold() {
+    countDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (countDescriptor < 0) {
+        // Without the descriptor the signals at least end the program, if not cleanly.
+        return;
+    }
+
+    struct sigaction action {};
+
+    action.sa_handler = countSignal;
+    action.sa_flags = SA_RESTART;
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int signal : terminationSignals) {
+        sigaction(signal, &action, nullptr);
+        sigaddset(&held, signal);
+    }
+    // Whoever started this program may have held them back.
+    pthread_sigmask(SIG_UNBLOCK, &held, nullptr);
 }
 
 TerminationSignals::TerminationSignals(EventLoop& loop, std::function<void()> requested) {
-    const sigset_t signals = terminationSignals();
-    descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
-    if (descriptor_ < 0) {
-        // Without the descriptor the signals at least end the program, if not cleanly.
-        pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    if (countDescriptor < 0) {
         return;
     }
-    watch_ = loop.watch(descriptor_, [descriptor = descriptor_, requested = std::move(requested)] {
-        signalfd_siginfo received{};
-        while (read(descriptor, &received, sizeof received) == sizeof received) {
+    watch_ = loop.watch(countDescriptor, [requested = std::move(requested)] {
+        std::uint64_t count = 0;
+        if (read(countDescriptor, &count, sizeof count) == sizeof count) {
             requested();
         }
     });
 }
 
-TerminationSignals::~TerminationSignals() {
-    watch_.reset();
-    if (descriptor_ >= 0) {
-        close(descriptor_);
-    }
-}
+TerminationSignals::~TerminationSignals() = default;
 
 } // namespace velloran::platform::posix

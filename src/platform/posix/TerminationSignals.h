@@ -10,18 +10,17 @@ namespace velloran::platform::posix {
 /// Turns the signals that ask a program to end (terminate, interrupt, hang up) into calls on the event loop.
 class TerminationSignals {
 public:
-    /// Holds those signals back in the calling thread and in all threads made after, but not in processes that are
-    /// started. To be called once, before any other thread exists.
-    static void block();
+    /// From now on those signals do not end the program any more. Programs that it starts hear them as usual. To be
+    /// called once.
+    static void hold();
 
-    /// Calls `requested` in a turn of the loop for each such signal. `block` comes first.
+    /// Calls `requested` in a turn of the loop once such signals have come, also those since `hold`, which comes first.
     TerminationSignals(EventLoop& loop, std::function<void()> requested);
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;
     ~TerminationSignals();
 
 private:
-    int descriptor_ = -1;
     std::unique_ptr<EventLoop::Watch> watch_;
 };
 
