@@ -22,6 +22,12 @@ QRect movedInto(const QRect& area, QRect rect) {
     return rect;
 }
 
+/// The screen's: newer toolkits tell a window of its own later than of the new screen.
+qreal scaleOf(const QWindow& window) {
+    const QScreen* const screen = window.screen();
+    return screen == nullptr ? window.devicePixelRatio() : screen->devicePixelRatio();
+}
+
 } // namespace
 
 PointSizeKeeper::PointSizeKeeper(QObject* parent) : QObject(parent) {
@@ -41,7 +47,7 @@ void PointSizeKeeper::setWindow(QWindow* window) {
     wanted_ = QSize();
     window_ = window;
     if (window != nullptr) {
-        scale_ = window->devicePixelRatio();
+        scale_ = scaleOf(*window);
         lastSize_ = window->size();
         connect(window, &QWindow::screenChanged, this, &PointSizeKeeper::screenChanged);
         connect(window, &QWindow::widthChanged, this, &PointSizeKeeper::resized);
@@ -53,10 +59,10 @@ void PointSizeKeeper::setWindow(QWindow* window) {
 }
 
 void PointSizeKeeper::screenChanged() {
-    if (window_->devicePixelRatio() == scale_) {
+    if (scaleOf(*window_) == scale_) {
         return;
     }
-    scale_ = window_->devicePixelRatio();
+    scale_ = scaleOf(*window_);
     if (!wanted_.isValid()) {
         wanted_ = lastSize_;
     }
@@ -65,7 +71,7 @@ void PointSizeKeeper::screenChanged() {
 
 /// The toolkit tells the size on the new screen before the new screen; what it tells then is not the user's wish.
 void PointSizeKeeper::resized() {
-    if (window_->devicePixelRatio() == scale_ && !wanted_.isValid()) {
+    if (scaleOf(*window_) == scale_ && !wanted_.isValid()) {
         lastSize_ = window_->size();
     }
 }
