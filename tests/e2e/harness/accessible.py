@@ -48,7 +48,9 @@ class Accessible:
 
     @property
     def role(self):
-        return self.call(ACCESSIBLE, "GetRoleName")[0]
+        """A button that opens a menu is any button: older toolkits tell no difference."""
+        role = self.call(ACCESSIBLE, "GetRoleName")[0]
+        return "push button" if role == "button menu" else role
 
     @property
     def states(self):
