@@ -24,6 +24,13 @@ install(
   configure_file(\"${packaging}/app.velloran.Velloran.service.in\" \"${prepared}/app.velloran.Velloran.service\" @ONLY)")
 install(FILES "${prepared}/app.velloran.Velloran.service" DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
 
+# A package is made of the libraries of one release, and its name says of which: 1.0.0+deb13.
+cmake_host_system_information(RESULT system QUERY DISTRIB_INFO)
+if(system_ID STREQUAL "debian")
+  set(system_ID deb)
+endif()
+set(VELLORAN_PACKAGE_VERSION "${PROJECT_VERSION}+${system_ID}${system_VERSION_ID}")
+
 # Manual page and change log are compressed, without a time stamp so that two builds are the same.
 find_program(GZIP gzip REQUIRED)
 function(velloran_install_compressed template name destination)
@@ -50,7 +57,7 @@ endif()
 file(READ "${packaging}/debian/description" CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME velloran)
-set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_VERSION "${VELLORAN_PACKAGE_VERSION}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "exact and light auto-clicker")
 set(CPACK_PACKAGE_HOMEPAGE_URL "${VELLORAN_HOMEPAGE_URL}")
 set(CPACK_PACKAGE_CONTACT "${VELLORAN_MAINTAINER}")
