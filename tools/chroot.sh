@@ -1,18 +1,19 @@
-# A minimal Debian 12 in a folder, thrown away after use. To be sourced. Where packages come from is what this machine's own
-# package manager says.
+# A minimal Debian in a folder, thrown away after use. To be sourced. Where packages come from is what this machine's own package
+# manager says, with the name of the release in place of this machine's.
 # shellcheck shell=sh
 
-chroot_release=bookworm
-
-# make_chroot FOLDER: Debian's minimal base and nothing else.
+# make_chroot RELEASE FOLDER: Debian's minimal base and nothing else.
 make_chroot() {
+    chroot_release=$1
+    chroot_here=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
     chroot_sources=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
-        sort -u)
+        sed -n "s/^\([^ ]*\) $chroot_here\(-[a-z]*\)\{0,1\} /\1 $chroot_release\2 /p" | sort -u)
     chroot_mirror=$(echo "$chroot_sources" | sed -n "s/^\([^ ]*\) $chroot_release main$/\1/p" | head -n 1)
     if [ -z "$chroot_mirror" ]; then
-        echo "This machine's package manager knows no source of $chroot_release." >&2
+        echo "This machine's package manager knows no source of Debian." >&2
         return 1
     fi
+    shift
     chmod 755 "$1"
     debootstrap --variant=minbase "$chroot_release" "$1" "$chroot_mirror" || return 1
     echo "$chroot_sources" | sed 's/^/deb /' >"$1/etc/apt/sources.list"
@@ -25,13 +26,28 @@ make_chroot() {
     in_chroot "$1" apt-get update -q
 }
 
-# in_chroot FOLDER COMMAND...: as root, with an environment of its own. Whatever it starts ends with it.
+# unpack_chroot ARCHIVE FOLDER: one that tools/make-base has packed.
+unpack_chroot() {
+    chmod 755 "$2"
+    tar -xf "$1" -C "$2"
+}
+
+# copy_tree TREE FOLDER: what git knows of it, as it stands.
+copy_tree() {
+    mkdir "$2"
+    git -C "$1" ls-files -z | (cd "$1" && xargs -0 ls -d 2>/dev/null | tar -cf - -T -) | tar -xf - -C "$2"
+}
+
+# in_chroot FOLDER COMMAND...: as root, with an environment of its own. Whatever it starts ends with it, and so does what it mounts.
+# The folder is a mount point like the root of any system.
 in_chroot() {
     chroot_folder=$1
     shift
     env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
         unshare --mount --pid --fork --kill-child sh -c '
+            mount --bind "$0" "$0"
             mount -t proc proc "$0/proc"
+            mount -t sysfs -o ro sysfs "$0/sys"
             mount -t tmpfs tmpfs "$0/dev/shm"
             exec chroot "$0" "$@"' "$chroot_folder" "$@"
 }
