@@ -19,13 +19,18 @@ namespace {
 class OneWatchLoop : public EventLoop {
 public:
     [[nodiscard]] Date now() const override { return {}; }
+
     CallId post(Function) override { return CallId::none; }
+
     CallId callAfter(std::uint64_t, Function) override { return CallId::none; }
+
     void cancel(CallId) override {}
+
     [[nodiscard]] std::unique_ptr<Watch> watch(int, Function function) override {
         function_ = std::move(function);
         return std::make_unique<Watch>();
     }
+
     [[nodiscard]] std::unique_ptr<SerialQueue> makeSerialQueue(std::string) override { return nullptr; }
 
     void look() { function_(); }
@@ -34,7 +39,8 @@ private:
     Function function_;
 };
 
-/// The exit status of a program that is started without a copy of this process, so that nothing of this program runs in between.
+/// The exit status of a program that is started without a copy of this process, so that nothing of this program runs in
+/// between.
 int statusOf(const char* program, const char* const* arguments) {
     pid_t child = 0;
     if (posix_spawn(&child, program, nullptr, nullptr, const_cast<char* const*>(arguments), environ) != 0) {
