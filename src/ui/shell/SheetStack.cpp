@@ -23,6 +23,7 @@ void SheetStack::show(QObject* sheet, bool waits) {
     }
     open_.push_back(sheet);
     emit changed();
+    emit isOccupiedChanged();
 }
 
 void SheetStack::hide(QObject* sheet) {
@@ -46,6 +47,7 @@ void SheetStack::remove(QObject* sheet) {
         isChanged = true;
     }
     if (isChanged) {
+        emit isOccupiedChanged();
         emit changed();
     }
 }

@@ -14,7 +14,7 @@ class SheetStack : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     /// Whether any sheet or dialog is open.
-    Q_PROPERTY(bool isOccupied READ isOccupied NOTIFY changed FINAL)
+    Q_PROPERTY(bool isOccupied READ isOccupied NOTIFY isOccupiedChanged FINAL)
     /// What is open on top of everything else; null when nothing is open.
     Q_PROPERTY(QObject* top READ top NOTIFY changed FINAL)
 
@@ -38,6 +38,10 @@ public:
 signals:
     /// The open sheets are not the same as before.
     void changed();
+
+    /// Told after a sheet has opened and before one closes: what lies below rests for as long as a sheet can have the
+    /// focus, and is there to take it back.
+    void isOccupiedChanged();
 
 private:
     void remove(QObject* sheet);

@@ -214,14 +214,20 @@ QQuickItem& WindowTest::get(const QString& text) {
 }
 
 QQuickItem& WindowTest::button(const QString& label) {
-    QQuickItem* item = &get(label);
-    while (item != nullptr && !item->inherits("QQuickAbstractButton")) {
-        item = item->parentItem();
-    }
-    if (item == nullptr) {
+    // The same words may stand elsewhere as well.
+    QQuickItem* found = nullptr;
+    until([&] {
+        for (QQuickItem* item : visibleItems()) {
+            if (item->inherits("QQuickAbstractButton") && textOf(*item) == label && item->width() > 0) {
+                found = item;
+            }
+        }
+        return found != nullptr;
+    });
+    if (found == nullptr) {
         fatalError("No button is called \"" + label.toStdString() + "\"");
     }
-    return *item;
+    return *found;
 }
 
 QStringList WindowTest::menuEntries() const {
