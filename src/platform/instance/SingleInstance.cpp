@@ -48,12 +48,16 @@ QDBusMessage callToFirst(const ActivationToken& token) {
     return call;
 }
 
-/// Whether the other one may have ended before it answered, so that its name can be had.
+/// Whether the other one may have ended before it answered, or be just about to, so that its name can be had.
 bool mayHaveEnded(const QDBusMessage& answer) {
     switch (QDBusError(answer).type()) {
     case QDBusError::ServiceUnknown:
     case QDBusError::NoReply:
     case QDBusError::Disconnected:
+    // While it ends, the object goes before the name does.
+    case QDBusError::UnknownObject:
+    case QDBusError::UnknownInterface:
+    case QDBusError::UnknownMethod:
         return true;
     default:
         return answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
