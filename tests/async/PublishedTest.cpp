@@ -198,6 +198,15 @@ TEST(Stream, MapsAndRemovesDuplicates) {
     EXPECT_EQ(seen, (std::vector<std::string>{"0", "1", "0"}));
 }
 
+TEST(Stream, FirstValueIsNoDuplicateWhateverItIs) {
+    for (const int first : {0, -1, 7}) {
+        const Published<int> number(first);
+        Values seen;
+        const Subscription subscription = number.stream().removeDuplicates().subscribe(into(seen));
+        EXPECT_EQ(seen, Values{first});
+    }
+}
+
 TEST(Stream, EachSubscriberHasItsOwnMemoryOfDuplicates) {
     Published<int> number(1);
     const auto stream = number.stream().removeDuplicates();
