@@ -55,3 +55,25 @@ class FarServer(DesktopCase):
         self.stop_button.do()
         program.wait_for_headline("Ready")
         self.check_the_end(program)
+
+    def start_late(self):
+        """Starts a run that is always late: each question where the pointer is takes longer than the interval."""
+        program = self.start_far(requireStationaryMouse=True, stationarySeconds=0.1)
+        self.run_until_clicks(50)
+        return program
+
+    def test_the_stop_button_ends_a_run_that_is_always_late(self):
+        program = self.start_late()
+        self.stop_button.do()
+        program.wait_for_headline("Ready")
+        self.check_the_end(program)
+
+    def test_the_hotkey_ends_a_run_that_is_always_late(self):
+        program = self.start_late()
+        self.observer.press("s", "control", "alt")
+        program.wait_for_headline("Ready")
+        self.check_the_end(program)
+
+    def test_a_signal_ends_a_program_that_is_always_late(self):
+        program = self.start_late()
+        self.check_the_end(program)
