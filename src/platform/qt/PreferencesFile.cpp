@@ -45,12 +45,13 @@ std::optional<std::string> content(const QString& name) {
     return bytes.toStdString();
 }
 
+/// What could not be read again is not written.
 bool replace(const QString& name, const std::string& content) {
+    const auto size = static_cast<qint64>(content.size());
     QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly)) {
+    if (size > largestFile || !file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    const auto size = static_cast<qint64>(content.size());
     // The bytes may still be in memory. Committing pays no attention to a disk that has no room for them, and would put
     // an empty file in the place of the old one.
     return file.write(content.data(), size) == size && file.flush() && file.commit();

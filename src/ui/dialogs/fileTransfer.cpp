@@ -27,7 +27,9 @@ bool writeWholeFile(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
     // A folder in which no second file may be made, as a document portal's, still takes the bytes.
     file.setDirectWriteFallback(true);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    // The bytes may still be in memory. Committing pays no attention to a disk that has no room for them, and would put
+    // an empty file in the place of the old one.
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() && file.commit();
 }
 
 } // namespace velloran

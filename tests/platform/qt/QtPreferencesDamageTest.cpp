@@ -311,6 +311,20 @@ TEST_F(QtPreferencesDamageTest, AFileThatMayGrowNoMoreKeepsWhatItHolds) {
     });
 }
 
+TEST_F(QtPreferencesDamageTest, WhatIsTooLargeToBeReadAgainIsNotWritten) {
+    QtPreferences preferences(path);
+    preferences.setBytes("value", valueNumber(2));
+    save(preferences);
+    const Bytes large(16 * 1024 * 1024, 'x');
+    preferences.setBytes("value", large);
+    save(preferences);
+    EXPECT_EQ(preferences.bytes("value"), large);
+    EXPECT_EQ(numberOf(QtPreferences(path).bytes("value").value_or("")), 2);
+    preferences.setBytes("value", valueNumber(4));
+    save(preferences);
+    EXPECT_EQ(numberOf(QtPreferences(path).bytes("value").value_or("")), 4);
+}
+
 TEST_F(QtPreferencesDamageTest, ACorruptFileIsReadAsFarAsItGoesAndNoLineOfItIsLost) {
     const std::string junk = std::string("\0\0\xff\xfe", 4) + "[[[\n=\n\"\nno equals sign\n";
     tests::writeFile(path, junk + "[General]\na=1\nb=\"open\n[Other\n");
