@@ -124,6 +124,10 @@ T.Menu {
 
     onAboutToShow: {
         root.rememberFocus();
+        if (root.isSubmenu) {
+            root.heedsPointer = ((root.parent as T.MenuItem).menu as PopupMenu).heedsPointer;
+            root.pointerPlace = null;
+        }
         if (root.chosenIndex >= 0)
             root.currentIndex = root.chosenIndex;
     }

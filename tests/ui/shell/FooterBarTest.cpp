@@ -47,6 +47,32 @@ TEST_F(FooterBarTest, WithoutOwnPresetsTheMenuIsShort) {
     keepPicture("presets-short");
 }
 
+TEST_F(FooterBarTest, ARestingPointerDeletesNothingForTheKeyboard) {
+    const QStringList presets{"One", "Two", "Three"};
+    for (const QString& name : presets) {
+        save(name);
+    }
+    // Where the entry of the third one is going to be.
+    click(get("Presets"));
+    click(get("Delete Preset"));
+    const QPointF third = frame(get("Delete \"Three\"")).center();
+    tap(escapeKey);
+    tap(escapeKey);
+    ASSERT_TRUE(until([&] { return menuEntries().isEmpty(); }));
+    moveTo(third);
+    for (int i = 0; i < 20 && focused() != "Presets"; ++i) {
+        tap(tabKey);
+    }
+    tap(spaceKey);
+    constexpr Key letterD{40};
+    tap(letterD);
+    tap(rightKey);
+    ASSERT_TRUE(until([&] { return shows("Delete \"One\""); }));
+    settle();
+    tap(returnKey);
+    EXPECT_EQ(names(), (QStringList{"Two", "Three"}));
+}
+
 TEST_F(FooterBarTest, OwnPresetsStandInTheirOrderAndCanBeDeleted) {
     save("Work");
     save("Another");
