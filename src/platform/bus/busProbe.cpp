@@ -159,7 +159,7 @@ BusState probeSocket(const SocketName& name, const QDeadlineTimer& deadline) {
 
 /// Where the bus's own library looks.
 QByteArray sessionBusAddress() {
-    const QByteArray named = qgetenv(addressVariable);
+    QByteArray named = qgetenv(addressVariable);
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
     const QByteArray path = folder + "/bus";
     if (!named.isEmpty() || folder.isEmpty() || !QFile::exists(QFile::decodeName(path))) {

@@ -16,8 +16,7 @@ struct FileReader::Shared {
         const std::optional<QByteArray> bytes = readWholeFile(wanted);
         const std::lock_guard lock(mutex);
         if (reader != nullptr) {
-            QMetaObject::invokeMethod(
-                reader, [to = reader, bytes] { to->tell(bytes); }, Qt::QueuedConnection);
+            emit reader->arrived(bytes);
         }
     }
 
@@ -32,6 +31,7 @@ FileReader::FileReader(QObject* parent)
       shared_(std::make_shared<Shared>()),
       reading_("velloran.files", [shared = shared_] { shared->read(); }) {
     shared_->reader = this;
+    connect(this, &FileReader::arrived, this, &FileReader::tell, Qt::QueuedConnection);
 }
 
 FileReader::~FileReader() {

@@ -28,6 +28,8 @@ signals:
     void done(const QByteArray& bytes);
     /// It cannot be read, or is not to be read whole.
     void failed();
+    /// For the reader itself: the file has been read, by the other thread. Nothing when it could not be.
+    void arrived(const std::optional<QByteArray>& bytes);
 
 private:
     struct Shared;
