@@ -158,6 +158,13 @@ TEST_F(PresetStoreTest, OneBadPresetMakesTheWholeListUnreadable) {
     EXPECT_EQ(store.loadPresets().size(), 2U) << "the list itself is good";
 }
 
+TEST_F(PresetStoreTest, PresetsUnderNamesAreNoList) {
+    store.savePresets({Preset::make("Work", AutoClickerConfig())});
+    const std::string list = stored(presetsKey);
+    preferences.values[presetsKey] = Bytes("{\"first\":" + list.substr(1, list.size() - 2) + "}");
+    EXPECT_TRUE(store.loadPresets().empty());
+}
+
 TEST_F(PresetStoreTest, CorruptPresetsGiveNone) {
     for (const char* bytes : {"", "[", "null", "{}", "7", "[1]", "[[]]"}) {
         preferences.values[presetsKey] = Bytes(bytes);
