@@ -1,7 +1,7 @@
 #include "DesktopBackend.h"
 
 #include "platform/SessionKind.h"
-#include "platform/keys/DefaultKeyCharacters.h"
+#include "keys/DefaultKeyCharacters.h"
 #include "platform/qt/monitors.h"
 #include "platform/unavailable/UnavailablePlatform.h"
 #include "platform/x11/X11KeyCharacters.h"
@@ -58,7 +58,7 @@ public:
 
 private:
     platform::unavailable::UnavailablePlatform unavailable_;
-    platform::keys::DefaultKeyCharacters keyCharacters_;
+    keys::DefaultKeyCharacters keyCharacters_;
     DesktopLimits limits_;
 };
 

@@ -7,7 +7,7 @@
 #include "platform/PointerEvents.h"
 #include "platform/PointerPosition.h"
 #include "platform/SystemLog.h"
-#include "ui/shell/DesktopLimits.h"
+#include "ui/window/DesktopLimits.h"
 
 #include <functional>
 #include <memory>

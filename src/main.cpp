@@ -11,19 +11,19 @@
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Platform.h"
 #include "platform/bus/SessionBus.h"
-#include "platform/instance/SingleInstance.h"
-#include "platform/instance/WindowRaiser.h"
-#include "platform/instance/windowManagerMenu.h"
+#include "platform/bus/SingleInstance.h"
+#include "platform/windowmanager/WindowRaiser.h"
+#include "platform/windowmanager/windowManagerMenu.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/pulse/PulseSounds.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
-#include "ui/DonationModel.h"
+#include "donation/view/DonationModel.h"
 #include "ui/StoreModel.h"
-#include "ui/recorder/KeyEventMonitor.h"
-#include "ui/shell/WindowManagerMenu.h"
+#include "hotkeys/view/KeyEventMonitor.h"
+#include "ui/window/WindowManagerMenu.h"
 #include "ui/theme/Providers.h"
 
 #include <unistd.h>
@@ -115,7 +115,7 @@ struct OpenPreferences {
     ~OpenPreferences() { openPreferences = nullptr; }
 };
 
-int run(platform::instance::SingleInstance& instance) {
+int run(platform::bus::SingleInstance& instance) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
@@ -135,7 +135,7 @@ int run(platform::instance::SingleInstance& instance) {
     const KeyEventMonitor keyMonitor(desktop->keyCharacters());
     StoreModel storeModel(store);
     DonationModel donationModel(donations);
-    WindowManagerMenu managerMenu(platform::instance::showWindowManagerMenu);
+    WindowManagerMenu managerMenu(platform::windowmanager::showWindowManagerMenu);
 
     QQmlApplicationEngine engine;
     registerProviders(engine);
@@ -152,7 +152,7 @@ int run(platform::instance::SingleInstance& instance) {
     }
     auto* const window = qobject_cast<QWindow*>(engine.rootObjects().first());
     instance.serve({
-        .activate = [window](const auto& token) { platform::instance::raiseWindow(*window, token); },
+        .activate = [window](const auto& token) { platform::windowmanager::raiseWindow(*window, token); },
         .toggle = [&store] { store->toggleStartStop(); },
         .quit = [] { QCoreApplication::quit(); },
     });
@@ -175,7 +175,7 @@ int main(int argc, char* argv[]) {
     // A reader of the log that goes away is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     qInstallMessageHandler(handleToolkitMessage);
-    const auto token = platform::instance::ActivationToken::fromEnvironment();
+    const auto token = platform::bus::ActivationToken::fromEnvironment();
     const auto busPlace = platform::bus::findSessionBus();
     if (busPlace.state == platform::bus::BusState::silent) {
         std::fputs("Velloran: the session bus does not answer. The program goes on without it.\n", stderr);
@@ -194,14 +194,14 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("app.velloran.Velloran"));
     platform::bus::SessionBus bus(busPlace);
-    platform::instance::SingleInstance instance(bus);
+    platform::bus::SingleInstance instance(bus);
     switch (instance.claim(token)) {
-    case platform::instance::SingleInstance::Claim::handedOver:
+    case platform::bus::SingleInstance::Claim::handedOver:
         return EXIT_SUCCESS;
-    case platform::instance::SingleInstance::Claim::unanswered:
+    case platform::bus::SingleInstance::Claim::unanswered:
         std::fputs("Velloran: it is running already, but does not answer.\n", stderr);
         return EXIT_FAILURE;
-    case platform::instance::SingleInstance::Claim::first:
+    case platform::bus::SingleInstance::Claim::first:
         break;
     }
     QApplication::setWindowIcon(windowIcon());

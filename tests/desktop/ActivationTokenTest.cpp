@@ -1,8 +1,8 @@
-#include "platform/instance/ActivationToken.h"
+#include "platform/bus/ActivationToken.h"
 
 #include <gtest/gtest.h>
 
-namespace velloran::platform::instance {
+namespace velloran::platform::bus {
 namespace {
 
 std::optional<std::uint32_t> serverTimeIn(const char* startupId) {
@@ -38,4 +38,4 @@ TEST(ActivationTokenTest, IsReadFromTheEnvironment) {
 }
 
 } // namespace
-} // namespace velloran::platform::instance
+} // namespace velloran::platform::bus

@@ -1,6 +1,6 @@
 #include "platform/x11/X11HotKeys.h"
 
-#include "platform/keys/KeyCodes.h"
+#include "keys/KeyCodes.h"
 #include "platform/x11/keyGrabs.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/keys/KeyboardLayout.h"
+#include "keys/KeyboardLayout.h"
 #include "platform/x11/MainConnection.h"
 
 #include <bitset>

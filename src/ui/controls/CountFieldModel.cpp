@@ -1,4 +1,4 @@
-#include "CountFieldModel.h"
+#include "ui/controls/CountFieldModel.h"
 
 #include "platform/Platform.h"
 

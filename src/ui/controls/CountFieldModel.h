@@ -1,9 +1,9 @@
 #pragma once
 
-#include "NumberFieldModel.h"
-#include "WholeNumber.h"
+#include "ui/controls/NumberFieldModel.h"
+#include "ui/controls/WholeNumber.h"
 
-#include "NumberFieldLogic.h"
+#include "ui/controls/NumberFieldLogic.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
-#include "NumberFieldModel.h"
+#include "ui/controls/NumberFieldModel.h"
 
-#include "NumberFieldLogic.h"
+#include "ui/controls/NumberFieldLogic.h"
 
 namespace velloran::ui {
 

@@ -1,4 +1,4 @@
-#include "RealFieldModel.h"
+#include "ui/controls/RealFieldModel.h"
 
 #include "platform/Platform.h"
 

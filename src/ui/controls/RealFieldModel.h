@@ -1,8 +1,8 @@
 #pragma once
 
-#include "NumberFieldModel.h"
+#include "ui/controls/NumberFieldModel.h"
 
-#include "NumberFieldLogic.h"
+#include "ui/controls/NumberFieldLogic.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
-#include "Backdrop.h"
+#include "ui/theme/Backdrop.h"
 
-#include "DeviceNode.h"
+#include "ui/theme/DeviceNode.h"
 
 #include <QPainter>
 #include <QQuickWindow>

@@ -1,6 +1,6 @@
-#include "BackgroundProvider.h"
+#include "ui/theme/BackgroundProvider.h"
 
-#include "pictureRequest.h"
+#include "ui/theme/pictureRequest.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "DeviceNode.h"
+#include "ui/theme/DeviceNode.h"
 
 #include <QPainter>
 #include <QQuickWindow>

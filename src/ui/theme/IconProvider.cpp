@@ -1,6 +1,6 @@
-#include "IconProvider.h"
+#include "ui/theme/IconProvider.h"
 
-#include "pictureRequest.h"
+#include "ui/theme/pictureRequest.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

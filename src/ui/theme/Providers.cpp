@@ -1,8 +1,8 @@
-#include "Providers.h"
+#include "ui/theme/Providers.h"
 
-#include "BackgroundProvider.h"
-#include "IconProvider.h"
-#include "ShadowProvider.h"
+#include "ui/theme/BackgroundProvider.h"
+#include "ui/theme/IconProvider.h"
+#include "ui/theme/ShadowProvider.h"
 
 #include <QQmlEngine>
 

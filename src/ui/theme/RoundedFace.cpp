@@ -1,6 +1,6 @@
-#include "RoundedFace.h"
+#include "ui/theme/RoundedFace.h"
 
-#include "DeviceNode.h"
+#include "ui/theme/DeviceNode.h"
 
 #include <QLinearGradient>
 #include <QPainter>

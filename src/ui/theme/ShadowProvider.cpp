@@ -1,7 +1,7 @@
-#include "ShadowProvider.h"
+#include "ui/theme/ShadowProvider.h"
 
-#include "blur.h"
-#include "pictureRequest.h"
+#include "ui/theme/blur.h"
+#include "ui/theme/pictureRequest.h"
 
 #include <QPainter>
 

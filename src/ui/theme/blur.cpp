@@ -1,4 +1,4 @@
-#include "blur.h"
+#include "ui/theme/blur.h"
 
 #include <array>
 #include <cmath>

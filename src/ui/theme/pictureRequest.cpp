@@ -1,4 +1,4 @@
-#include "pictureRequest.h"
+#include "ui/theme/pictureRequest.h"
 
 namespace velloran {
 

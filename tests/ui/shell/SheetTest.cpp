@@ -1,4 +1,4 @@
-#include "ui/shell/SheetStack.h"
+#include "ui/sheets/SheetStack.h"
 #include "ui/shell/WindowTest.h"
 
 #include <QSignalSpy>

@@ -1,4 +1,4 @@
-#include "ui/shell/WindowButtonLayout.h"
+#include "ui/window/WindowButtonLayout.h"
 
 #include <gtest/gtest.h>
 

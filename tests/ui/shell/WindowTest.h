@@ -6,9 +6,9 @@
 #include "platform/qt/QtEventLoop.h"
 #include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Platform.h"
-#include "ui/DonationModel.h"
+#include "donation/view/DonationModel.h"
 #include "ui/StoreModel.h"
-#include "ui/recorder/KeyEventMonitor.h"
+#include "hotkeys/view/KeyEventMonitor.h"
 #include "ui/shell/EventMarker.h"
 #include "ui/shell/Screen.h"
 

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+struct xkb_keymap;
+
+namespace velloran::keys {
+
+/// What the user names a keyboard by. Empty text stands for the system's default.
+struct LayoutNames {
+    std::string rules;
+    std::string model;
+    std::string layout;
+    std::string variant;
+    std::string options;
+};
+
+/// What is in force on a keyboard besides the keys that are down.
+struct KeyboardState {
+    /// The active layout group, 0 being the first.
+    std::uint32_t group = 0;
+    /// The modifiers that are locked, as bits in the keymap's order.
+    std::uint32_t lockedModifiers = 0;
+};
+
+/// Tells what the keys of a keyboard give. A value of one moment: it does not follow later changes of the layout.
+class KeyboardLayout {
+public:
+    /// Reads a complete keymap in its text form, as a window system hands it out.
+    static Result<KeyboardLayout> fromText(const std::string& keymapText);
+
+    /// Puts a keymap together by names, from the files of this system.
+    static Result<KeyboardLayout> fromNames(const LayoutNames& names);
+
+    /// What the key gives with every modifier dropped, except Shift when `shiftHeld` and Num Lock when that is locked.
+    /// A key that gives no text reports a readable name instead; a dead key and a modifier key give an empty text.
+    [[nodiscard]] std::string charactersIgnoringModifiers(std::uint32_t evdevCode, const KeyboardState& keyboard,
+                                                          bool shiftHeld) const;
+
+private:
+    struct ReleaseKeymap {
+        void operator()(xkb_keymap* keymap) const;
+    };
+
+    explicit KeyboardLayout(xkb_keymap* keymap) : keymap_(keymap) {}
+
+    std::unique_ptr<xkb_keymap, ReleaseKeymap> keymap_;
+};
+
+} // namespace velloran::keys
