@@ -1,6 +1,8 @@
-# velloran_program_tests(<label>): each test class in the test files of the current folder is one test, which drives the whole
-# program on a private desktop. The desktop is the one of tests/e2e.
+# velloran_program_tests(<label> [ALONE <class>...]): each test class in the test files of the current folder is one test, which
+# drives the whole program on a private desktop. Those that measure time or effort have the machine to themselves. The others
+# mostly wait.
 function(velloran_program_tests label)
+  cmake_parse_arguments(TESTS "" "" "ALONE" ${ARGN})
   file(GLOB files CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/test_*.py")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${files})
   foreach(file IN LISTS files)
@@ -16,15 +18,18 @@ function(velloran_program_tests label)
         NAME "${name}"
         COMMAND /usr/bin/python3 -m unittest --verbose "${module}.${class}"
         WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
-      set_tests_properties("${name}" PROPERTIES LABELS ${label} RUN_SERIAL TRUE TIMEOUT 180)
+      set_tests_properties("${name}" PROPERTIES LABELS ${label} TIMEOUT 180)
+      if(class IN_LIST TESTS_ALONE)
+        set_tests_properties("${name}" PROPERTIES RUN_SERIAL TRUE)
+      endif()
       set_property(
         TEST "${name}"
         PROPERTY ENVIRONMENT
-                 "PYTHONPATH=${CMAKE_SOURCE_DIR}/tests/e2e"
+                 "PYTHONPATH=${CMAKE_SOURCE_DIR}/tests"
                  "PYTHONDONTWRITEBYTECODE=1"
                  "VELLORAN_PROGRAM=$<TARGET_FILE:velloran>"
                  "VELLORAN_OBSERVER=$<TARGET_FILE:velloran-observer>"
-                 "VELLORAN_PICTURES=${CMAKE_CURRENT_BINARY_DIR}/pictures")
+                 "VELLORAN_PICTURES=${CMAKE_BINARY_DIR}/tests/e2e/pictures")
     endforeach()
   endforeach()
 endfunction()

@@ -1,5 +1,5 @@
-#include "StateSheet.h"
-#include "comparison.h"
+#include "visual/StateSheet.h"
+#include "visual/comparison.h"
 
 #include <QGuiApplication>
 #include <QStyleHints>

@@ -1,4 +1,4 @@
-#include "StateSheet.h"
+#include "visual/StateSheet.h"
 
 #include <QFont>
 #include <QPainter>

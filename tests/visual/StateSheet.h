@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/Stage.h"
+#include "harness/Stage.h"
 
 #include <QList>
 

@@ -1,4 +1,4 @@
-#include "comparison.h"
+#include "visual/comparison.h"
 
 #include <QDir>
 #include <QPainter>

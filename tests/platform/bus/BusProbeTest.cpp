@@ -1,6 +1,6 @@
 #include "platform/bus/busProbe.h"
 
-#include "support/ChildProcess.h"
+#include "harness/ChildProcess.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "ChildProcess.h"
+#include "platform/pulse/ChildProcess.h"
 
 #include <sys/prctl.h>
 #include <sys/wait.h>

@@ -1,4 +1,4 @@
-#include "HeldUp.h"
+#include "platform/pulse/HeldUp.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "platform/pulse/PulseSounds.h"
 
-#include "HeldUp.h"
-#include "Recorder.h"
-#include "SoundServer.h"
+#include "platform/pulse/HeldUp.h"
+#include "platform/pulse/Recorder.h"
+#include "platform/pulse/SoundServer.h"
 #include "platform/pulse/TickSample.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Recorder.h"
+#include "platform/pulse/Recorder.h"
 
 #include "platform/pulse/TickSample.h"
 

@@ -1,4 +1,4 @@
-#include "SoundServer.h"
+#include "platform/pulse/SoundServer.h"
 
 #include <fcntl.h>
 #include <poll.h>

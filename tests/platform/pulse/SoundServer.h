@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ChildProcess.h"
+#include "platform/pulse/ChildProcess.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #include "platform/pulse/TickConnection.h"
 
-#include "SoundServer.h"
+#include "platform/pulse/SoundServer.h"
 
 #include <gtest/gtest.h>
 #include <pulse/mainloop.h>

@@ -1,4 +1,4 @@
-#include "HeldDisk.h"
+#include "platform/qt/HeldDisk.h"
 
 #include <unistd.h>
 

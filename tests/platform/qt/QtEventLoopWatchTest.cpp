@@ -1,4 +1,4 @@
-#include "QtEventLoopBench.h"
+#include "platform/qt/QtEventLoopBench.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "Scratch.h"
+#include "platform/qt/Scratch.h"
 #include "platform/qt/QtPreferences.h"
 
 #include <QLockFile>

@@ -1,6 +1,6 @@
 #include "platform/qt/QtPreferences.h"
 
-#include "Scratch.h"
+#include "platform/qt/Scratch.h"
 
 #include <QSettings>
 #include <QString>

@@ -1,5 +1,5 @@
-#include "HeldDisk.h"
-#include "Scratch.h"
+#include "platform/qt/HeldDisk.h"
+#include "platform/qt/Scratch.h"
 #include "engine/AutoClickerStore.h"
 #include "fakes/RecordingPlatform.h"
 #include "hotkeys/HotkeyManager.h"

@@ -1,4 +1,4 @@
-#include "NumberFieldBench.h"
+#include "ui/controls/NumberFieldBench.h"
 
 #include <gtest/gtest.h>
 

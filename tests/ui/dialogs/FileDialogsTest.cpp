@@ -1,0 +1,317 @@
+#include "presets/PresetStore.h"
+#include "ui/dialogs/FileReader.h"
+#include "ui/dialogs/fileTransfer.h"
+#include "harness/FakePortal.h"
+#include "harness/SilentPortal.h"
+#include "harness/WindowTest.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace velloran::tests {
+
+namespace {
+
+class FileDialogsTest : public WindowTest {
+protected:
+    void SetUp() override {
+        openMainWindow();
+        tap(commaKey, {controlKey});
+        get("Export");
+    }
+
+    [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
+
+    [[nodiscard]] QString uri(const QString& name) const { return QUrl::fromLocalFile(path(name)).toString(); }
+
+    void write(const QString& name, const QByteArray& bytes) const {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    [[nodiscard]] QByteArray read(const QString& name) const {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// Presses the button and waits for the portal to be asked.
+    void ask(FakePortal& portal, const QString& button) {
+        const int before = portal.requests;
+        click(get(button));
+        ASSERT_TRUE(until([&] { return portal.requests > before; }));
+    }
+
+    /// Has a file imported and waits until it is, or cannot be.
+    void importFile(FakePortal& portal, const QString& name) {
+        auto* const reader = window->findChild<FileReader*>();
+        ASSERT_NE(reader, nullptr);
+        bool isOver = false;
+        QObject context;
+        const auto end = [&isOver] { isOver = true; };
+        QObject::connect(reader, &FileReader::done, &context, end);
+        QObject::connect(reader, &FileReader::failed, &context, end);
+        ask(portal, "Import");
+        portal.respond(0, {uri(name)});
+        EXPECT_TRUE(until([&] { return isOver; }));
+        EXPECT_TRUE(isFree());
+    }
+
+    /// Whether the window can be used again.
+    bool isFree() {
+        return until([&] {
+            return engine->singletonInstance<QObject*>(stack())->property("top").value<QObject*>() == options();
+        });
+    }
+
+    /// The toolkit's dialog, once it is there.
+    QFileDialog* dialog() {
+        QFileDialog* found = nullptr;
+        until([&] {
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                auto* candidate = qobject_cast<QFileDialog*>(widget);
+                if (candidate != nullptr && candidate->isVisible()) {
+                    found = candidate;
+                }
+            }
+            return found != nullptr;
+        });
+        return found;
+    }
+
+    QTemporaryDir folder;
+
+private:
+    static int stack() { return qmlTypeId("Velloran", 1, 0, "SheetStack"); }
+
+    [[nodiscard]] QObject* options() const {
+        for (QQuickItem* item = find("Done"); item != nullptr; item = item->parentItem()) {
+            if (QByteArray(item->metaObject()->className()).startsWith("Sheet_")) {
+                return item;
+            }
+        }
+        return nullptr;
+    }
+};
+
+} // namespace
+
+TEST_F(FileDialogsTest, ExportsThroughThePortal) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    ask(portal, "Export");
+    EXPECT_EQ(portal.request.method, "SaveFile");
+    EXPECT_EQ(portal.request.parentWindow, "x11:" + QString::number(window->winId(), 16));
+    EXPECT_EQ(portal.request.options.value("current_name"), "Velloran-config.json");
+    EXPECT_TRUE(portal.request.options.contains("filters"));
+    portal.respond(0, {uri("my config.json")});
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(read("my config.json"), storeModel->exportConfigData());
+    EXPECT_TRUE(read("my config.json").contains("42"));
+}
+
+TEST_F(FileDialogsTest, CancelledExportWritesNothing) {
+    FakePortal portal(Screen::current().busAddress());
+    ask(portal, "Export");
+    portal.respond(1);
+    EXPECT_TRUE(isFree());
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    ask(portal, "Export");
+    EXPECT_EQ(portal.requests, 2);
+    portal.respond(1);
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(FileDialogsTest, ImportsWhatWasExported) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    storeModel->chooseHotkey(3);
+    const AutoClickerConfig exported = store->config.get();
+    write("config.json", storeModel->exportConfigData());
+    storeModel->resetToDefaults();
+    ask(portal, "Import");
+    EXPECT_EQ(portal.request.method, "OpenFile");
+    EXPECT_EQ(portal.request.options.value("multiple"), false);
+    portal.respond(0, {uri("config.json")});
+    EXPECT_TRUE(until([&] { return store->config.get() == exported; }));
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(FileDialogsTest, BadFilesChangeNothing) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    const AutoClickerConfig before = store->config.get();
+    write("list.json", "[]");
+    write("empty.json", "");
+    // A configuration, as far as it goes.
+    storeModel->setClickIntervalSeconds(43);
+    write("long.json", storeModel->exportConfigData());
+    ASSERT_TRUE(QFile(path("long.json")).resize(longestFile + 1));
+    storeModel->setClickIntervalSeconds(42);
+    ASSERT_EQ(mkfifo(path("pipe.json").toUtf8().constData(), 0600), 0);
+    for (const char* name : {"list.json", "empty.json", "long.json", "pipe.json", "missing.json", "."}) {
+        importFile(portal, name);
+        EXPECT_EQ(store->config.get(), before) << name;
+    }
+}
+
+TEST_F(FileDialogsTest, LongFilesAreReadWhole) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    const AutoClickerConfig exported = store->config.get();
+    const QByteArray bytes = storeModel->exportConfigData();
+    storeModel->resetToDefaults();
+    for (const qint64 size : {qint64{1024 * 1024 + 1}, longestFile}) {
+        write("long.json", QByteArray(size - bytes.size(), ' ') + bytes);
+        importFile(portal, "long.json");
+        EXPECT_EQ(store->config.get(), exported) << size;
+        storeModel->resetToDefaults();
+    }
+}
+
+TEST_F(FileDialogsTest, TheWindowDoesNotWaitForAFile) {
+    FakePortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    const AutoClickerConfig exported = store->config.get();
+    write("slow.json", storeModel->exportConfigData());
+    storeModel->resetToDefaults();
+    // Whoever opens the file waits until the lease is given back. The system asks for that by a signal.
+    std::signal(SIGIO, SIG_IGN);
+    const int lease = ::open(path("slow.json").toUtf8().constData(), O_RDWR | O_CLOEXEC);
+    if (fcntl(lease, F_SETLEASE, F_WRLCK) != 0) {
+        ::close(lease);
+        GTEST_SKIP() << "This system lets the test hold no file";
+    }
+    ask(portal, "Import");
+    portal.respond(0, {uri("slow.json")});
+    EXPECT_TRUE(isFree());
+    storeModel->setClickIntervalSeconds(9);
+    click(get("Reset"));
+    EXPECT_TRUE(until([&] { return store->config.get() == AutoClickerConfig::default_(); }));
+    EXPECT_EQ(fcntl(lease, F_SETLEASE, F_UNLCK), 0);
+    ::close(lease);
+    EXPECT_TRUE(until([&] { return store->config.get() == exported; }));
+}
+
+TEST_F(FileDialogsTest, AnUnwritablePlaceIsSilent) {
+    FakePortal portal(Screen::current().busAddress());
+    ask(portal, "Export");
+    portal.respond(0, {uri("no/such/folder.json")});
+    EXPECT_TRUE(isFree());
+    ask(portal, "Export");
+    portal.respond(0, {"https://example.org/config.json"});
+    EXPECT_TRUE(isFree());
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+}
+
+TEST_F(FileDialogsTest, OtherRequestPathsAreFollowed) {
+    FakePortal portal(Screen::current().busAddress());
+    portal.usesOwnPaths = true;
+    ask(portal, "Export");
+    settle();
+    EXPECT_TRUE(until([&] {
+        portal.respond(0, {uri("late.json")});
+        return !read("late.json").isEmpty();
+    }));
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(FileDialogsTest, APortalThatVanishesIsACancellation) {
+    FakePortal portal(Screen::current().busAddress());
+    ask(portal, "Import");
+    portal.vanish();
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(FileDialogsTest, TheWindowCanOnlyBeSeenMeanwhile) {
+    FakePortal portal(Screen::current().busAddress());
+    ask(portal, "Export");
+    tap(escapeKey);
+    click(get("Reset"));
+    tap(tabKey);
+    tap(spaceKey);
+    click(get("Done"));
+    EXPECT_TRUE(shows("Done"));
+    EXPECT_EQ(portal.requests, 1);
+    portal.respond(1);
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(focused(), "Export");
+    tap(escapeKey);
+    EXPECT_TRUE(until([&] { return !shows("Done"); }));
+}
+
+TEST_F(FileDialogsTest, TheReminderWaitsForTheDialog) {
+    FakePortal portal(Screen::current().busAddress());
+    ask(portal, "Export");
+    donations->isPromptVisible.set(true);
+    settle();
+    EXPECT_FALSE(shows("Support Velloran"));
+    portal.respond(1);
+    EXPECT_TRUE(isFree());
+    EXPECT_FALSE(shows("Support Velloran"));
+    tap(escapeKey);
+    get("Support Velloran");
+}
+
+TEST_F(FileDialogsTest, WithoutAPortalTheToolkitAsks) {
+    storeModel->setClickIntervalSeconds(42);
+    click(get("Export"));
+    QFileDialog* box = dialog();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->acceptMode(), QFileDialog::AcceptSave);
+    EXPECT_EQ(box->nameFilters(), QStringList{"JSON files (*.json)"});
+    EXPECT_FALSE(box->testOption(QFileDialog::ReadOnly)) << "folders can be made";
+    auto* name = box->findChild<QLineEdit*>();
+    ASSERT_NE(name, nullptr);
+    EXPECT_EQ(name->text(), "Velloran-config.json");
+    name->setText(path("plain"));
+    QMetaObject::invokeMethod(box, "accept");
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(read("plain.json"), storeModel->exportConfigData());
+
+    storeModel->resetToDefaults();
+    click(get("Import"));
+    box = dialog();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->fileMode(), QFileDialog::ExistingFile);
+    box->findChild<QLineEdit*>()->setText(path("plain.json"));
+    QMetaObject::invokeMethod(box, "accept");
+    EXPECT_TRUE(until([&] { return store->config.get().clickIntervalSeconds == 42; }));
+}
+
+TEST_F(FileDialogsTest, ASilentPortalIsNotWaitedFor) {
+    SilentPortal portal(Screen::current().busAddress());
+    storeModel->setClickIntervalSeconds(42);
+    click(get("Export"));
+    ASSERT_TRUE(until([&] { return portal.isAsked(); }));
+    // The window is drawn and can be left meanwhile.
+    settle();
+    QFileDialog* box = dialog();
+    ASSERT_NE(box, nullptr);
+    box->findChild<QLineEdit*>()->setText(path("silent"));
+    QMetaObject::invokeMethod(box, "accept");
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(read("silent.json"), storeModel->exportConfigData());
+}
+
+TEST_F(FileDialogsTest, TheToolkitsDialogCanBeCancelled) {
+    click(get("Import"));
+    QFileDialog* box = dialog();
+    ASSERT_NE(box, nullptr);
+    box->reject();
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(store->config.get(), AutoClickerConfig::default_());
+}
+
+} // namespace velloran::tests

@@ -1,0 +1,321 @@
+#include "ui/sheets/SheetStack.h"
+#include "harness/WindowTest.h"
+
+#include <QSignalSpy>
+
+namespace velloran::tests {
+
+TEST(SheetStackTest, TheLastOneShownIsOnTop) {
+    SheetStack stack;
+    QObject a;
+    QObject b;
+    EXPECT_FALSE(stack.isOccupied());
+    EXPECT_EQ(stack.top(), nullptr);
+    stack.show(&a, false);
+    stack.show(&b, false);
+    stack.show(&a, false);
+    EXPECT_EQ(stack.top(), &b);
+    EXPECT_EQ(stack.levelOf(&a), 0);
+    EXPECT_EQ(stack.levelOf(&b), 1);
+    stack.hide(&a);
+    EXPECT_EQ(stack.levelOf(&a), -1);
+    EXPECT_EQ(stack.levelOf(&b), 0);
+    stack.hide(&a);
+    stack.hide(nullptr);
+    stack.hide(&b);
+    EXPECT_FALSE(stack.isOccupied());
+}
+
+TEST(SheetStackTest, OneThatWaitsComesLast) {
+    SheetStack stack;
+    QSignalSpy changes(&stack, &SheetStack::changed);
+    QObject a;
+    QObject b;
+    QObject waiting;
+    stack.show(&a, false);
+    stack.show(&waiting, true);
+    stack.show(&waiting, true);
+    EXPECT_EQ(stack.levelOf(&waiting), -1);
+    stack.show(&b, false);
+    stack.hide(&a);
+    EXPECT_EQ(stack.levelOf(&waiting), -1);
+    stack.hide(&b);
+    EXPECT_EQ(stack.top(), &waiting);
+    EXPECT_EQ(changes.count(), 4);
+}
+
+TEST(SheetStackTest, OneThatWaitsOpensAtOnceWhenNothingIsOpen) {
+    SheetStack stack;
+    QObject waiting;
+    stack.show(&waiting, true);
+    EXPECT_EQ(stack.top(), &waiting);
+}
+
+TEST(SheetStackTest, WaitingCanBeGivenUp) {
+    SheetStack stack;
+    QObject a;
+    QObject waiting;
+    stack.show(&a, false);
+    stack.show(&waiting, true);
+    stack.hide(&waiting);
+    stack.hide(&a);
+    EXPECT_FALSE(stack.isOccupied());
+}
+
+TEST(SheetStackTest, ADestroyedSheetIsClosed) {
+    SheetStack stack;
+    QObject waiting;
+    {
+        QObject a;
+        stack.show(&a, false);
+        stack.show(&waiting, true);
+    }
+    EXPECT_EQ(stack.top(), &waiting);
+}
+
+namespace {
+
+class SheetTest : public WindowTest {
+protected:
+    void openSmallWindow() {
+        open(R"(
+            ShellWindow {
+                id: window
+                required property StoreModel store
+                property bool isShown: false
+                property var log: []
+                limits: ["The pointer cannot be seen here.", "<b>Clicks</b> & keys need a permission."]
+                options: Component { FaceButton { label: "Option" } }
+                Column { y: 80
+                    FaceButton { label: "First"; onTriggered: window.log.push("first") }
+                    FaceButton { label: "Second"; onTriggered: window.isShown = true }
+                }
+                Sheet {
+                    shown: window.isShown
+                    title: "A sheet"
+                    onClosedByUser: window.isShown = false
+                    Column {
+                        property bool touched: false
+                        FaceButton { label: parent.touched ? "Touched" : "Fresh"; onTriggered: parent.touched = true }
+                        FaceButton { label: "Middle" }
+                        FaceButton { label: "Last" }
+                    }
+                }
+            })");
+    }
+
+    void openSheet() {
+        click(get("Second"));
+        get("Middle");
+    }
+
+    void expectSheetIsGone() {
+        EXPECT_TRUE(until([&] { return !shows("Middle"); }));
+    }
+
+    [[nodiscard]] QStringList log() const { return property("log").value<QJSValue>().toVariant().toStringList(); }
+};
+
+} // namespace
+
+TEST_F(SheetTest, EscapeClosesIt) {
+    openSmallWindow();
+    openSheet();
+    EXPECT_TRUE(property("isSheetOpen").toBool());
+    tap(escapeKey);
+    expectSheetIsGone();
+    EXPECT_FALSE(property("isSheetOpen").toBool());
+}
+
+TEST_F(SheetTest, TabGoesRoundInIt) {
+    openSmallWindow();
+    openSheet();
+    QStringList ring;
+    for (int i = 0; i < 4; ++i) {
+        tap(tabKey);
+        ring.append(focused());
+    }
+    EXPECT_EQ(ring, (QStringList{"Fresh", "Middle", "Last", "Fresh"}));
+    tap(tabKey, {shiftKey});
+    EXPECT_EQ(focused(), "Last");
+    tap(tabKey, {shiftKey});
+    EXPECT_EQ(focused(), "Middle");
+}
+
+TEST_F(SheetTest, ShiftTabEntersItFromTheEnd) {
+    openSmallWindow();
+    openSheet();
+    tap(tabKey, {shiftKey});
+    EXPECT_EQ(focused(), "Last");
+}
+
+TEST_F(SheetTest, TheFocusGoesBackToWhereItWas) {
+    openSmallWindow();
+    tap(tabKey);
+    tap(tabKey);
+    ASSERT_EQ(focused(), "Second");
+    tap(spaceKey);
+    get("Middle");
+    tap(tabKey);
+    tap(escapeKey);
+    EXPECT_EQ(focused(), "Second");
+    EXPECT_TRUE(window->activeFocusItem()->property("visualFocus").toBool());
+    tap(tabKey, {shiftKey});
+    EXPECT_EQ(focused(), "First");
+}
+
+TEST_F(SheetTest, WhatLiesBelowCannotBeUsed) {
+    openSmallWindow();
+    openSheet();
+    clickAt(frame(get("First")).center());
+    EXPECT_EQ(log(), QStringList());
+    EXPECT_TRUE(shows("Middle"));
+    tap(commaKey, {controlKey});
+    EXPECT_FALSE(shows("Option"));
+}
+
+TEST_F(SheetTest, TheWindowCanStillBeClosed) {
+    openSmallWindow();
+    openSheet();
+    click(get("Close"));
+    EXPECT_TRUE(until([&] { return quits == 1; }));
+}
+
+TEST_F(SheetTest, EveryShowingIsANewOne) {
+    openSmallWindow();
+    openSheet();
+    click(get("Fresh"));
+    EXPECT_TRUE(shows("Touched"));
+    tap(escapeKey);
+    expectSheetIsGone();
+    openSheet();
+    EXPECT_TRUE(shows("Fresh"));
+}
+
+TEST_F(SheetTest, HasTheFocusWhileItIsStillFadingIn) {
+    open(R"(
+        ShellWindow {
+            id: window
+            required property StoreModel store
+            property bool isShown: false
+            function begin() { Theme.reducedMotion = false; isShown = true }
+            Sheet {
+                shown: window.isShown
+                FaceButton { label: "Only" }
+            }
+        })");
+    QMetaObject::invokeMethod(window, "begin");
+    tap(tabKey);
+    EXPECT_EQ(focused(), "Only");
+}
+
+TEST_F(SheetTest, OneAboveAnotherDarkensTheWindowNoFurther) {
+    open(R"(
+        ShellWindow {
+            required property StoreModel store
+            property bool isShown: false
+            property bool isSecondShown: false
+            Rectangle { anchors.fill: parent; color: "#808080" }
+            Sheet {
+                shown: isShown
+                Item { implicitWidth: 400; implicitHeight: 300; BodyText { text: "Lower" } }
+            }
+            Sheet {
+                shown: isSecondShown
+                Item { implicitWidth: 200; implicitHeight: 100; BodyText { text: "Upper" } }
+            }
+        })");
+    const auto pixel = [&](QPointF point) {
+        const double scale = window->effectiveDevicePixelRatio();
+        return window->grabWindow().pixelColor((point * scale).toPoint());
+    };
+    const QPointF beside(40, 400);
+    const QPointF onLowerPanel = QPointF(window->width() / 2.0 - 150, window->height() / 2.0 + 100);
+    const QColor bright = pixel(beside);
+    window->setProperty("isShown", true);
+    ASSERT_TRUE(until([&] { return shows("Lower"); }));
+    const QColor dark = pixel(beside);
+    const QColor panel = pixel(onLowerPanel);
+    EXPECT_LT(dark.green(), bright.green() * 0.5);
+    window->setProperty("isSecondShown", true);
+    ASSERT_TRUE(until([&] { return shows("Upper"); }));
+    EXPECT_EQ(pixel(beside), dark);
+    EXPECT_LT(pixel(onLowerPanel).blue(), panel.blue() * 0.6);
+    window->setProperty("isSecondShown", false);
+    ASSERT_TRUE(until([&] { return !shows("Upper"); }));
+    EXPECT_EQ(pixel(beside), dark);
+    EXPECT_EQ(pixel(onLowerPanel), panel);
+    window->setProperty("isShown", false);
+    ASSERT_TRUE(until([&] { return !shows("Lower"); }));
+    EXPECT_EQ(pixel(beside), bright);
+}
+
+TEST_F(SheetTest, LiesInTheMiddleBelowTheTitle) {
+    openSmallWindow();
+    openSheet();
+    const QQuickItem& middle = get("Middle");
+    EXPECT_NEAR(frame(*middle.parentItem()).center().x(), window->width() / 2.0, 1);
+    EXPECT_NEAR(frame(*middle.parentItem()).center().y(), window->height() / 2.0, 1);
+}
+
+TEST_F(SheetTest, AboutTellsVersionAndLimits) {
+    openSmallWindow();
+    click(get("Menu"));
+    click(get("About Velloran"));
+    EXPECT_TRUE(shows("Version 1.2.3"));
+    EXPECT_TRUE(shows("This desktop"));
+    EXPECT_TRUE(shows("The pointer cannot be seen here."));
+    EXPECT_TRUE(shows("<b>Clicks</b> & keys need a permission."));
+    keepPicture("about");
+    tap(tabKey);
+    EXPECT_EQ(focused(), "Close");
+    tap(returnKey);
+    EXPECT_TRUE(until([&] { return !shows("Version 1.2.3"); }));
+    EXPECT_EQ(quits, 0);
+}
+
+TEST_F(SheetTest, AboutWithoutLimitsSaysNothingOfThem) {
+    openMainWindow();
+    click(get("Menu"));
+    click(get("About Velloran"));
+    EXPECT_TRUE(shows("Version 1.2.3"));
+    EXPECT_FALSE(shows("This desktop"));
+    keepPicture("about-without-limits");
+}
+
+TEST_F(SheetTest, OptionsHoldTheCardAndTheBar) {
+    openMainWindow();
+    click(get("Menu"));
+    click(get("Presets and Options…"));
+    for (const char* text : {"Additional Options", "Play click sound", "Minimize to menu bar", "Presets", "Import",
+                             "Export", "Reset", "Done"}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+    click(get("Play click sound"));
+    EXPECT_TRUE(store->config.get().playClickSound);
+    click(get("Done"));
+    EXPECT_TRUE(until([&] { return !shows("Additional Options"); }));
+}
+
+TEST_F(SheetTest, TallContentScrolls) {
+    open(R"(
+        ShellWindow {
+            required property StoreModel store
+            property bool isShown: true
+            Sheet {
+                shown: true
+                Column {
+                    Repeater { model: 60; BodyText { required property int index; text: "Line " + index } }
+                    FaceButton { label: "At the end" }
+                }
+            }
+        })");
+    EXPECT_TRUE(until([&] { return shows("Line 0"); }));
+    EXPECT_FALSE(shows("At the end"));
+    tap(tabKey);
+    EXPECT_EQ(focused(), "At the end");
+    EXPECT_TRUE(until([&] { return shows("At the end"); }));
+    EXPECT_FALSE(shows("Line 0"));
+}
+
+} // namespace velloran::tests
