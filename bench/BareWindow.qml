@@ -1,0 +1,11 @@
+import QtQuick
+
+Rectangle {
+    width: 920
+    height: 1000
+
+    Text {
+        anchors.centerIn: parent
+        text: "Bare window"
+    }
+}

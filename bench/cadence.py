@@ -1,0 +1,64 @@
+"""How evenly clicks come, as another program sees them."""
+
+import contextlib
+import os
+
+import meters
+from record import FLOOR, Figure, percentile
+from screen import Target
+
+VISIBLE, MINIMISED = "visible", "minimised"
+
+
+def measure(bench):
+    """One round: everybody has a run at every interval, with and without company."""
+    options = bench.options
+    for interval in options.intervals:
+        for loops in options.loads:
+            for name, states, ready in bench.in_turn(_runners(bench)):
+                meters.wait_for_calm(bench.record, options.patience)
+                file = f"{name} {states[-1]} {interval:g} ms {loops:g} loops round {bench.round + 1}"
+                arrivals = _run(bench, ready, interval / 1000, int(loops), os.path.join(bench.folder, "clicks", file))
+                for state in states:
+                    _add(bench, name, f"{interval:g} ms, {f'{loops:g} busy loops' if loops else 'idle'}, {state}", interval, arrivals)
+
+
+def _runners(bench):
+    """Who runs: under which name, for which rows, and how it is got ready. What has no window stands in both rows."""
+    def of_clicker(clicker):
+        return lambda count, interval: clicker.ready(bench.screen, count, interval)
+
+    def of_build(build, state):
+        @contextlib.contextmanager
+        def ready(count, interval):
+            config = {"clickIntervalSeconds": interval, "maxClicks": count}
+            with build.at_rest(bench.screen, state == MINIMISED, **config):
+                yield bench.screen.press_hotkey
+        return ready
+
+    clickers = [(FLOOR, bench.bare_thread), *((clicker.name, clicker) for clicker in bench.other_clickers)]
+    return [*((name, [VISIBLE, MINIMISED], of_clicker(clicker)) for name, clicker in clickers),
+            *((build.name, [state], of_build(build, state)) for state in (VISIBLE, MINIMISED) for build in bench.builds)]
+
+
+def _run(bench, ready, interval, loops, path):
+    count = bench.options.clicks
+    with ready(count, interval) as begin, Target(bench.screen, path, count, 3 * count * interval + 10) as target, \
+            meters.busy_loops(loops, bench.screen.environment):
+        begin()
+        target.wait()
+        return target.presses()
+
+
+def _add(bench, name, condition, interval, arrivals):
+    """`interval` is in milliseconds."""
+    spans = [(after - before) / 1e6 for before, after in zip(arrivals, arrivals[1:])]
+    if not spans:
+        raise RuntimeError(f"no clicks of {name} came")
+    details = {"round": bench.round, "clicks": len(arrivals)}
+    deviations = [abs(span - interval) for span in spans]
+    for percent in (50, 90, 99):
+        bench.record.add(Figure(f"{condition}: deviation p{percent}", "ms", "bare thread"), name, percentile(deviations, percent),
+                         **details)
+    bench.record.add(Figure(f"{condition}: drift per 1,000 clicks", "ms", "bare thread", has_ratios=False), name,
+                     1000 * (sum(spans) / len(spans) - interval), **details)

@@ -1,0 +1,106 @@
+"""Who is measured: builds of the program, the least that there can be, and other programs for the same."""
+
+import contextlib
+import os
+import shutil
+import subprocess
+import tempfile
+
+import meters
+from harness import preferences, processes
+from harness.waiting import until
+from screen import WINDOW_PLACE
+
+
+class Clicker:
+    """A program without a window that clicks as often as its arguments say."""
+
+    def __init__(self, name, arguments):
+        self.name = name
+        self._arguments = arguments  # of the count and the interval in seconds
+
+    @contextlib.contextmanager
+    def ready(self, screen, count, interval):
+        """Gives what begins the run, and returns its process."""
+        with contextlib.ExitStack() as stack:
+            def begin():
+                process = processes.start(self._arguments(count, interval), screen.environment, stdout=subprocess.DEVNULL)
+                stack.callback(processes.end, process)
+                return process
+            yield begin
+
+
+def bare_thread(path):
+    return Clicker("bare thread", lambda count, interval: [path, str(count), str(interval)])
+
+
+def other_clickers():
+    """Those that are installed."""
+    known = {
+        "xdotool": lambda count, interval: ["xdotool", "click", "--repeat", str(count), "--delay", str(round(interval * 1000)), "1"],
+        "xte": lambda count, interval: ["xte", *(["mouseclick 1", f"usleep {round(interval * 1e6)}"] * count)],
+    }
+    return [Clicker(name, arguments) for name, arguments in known.items() if shutil.which(name)]
+
+
+class Launched:
+    """A program with a window, as soon as that is mapped."""
+
+    def __init__(self, screen, path, environment):
+        def start():
+            return processes.start([path], {**screen.environment, **environment}, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.screen = screen
+        self.process, self.seconds_to_map = screen.start_and_wait_until_mapped(start)
+
+    @property
+    def pid(self):
+        return self.process.pid
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        processes.end(self.process)
+
+
+class BareWindow:
+    name = "bare window"
+
+    def __init__(self, path):
+        self._path = path
+
+    def launch(self, screen):
+        return Launched(screen, self._path, {})
+
+
+class Build:
+    """The program as it was built in a folder."""
+
+    def __init__(self, name, folder):
+        self.name = name
+        self.folder = folder
+        self._path = os.path.join(folder, "src", "velloran")
+
+    def launch(self, screen, presets=(), **config):
+        """With a home of its own, whose caches it has filled before: what it saves between two launches is not measured."""
+        home = os.path.join(screen.folder, "home of " + self.name)
+        stored = {**preferences.quiet_donation(),
+                  "velloran.config": preferences.as_bytes(preferences.config(hotkey=preferences.CONTROL_OPTION_S, **config))}
+        if presets:
+            stored["velloran.presets"] = preferences.as_bytes(list(presets))
+        preferences.write(os.path.join(home, "config", "velloran", "velloran.ini"), stored)
+        return Launched(screen, self._path,
+                        {"XDG_" + name.upper() + "_HOME": os.path.join(home, name) for name in ("config", "cache", "data", "state")})
+
+    @contextlib.contextmanager
+    def at_rest(self, screen, is_minimised=False, **config):
+        """Launched, out of the way of the clicks, with its hotkey, and asleep."""
+        with self.launch(screen, **config) as launched:
+            window = until(lambda: screen.windows_of("velloran"), "the window cannot be found")[0]
+            screen.run_tool("xdotool", "windowmove", window, *(str(part) for part in WINDOW_PLACE))
+            until(lambda: not screen.has_hotkey_free(), "the hotkey was not registered")
+            launched.minimise = lambda: screen.run_tool("xdotool", "windowminimize", "--sync", window)
+            if is_minimised:
+                launched.minimise()
+            meters.wait_for_rest(launched.pid)
+            yield launched
