@@ -22,6 +22,9 @@ class ImportAndExport(DesktopCase):
 
     def open_dialog(self, program, name):
         program.click_on("push button", name)
+        return self.wait_until_open(program, name)
+
+    def wait_until_open(self, program, name):
         dialog = until(lambda: program.frames.get(name), lambda: f"the dialog {name} does not open; there is {program.frames}")
         until(lambda: "active" in dialog.states, "the dialog does not become active")
         return dialog
@@ -100,6 +103,16 @@ class ImportAndExport(DesktopCase):
         # A change that does arrive shows that the others were through.
         program.click_on("check box", "Play click sound")
         program.wait_for_stored(**{**self.CONFIG, "playClickSound": False})
+
+    def test_the_next_dialog_can_be_asked_for_at_once(self):
+        program = self.start_with_options()
+        place = program.find("push button", "Import").centre
+        for _ in range(3):
+            self.observer.click(*place)
+            dialog = self.wait_until_open(program, "Import")
+            self.name_field(dialog)
+            self.observer.press("Escape")
+            self.wait_until_closed(program)
 
     def test_the_window_below_a_dialog_cannot_be_used(self):
         program = self.start_with_options()

@@ -119,8 +119,10 @@ FocusScope {
         anchors.fill: parent
         color: root.isLowest ? Theme.sheetShade : "transparent"
 
+        // A shade that only fades out any more keeps nobody from going on.
         MouseArea {
             anchors.fill: parent
+            enabled: root.isOpen
             acceptedButtons: Qt.AllButtons
             hoverEnabled: true
             onWheel: wheel => wheel.accepted = true

@@ -174,6 +174,35 @@ TEST_F(SheetTest, WhatLiesBelowCannotBeUsed) {
     EXPECT_FALSE(shows("Option"));
 }
 
+TEST_F(SheetTest, OnceClosedItKeepsNobodyFromGoingOn) {
+    open(R"(
+        ShellWindow {
+            id: window
+            required property StoreModel store
+            property bool isShown: true
+            property var log: []
+            FaceButton { anchors.fill: parent; label: "Below"; onTriggered: window.log.push("below") }
+            Sheet {
+                shown: window.isShown
+                // Has not faded out for as long as the test takes.
+                opacity: 1
+                onClosedByUser: window.isShown = false
+                Item { implicitWidth: 400; implicitHeight: 300; BodyText { text: "Panel" } }
+            }
+        })");
+    const QPointF onPanel = frame(get("Panel")).center();
+    const QPointF beside(40, 400);
+    clickAt(beside);
+    ASSERT_EQ(log(), QStringList());
+    tap(escapeKey);
+    ASSERT_TRUE(shows("Panel"));
+    clickAt(beside);
+    EXPECT_EQ(log(), QStringList("below"));
+    // Still to be seen: a second click on what has closed the sheet does nothing else.
+    clickAt(onPanel);
+    EXPECT_EQ(log(), QStringList("below"));
+}
+
 TEST_F(SheetTest, TheWindowCanStillBeClosed) {
     openSmallWindow();
     openSheet();
