@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 /// A view that scrolls up and down when what it holds is too tall: by wheel, touch, scroll bar, the page keys, and by itself to
-/// whatever gets the keyboard focus. Pressing and dragging with a mouse scrolls nothing, as on any desktop.
+/// whatever gets the keyboard focus by a key. Pressing and dragging with a mouse scrolls nothing, as on any desktop.
 Flickable {
     id: root
 
@@ -62,9 +62,23 @@ Flickable {
         }
     }
 
+    // Above all else: it has to know of a press before what is pressed takes the focus.
+    Item {
+        parent: root
+        anchors.fill: parent
+        z: 1
+
+        PointHandler {
+            id: press
+
+            acceptedButtons: Qt.AllButtons
+        }
+    }
+
     ScrollToFocus {
         id: follower
 
         view: root
+        isHeld: press.active
     }
 }

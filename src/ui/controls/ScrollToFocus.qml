@@ -1,15 +1,20 @@
 import QtQuick
 
-/// Keeps what has the keyboard focus in sight: a view scrolls just as far as it must when the focus moves out of it.
+/// Keeps what has the keyboard focus in sight: a view scrolls just as far as it must when the focus moves out of it. What a
+/// pointer gives the focus is in sight where it was pressed, and stays there: it would miss the release, or the next press.
 QtObject {
     id: root
 
     required property Flickable view
+    /// Whether a pointer is down on the view.
+    required property bool isHeld
 
     /// The item with the focus, if the view holds it.
     readonly property Item focused: root.view.Window.activeFocusItem
 
     onFocusedChanged: {
+        if (root.isHeld)
+            return;
         for (let item = root.focused; item; item = item.parent) {
             if (item === root.view.contentItem) {
                 root.reveal();
