@@ -20,7 +20,11 @@ public:
     /// Names a call that has not happened yet.
     enum class CallId : std::uint64_t { none = 0 };
 
-    /// Keeps a file descriptor watched for as long as it exists.
+    /// What a file descriptor is watched for.
+    enum class Readiness { readable, writable };
+
+    /// Keeps a file descriptor watched for as long as it exists. To be destroyed before the descriptor is closed; from
+    /// inside its own call as well, which goes on to its end and is the last.
     class Watch {
     public:
         Watch() = default;
@@ -48,8 +52,9 @@ public:
     /// happening, or is `none`.
     virtual void cancel(CallId call) = 0;
 
-    /// Calls `function` whenever `fileDescriptor` can be read, until the result is destroyed.
-    [[nodiscard]] virtual std::unique_ptr<Watch> watch(int fileDescriptor, Function function) = 0;
+    /// Calls `function` again and again while `fileDescriptor` is ready, until the result is destroyed. One descriptor
+    /// may have a watch of each kind.
+    [[nodiscard]] virtual std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) = 0;
 
     /// A queue that does its jobs one after the other, in order, without making this loop wait.
     [[nodiscard]] virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) = 0;

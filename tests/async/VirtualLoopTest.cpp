@@ -11,6 +11,9 @@ namespace {
 
 using Order = std::vector<int>;
 
+constexpr auto readable = EventLoop::Readiness::readable;
+constexpr auto writable = EventLoop::Readiness::writable;
+
 } // namespace
 
 TEST(VirtualLoop, CallsInTheOrderOfTimeThenOfAsking) {
@@ -105,12 +108,31 @@ TEST(VirtualLoop, QueueDrainsAtItsEnd) {
 TEST(VirtualLoop, WatchesHearOfTheirDescriptorWhileTheyExist) {
     VirtualLoop loop;
     Order order;
-    auto watch = loop.watch(5, [&] { order.push_back(5); });
-    const auto other = loop.watch(6, [&] { order.push_back(6); });
-    loop.becomeReadable(5);
+    auto watch = loop.watch(5, readable, [&] { order.push_back(5); });
+    const auto writing = loop.watch(5, writable, [&] { order.push_back(-5); });
+    const auto other = loop.watch(6, readable, [&] { order.push_back(6); });
+    loop.becomeReady(5, readable);
     watch.reset();
-    loop.becomeReadable(5);
+    loop.becomeReady(5, readable);
     EXPECT_EQ(order, Order{5});
+    loop.becomeReady(5, writable);
+    EXPECT_EQ(order, (Order{5, -5}));
+}
+
+TEST(VirtualLoop, AWatchThatEndsInsideACallIsNotCalledAnyMore) {
+    VirtualLoop loop;
+    Order order;
+    std::unique_ptr<EventLoop::Watch> first;
+    std::unique_ptr<EventLoop::Watch> second;
+    first = loop.watch(5, readable, [&, held = std::make_shared<int>(1)] {
+        first.reset();
+        second.reset();
+        order.push_back(*held);
+    });
+    second = loop.watch(5, readable, [&] { order.push_back(2); });
+    loop.becomeReady(5, readable);
+    loop.becomeReady(5, readable);
+    EXPECT_EQ(order, Order{1});
 }
 
 TEST(ScheduledCall, CancelsAtItsEndAndWhenAssignedOver) {

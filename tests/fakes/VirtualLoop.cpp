@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -59,20 +60,17 @@ private:
 
 class VirtualLoop::VirtualWatch final : public EventLoop::Watch {
 public:
-    VirtualWatch(VirtualLoop& loop, int fileDescriptor, Function function)
-        : function_(std::move(function)), loop_(loop), place_(loop.watches_.emplace(fileDescriptor, this)) {}
+    VirtualWatch(VirtualLoop& loop, Watched watched, Function function)
+        : loop_(loop), place_(loop.watches_.emplace(watched, std::make_shared<Function>(std::move(function)))) {}
 
     VirtualWatch(const VirtualWatch&) = delete;
     VirtualWatch& operator=(const VirtualWatch&) = delete;
 
     ~VirtualWatch() override { loop_.watches_.erase(place_); }
 
-    void call() const { function_(); }
-
 private:
-    Function function_;
     VirtualLoop& loop_;
-    std::multimap<int, VirtualWatch*>::iterator place_;
+    Watches::iterator place_;
 };
 
 VirtualLoop::~VirtualLoop() {
@@ -109,8 +107,8 @@ void VirtualLoop::cancel(CallId call) {
     due_.erase(found);
 }
 
-std::unique_ptr<EventLoop::Watch> VirtualLoop::watch(int fileDescriptor, Function function) {
-    return std::make_unique<VirtualWatch>(*this, fileDescriptor, std::move(function));
+std::unique_ptr<EventLoop::Watch> VirtualLoop::watch(int fileDescriptor, Readiness readiness, Function function) {
+    return std::make_unique<VirtualWatch>(*this, Watched(fileDescriptor, readiness), std::move(function));
 }
 
 std::unique_ptr<SerialQueue> VirtualLoop::makeSerialQueue(std::string label) {
@@ -152,14 +150,15 @@ bool VirtualLoop::runNext() {
     return true;
 }
 
-void VirtualLoop::becomeReadable(int fileDescriptor) {
-    const auto [begin, end] = watches_.equal_range(fileDescriptor);
-    std::vector<VirtualWatch*> concerned;
-    for (auto at = begin; at != end; ++at) {
-        concerned.push_back(at->second);
-    }
-    for (const VirtualWatch* const one : concerned) {
-        one->call();
+void VirtualLoop::becomeReady(int fileDescriptor, Readiness readiness) {
+    // One that ends on the way is not called any more, and its function lasts as long as its call.
+    std::vector<std::weak_ptr<Function>> concerned;
+    const auto [begin, end] = watches_.equal_range(Watched(fileDescriptor, readiness));
+    std::transform(begin, end, std::back_inserter(concerned), [](const auto& entry) { return entry.second; });
+    for (const auto& one : concerned) {
+        if (const auto function = one.lock()) {
+            (*function)();
+        }
     }
 }
 

@@ -24,7 +24,7 @@ public:
     CallId post(Function function) override;
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
     void cancel(CallId call) override;
-    std::unique_ptr<Watch> watch(int fileDescriptor, Function function) override;
+    std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
 
     /// A queue whose jobs run in turns of this loop, or at its destruction; with `usesThreads` one on a real thread.
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
@@ -46,8 +46,8 @@ public:
     /// Sets the wall clock forward or back; waiting goes on unmoved.
     void shiftWallClock(double seconds) { wallShift_ += seconds; }
 
-    /// Pretends that the descriptor can be read.
-    void becomeReadable(int fileDescriptor);
+    /// Pretends that the descriptor is ready, once.
+    void becomeReady(int fileDescriptor, Readiness readiness);
 
     /// Nanoseconds since the loop was made.
     [[nodiscard]] std::uint64_t elapsed() const { return elapsed_; }
@@ -60,6 +60,8 @@ public:
 private:
     class Queue;
     class VirtualWatch;
+    using Watched = std::pair<int, Readiness>;
+    using Watches = std::multimap<Watched, std::shared_ptr<Function>>;
 
     std::uint64_t elapsed_ = 0;
     double wallShift_ = 0.0;
@@ -67,7 +69,7 @@ private:
     std::map<std::pair<std::uint64_t, std::uint64_t>, Function> calls_;
     /// When each pending call is due, by identifier.
     std::map<std::uint64_t, std::uint64_t> due_;
-    std::multimap<int, VirtualWatch*> watches_;
+    Watches watches_;
     std::string queueLabel_;
 };
 

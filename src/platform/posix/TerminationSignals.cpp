@@ -54,7 +54,7 @@ TerminationSignals::TerminationSignals(EventLoop& loop, std::function<void()> re
     if (countDescriptor < 0) {
         return;
     }
-    watch_ = loop.watch(countDescriptor, [requested = std::move(requested)] {
+    watch_ = loop.watch(countDescriptor, EventLoop::Readiness::readable, [requested = std::move(requested)] {
         std::uint64_t count = 0;
         if (read(countDescriptor, &count, sizeof count) == sizeof count) {
             requested();

@@ -33,7 +33,10 @@ std::uint64_t monotonicNow() {
 
 class NotifierWatch final : public EventLoop::Watch {
 public:
-    NotifierWatch(int fileDescriptor, EventLoop::Function function) : notifier_(fileDescriptor, QSocketNotifier::Read) {
+    NotifierWatch(int fileDescriptor, EventLoop::Readiness readiness, EventLoop::Function function)
+        : notifier_(fileDescriptor,
+                    readiness == EventLoop::Readiness::readable ? QSocketNotifier::Read : QSocketNotifier::Write) {
+        // The notifier expects to be destroyed inside its signal, and the connection keeps the function meanwhile.
         QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, std::move(function));
     }
 
@@ -109,8 +112,8 @@ void QtEventLoop::cancel(CallId call) {
     }
 }
 
-std::unique_ptr<EventLoop::Watch> QtEventLoop::watch(int fileDescriptor, Function function) {
-    return std::make_unique<NotifierWatch>(fileDescriptor, std::move(function));
+std::unique_ptr<EventLoop::Watch> QtEventLoop::watch(int fileDescriptor, Readiness readiness, Function function) {
+    return std::make_unique<NotifierWatch>(fileDescriptor, readiness, std::move(function));
 }
 
 std::unique_ptr<SerialQueue> QtEventLoop::makeSerialQueue(std::string label) {

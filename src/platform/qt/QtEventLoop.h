@@ -29,7 +29,7 @@ public:
     CallId post(Function function) override;
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
     void cancel(CallId call) override;
-    std::unique_ptr<Watch> watch(int fileDescriptor, Function function) override;
+    std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
 
 protected:

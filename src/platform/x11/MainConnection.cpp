@@ -8,7 +8,8 @@ MainConnection::MainConnection(XcbConnection connection, EventLoop& loop, Server
     : connection_(std::move(connection)),
       loop_(loop),
       loss_(loss),
-      watch_(loop.watch(xcb_get_file_descriptor(connection_.get()), [this] { onReadable(); })) {}
+      watch_(loop.watch(xcb_get_file_descriptor(connection_.get()), EventLoop::Readiness::readable,
+                        [this] { onReadable(); })) {}
 
 void MainConnection::settle() {
     xcb_flush(get());
@@ -51,9 +52,8 @@ void MainConnection::noticeLoss() {
         return;
     }
     loss_.report();
-    // The descriptor of a broken connection can be read for ever. The watch may be the one that is calling, so it ends
-    // later.
-    endOfWatch_ = ScheduledCall(loop_, loop_.post([this] { watch_.reset(); }));
+    // The descriptor of a broken connection can be read for ever.
+    watch_.reset();
 }
 
 } // namespace velloran::platform::x11

@@ -47,7 +47,6 @@ private:
     std::unique_ptr<EventLoop::Watch> watch_;
     bool isHandingOnRequested_ = false;
     ScheduledCall handingOn_;
-    ScheduledCall endOfWatch_;
 };
 
 } // namespace velloran::platform::x11

@@ -14,7 +14,7 @@ ServerLoss::ServerLoss(EventLoop& loop, std::function<void()> onLost)
     if (wakeUp_ < 0) {
         fatalError("The system grants no event descriptor");
     }
-    watch_ = loop_.watch(wakeUp_, [this] { tell(); });
+    watch_ = loop_.watch(wakeUp_, EventLoop::Readiness::readable, [this] { tell(); });
 }
 
 ServerLoss::~ServerLoss() {

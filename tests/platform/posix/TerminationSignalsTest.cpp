@@ -26,7 +26,7 @@ public:
 
     void cancel(CallId) override {}
 
-    [[nodiscard]] std::unique_ptr<Watch> watch(int, Function function) override {
+    [[nodiscard]] std::unique_ptr<Watch> watch(int, Readiness, Function function) override {
         function_ = std::move(function);
         return std::make_unique<Watch>();
     }

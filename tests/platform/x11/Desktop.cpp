@@ -25,7 +25,7 @@ void Desktop::SetUp() {
     watcher = std::make_unique<observer::InputWatcher>(*other);
     ASSERT_TRUE(watcher->listenToServer());
     // Only to wake the loop up: reading happens in until().
-    otherWatch_ = loop.watch(other->fileDescriptor(), [] {});
+    otherWatch_ = loop.watch(other->fileDescriptor(), EventLoop::Readiness::readable, [] {});
     auto connected = platform::x11::X11Platform::connect(
         loop, [this] { ++losses; }, {}, server.displayName().c_str());
     ASSERT_TRUE(connected.ok()) << connected.error().message;
