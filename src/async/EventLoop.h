@@ -11,8 +11,8 @@ namespace velloran {
 
 class SerialQueue;
 
-/// The one source of time, waiting and turns for the whole program. All functions are called on the loop's own thread,
-/// and everything handed to it is called there.
+/// The one source of time, waiting and turns for the whole program. All functions but one are called on the loop's own
+/// thread, and everything handed to it is called there.
 class EventLoop {
 public:
     using Function = std::function<void()>;
@@ -43,6 +43,10 @@ public:
 
     /// Calls `function` in a later turn. Posted functions are called in the order in which they were posted.
     virtual CallId post(Function function) = 0;
+
+    /// Calls `function` in a later turn; for every thread, while the loop is sure to exist. Functions that one thread
+    /// posts are called in their order. Those left when the loop ends are destroyed on its thread.
+    virtual void postFromAnyThread(Function function) = 0;
 
     /// Calls `function` once, when that many nanoseconds have passed. Waiting goes by a clock that nobody sets; calls
     /// that are due at the same time happen in the order in which they were asked for.

@@ -1,8 +1,12 @@
 #include "fakes/VirtualLoop.h"
 
 #include <gtest/gtest.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace velloran::fakes {
@@ -13,6 +17,18 @@ using Order = std::vector<int>;
 
 constexpr auto readable = EventLoop::Readiness::readable;
 constexpr auto writable = EventLoop::Readiness::writable;
+
+/// A descriptor that can be read when it begins with one, and always be written.
+struct Counter {
+    explicit Counter(unsigned begin) : descriptor(eventfd(begin, EFD_NONBLOCK | EFD_CLOEXEC)) {}
+
+    Counter(const Counter&) = delete;
+    Counter& operator=(const Counter&) = delete;
+
+    ~Counter() { close(descriptor); }
+
+    const int descriptor;
+};
 
 } // namespace
 
@@ -108,31 +124,55 @@ TEST(VirtualLoop, QueueDrainsAtItsEnd) {
 TEST(VirtualLoop, WatchesHearOfTheirDescriptorWhileTheyExist) {
     VirtualLoop loop;
     Order order;
-    auto watch = loop.watch(5, readable, [&] { order.push_back(5); });
-    const auto writing = loop.watch(5, writable, [&] { order.push_back(-5); });
-    const auto other = loop.watch(6, readable, [&] { order.push_back(6); });
-    loop.becomeReady(5, readable);
+    const Counter full(1);
+    const Counter empty(0);
+    auto watch = loop.watch(full.descriptor, readable, [&] { order.push_back(1); });
+    const auto writing = loop.watch(full.descriptor, writable, [&] { order.push_back(2); });
+    const auto other = loop.watch(empty.descriptor, readable, [&] { order.push_back(3); });
+    EXPECT_TRUE(order.empty());
+    loop.look();
+    EXPECT_EQ(order, (Order{1, 2}));
     watch.reset();
-    loop.becomeReady(5, readable);
-    EXPECT_EQ(order, Order{5});
-    loop.becomeReady(5, writable);
-    EXPECT_EQ(order, (Order{5, -5}));
+    loop.look();
+    EXPECT_EQ(order, (Order{1, 2, 2}));
 }
 
 TEST(VirtualLoop, AWatchThatEndsInsideACallIsNotCalledAnyMore) {
     VirtualLoop loop;
     Order order;
+    const Counter full(1);
     std::unique_ptr<EventLoop::Watch> first;
     std::unique_ptr<EventLoop::Watch> second;
-    first = loop.watch(5, readable, [&, held = std::make_shared<int>(1)] {
+    first = loop.watch(full.descriptor, readable, [&, held = std::make_shared<int>(1)] {
         first.reset();
         second.reset();
         order.push_back(*held);
     });
-    second = loop.watch(5, readable, [&] { order.push_back(2); });
-    loop.becomeReady(5, readable);
-    loop.becomeReady(5, readable);
+    second = loop.watch(full.descriptor, readable, [&] { order.push_back(2); });
+    loop.look();
+    loop.look();
     EXPECT_EQ(order, Order{1});
+}
+
+TEST(VirtualLoop, TakesCallsFromEveryThread) {
+    constexpr int callsOfEach = 1000;
+    VirtualLoop loop;
+    std::vector<Order> orders(4);
+    std::vector<std::jthread> threads;
+    for (Order& order : orders) {
+        threads.emplace_back([&loop, &order] {
+            for (int call = 0; call < callsOfEach; ++call) {
+                loop.postFromAnyThread([&order, call] { order.push_back(call); });
+            }
+        });
+    }
+    for (const Order& order : orders) {
+        while (order.size() < callsOfEach) {
+            loop.runDue();
+        }
+        EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    }
+    EXPECT_FALSE(loop.runNext());
 }
 
 TEST(ScheduledCall, CancelsAtItsEndAndWhenAssignedOver) {

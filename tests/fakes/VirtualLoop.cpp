@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
-#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -60,8 +59,10 @@ private:
 
 class VirtualLoop::VirtualWatch final : public EventLoop::Watch {
 public:
-    VirtualWatch(VirtualLoop& loop, Watched watched, Function function)
-        : loop_(loop), place_(loop.watches_.emplace(watched, std::make_shared<Function>(std::move(function)))) {}
+    VirtualWatch(VirtualLoop& loop, const pollfd& descriptor, Function function)
+        : loop_(loop),
+          place_(loop.watches_.emplace(loop.watches_.end(), descriptor,
+                                       std::make_shared<Function>(std::move(function)))) {}
 
     VirtualWatch(const VirtualWatch&) = delete;
     VirtualWatch& operator=(const VirtualWatch&) = delete;
@@ -74,6 +75,7 @@ private:
 };
 
 VirtualLoop::~VirtualLoop() {
+    takeOver();
     // Letting go of a call may cancel others, so each leaves the maps before it is destroyed.
     while (!calls_.empty()) {
         const auto node = calls_.extract(calls_.begin());
@@ -87,6 +89,11 @@ Date VirtualLoop::now() const {
 
 EventLoop::CallId VirtualLoop::post(Function function) {
     return callAfter(0, std::move(function));
+}
+
+void VirtualLoop::postFromAnyThread(Function function) {
+    const std::lock_guard lock(handedOverMutex_);
+    handedOver_.push_back(std::move(function));
 }
 
 EventLoop::CallId VirtualLoop::callAfter(std::uint64_t nanoseconds, Function function) {
@@ -108,7 +115,8 @@ void VirtualLoop::cancel(CallId call) {
 }
 
 std::unique_ptr<EventLoop::Watch> VirtualLoop::watch(int fileDescriptor, Readiness readiness, Function function) {
-    return std::make_unique<VirtualWatch>(*this, Watched(fileDescriptor, readiness), std::move(function));
+    const short awaited = readiness == Readiness::readable ? POLLIN : POLLOUT;
+    return std::make_unique<VirtualWatch>(*this, pollfd{fileDescriptor, awaited, 0}, std::move(function));
 }
 
 std::unique_ptr<SerialQueue> VirtualLoop::makeSerialQueue(std::string label) {
@@ -129,8 +137,10 @@ void VirtualLoop::advance(double seconds) {
 
 void VirtualLoop::advanceNanoseconds(std::uint64_t nanoseconds) {
     const std::uint64_t end = elapsed_ + nanoseconds;
+    takeOver();
     while (!calls_.empty() && calls_.begin()->first.first <= end) {
         runNext();
+        takeOver();
     }
     elapsed_ = std::max(elapsed_, end);
 }
@@ -140,6 +150,7 @@ void VirtualLoop::spend(double seconds) {
 }
 
 bool VirtualLoop::runNext() {
+    takeOver();
     if (calls_.empty()) {
         return false;
     }
@@ -150,16 +161,29 @@ bool VirtualLoop::runNext() {
     return true;
 }
 
-void VirtualLoop::becomeReady(int fileDescriptor, Readiness readiness) {
-    // One that ends on the way is not called any more, and its function lasts as long as its call.
-    std::vector<std::weak_ptr<Function>> concerned;
-    const auto [begin, end] = watches_.equal_range(Watched(fileDescriptor, readiness));
-    std::transform(begin, end, std::back_inserter(concerned), [](const auto& entry) { return entry.second; });
-    for (const auto& one : concerned) {
-        if (const auto function = one.lock()) {
+void VirtualLoop::look() {
+    std::vector<pollfd> descriptors;
+    std::vector<std::weak_ptr<Function>> functions;
+    for (const auto& [descriptor, function] : watches_) {
+        descriptors.push_back(descriptor);
+        functions.emplace_back(function);
+    }
+    poll(descriptors.data(), descriptors.size(), 0);
+    for (std::size_t i = 0; i < descriptors.size(); ++i) {
+        // One that has ended on the way is not called any more, and a function lasts as long as its call.
+        const auto function = functions[i].lock();
+        if (function && descriptors[i].revents != 0) {
             (*function)();
         }
     }
+}
+
+void VirtualLoop::takeOver() {
+    const std::lock_guard lock(handedOverMutex_);
+    for (Function& function : handedOver_) {
+        post(std::move(function));
+    }
+    handedOver_.clear();
 }
 
 } // namespace velloran::fakes

@@ -3,11 +3,16 @@
 #include "async/EventLoop.h"
 #include "async/SerialQueue.h"
 
+#include <poll.h>
+
 #include <cstdint>
+#include <list>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace velloran::fakes {
 
@@ -22,6 +27,7 @@ public:
 
     Date now() const override;
     CallId post(Function function) override;
+    void postFromAnyThread(Function function) override;
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
     void cancel(CallId call) override;
     std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
@@ -46,8 +52,8 @@ public:
     /// Sets the wall clock forward or back; waiting goes on unmoved.
     void shiftWallClock(double seconds) { wallShift_ += seconds; }
 
-    /// Pretends that the descriptor is ready, once.
-    void becomeReady(int fileDescriptor, Readiness readiness);
+    /// Looks at the watched descriptors and makes one call for each that is ready.
+    void look();
 
     /// Nanoseconds since the loop was made.
     [[nodiscard]] std::uint64_t elapsed() const { return elapsed_; }
@@ -60,8 +66,10 @@ public:
 private:
     class Queue;
     class VirtualWatch;
-    using Watched = std::pair<int, Readiness>;
-    using Watches = std::multimap<Watched, std::shared_ptr<Function>>;
+    /// In the order of asking.
+    using Watches = std::list<std::pair<pollfd, std::shared_ptr<Function>>>;
+
+    void takeOver();
 
     std::uint64_t elapsed_ = 0;
     double wallShift_ = 0.0;
@@ -69,6 +77,9 @@ private:
     std::map<std::pair<std::uint64_t, std::uint64_t>, Function> calls_;
     /// When each pending call is due, by identifier.
     std::map<std::uint64_t, std::uint64_t> due_;
+    std::mutex handedOverMutex_; // guards what follows
+    std::vector<Function> handedOver_;
+
     Watches watches_;
     std::string queueLabel_;
 };

@@ -59,7 +59,7 @@ QtEventLoop::QtEventLoop() : timer_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK
 QtEventLoop::~QtEventLoop() {
     notifier_.reset();
     // Letting go of a function may cancel other calls and ask for new ones, so each leaves its container first.
-    while (!posted_.empty() || !timed_.empty()) {
+    for (takeOver(); !posted_.empty() || !timed_.empty(); takeOver()) {
         if (!posted_.empty()) {
             const auto dropped = std::move(posted_.front());
             posted_.pop_front();
@@ -83,6 +83,14 @@ EventLoop::CallId QtEventLoop::post(Function function) {
     posted_.emplace_back(id, std::move(function));
     requestTurn();
     return CallId{id};
+}
+
+void QtEventLoop::postFromAnyThread(Function function) {
+    {
+        const std::lock_guard lock(handedOverMutex_);
+        handedOver_.push_back(std::move(function));
+    }
+    QCoreApplication::postEvent(this, new QEvent(turnEvent()));
 }
 
 EventLoop::CallId QtEventLoop::callAfter(std::uint64_t nanoseconds, Function function) {
@@ -135,8 +143,17 @@ void QtEventLoop::requestTurn() {
     }
 }
 
+void QtEventLoop::takeOver() {
+    const std::lock_guard lock(handedOverMutex_);
+    for (Function& function : handedOver_) {
+        posted_.emplace_back(++lastId_, std::move(function));
+    }
+    handedOver_.clear();
+}
+
 void QtEventLoop::runPosted() {
     isTurnRequested_ = false;
+    takeOver();
     // Those posted from inside belong to a later turn, so that posting for ever does not keep out everything else.
     const std::uint64_t last = lastId_;
     while (!posted_.empty() && posted_.front().first <= last) {

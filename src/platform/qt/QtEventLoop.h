@@ -9,8 +9,10 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace velloran::platform::qt {
 
@@ -27,6 +29,7 @@ public:
 
     Date now() const override;
     CallId post(Function function) override;
+    void postFromAnyThread(Function function) override;
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
     void cancel(CallId call) override;
     std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
@@ -39,6 +42,7 @@ private:
     using Deadline = std::pair<std::uint64_t, std::uint64_t>; // monotonic nanoseconds, identifier
 
     void requestTurn();
+    void takeOver();
     void runPosted();
     void runDue();
     void arm();
@@ -46,6 +50,9 @@ private:
     std::uint64_t lastId_ = 0;
     std::deque<std::pair<std::uint64_t, Function>> posted_;
     bool isTurnRequested_ = false;
+    std::mutex handedOverMutex_; // guards what follows
+    std::vector<Function> handedOver_;
+
     std::map<Deadline, Function> timed_;
     std::unordered_map<std::uint64_t, std::uint64_t> deadlines_;
     int timer_ = -1;

@@ -1,6 +1,6 @@
 #include "platform/posix/TerminationSignals.h"
 
-#include "async/SerialQueue.h"
+#include "fakes/VirtualLoop.h"
 
 #include <gtest/gtest.h>
 
@@ -14,30 +14,6 @@
 namespace velloran::platform::posix {
 
 namespace {
-
-/// Watches one file descriptor, and looks at it when told to.
-class OneWatchLoop : public EventLoop {
-public:
-    [[nodiscard]] Date now() const override { return {}; }
-
-    CallId post(Function) override { return CallId::none; }
-
-    CallId callAfter(std::uint64_t, Function) override { return CallId::none; }
-
-    void cancel(CallId) override {}
-
-    [[nodiscard]] std::unique_ptr<Watch> watch(int, Readiness, Function function) override {
-        function_ = std::move(function);
-        return std::make_unique<Watch>();
-    }
-
-    [[nodiscard]] std::unique_ptr<SerialQueue> makeSerialQueue(std::string) override { return nullptr; }
-
-    void look() { function_(); }
-
-private:
-    Function function_;
-};
 
 /// The exit status of a program that is started without a copy of this process, so that nothing of this program runs in
 /// between.
@@ -56,7 +32,7 @@ int statusOf(const char* program, const char* const* arguments) {
 TEST(TerminationSignalsTest, everySignalIsACallAndEndsNothing) {
     TerminationSignals::hold();
     raise(SIGHUP);
-    OneWatchLoop loop;
+    fakes::VirtualLoop loop;
     int calls = 0;
     const TerminationSignals signals(loop, [&calls] { calls += 1; });
     loop.look();
@@ -77,7 +53,7 @@ TEST(TerminationSignalsTest, theyAreHeardAlsoWhereTheStarterHeldThemBack) {
     sigaddset(&held, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &held, nullptr);
     TerminationSignals::hold();
-    OneWatchLoop loop;
+    fakes::VirtualLoop loop;
     int calls = 0;
     const TerminationSignals signals(loop, [&calls] { calls += 1; });
     raise(SIGTERM);

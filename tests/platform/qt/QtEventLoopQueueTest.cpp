@@ -2,6 +2,9 @@
 
 #include "async/SerialQueue.h"
 
+#include <QThread>
+
+#include <algorithm>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -52,6 +55,27 @@ TEST_F(QtEventLoopTest, TheLoopDoesNotWaitForAQueue) {
     EXPECT_EQ(fromQueue.size(), 1U);
 }
 
+TEST_F(QtEventLoopTest, CallsFromOtherThreadsWakeTheLoopAndComeInTheirOrder) {
+    constexpr int callsOfEach = 1000;
+    std::vector<std::vector<int>> orders(4);
+    std::vector<std::jthread> threads;
+    for (auto& order : orders) {
+        threads.emplace_back([this, &order] {
+            for (int call = 0; call < callsOfEach; ++call) {
+                loop.postFromAnyThread([this, &order, call, own = std::this_thread::get_id()] {
+                    order.push_back(call);
+                    EXPECT_EQ(QThread::currentThread(), loop.thread());
+                    EXPECT_NE(std::this_thread::get_id(), own);
+                });
+            }
+        });
+    }
+    for (const auto& order : orders) {
+        turnUntil([&order] { return order.size() == callsOfEach; });
+        EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    }
+}
+
 TEST(QtEventLoopEnd, PendingCallsAreDroppedEvenWhenTheyHoldEachOther) {
     auto held = std::make_shared<int>(0);
     const std::weak_ptr<int> watched = held;
@@ -82,12 +106,13 @@ TEST(QtEventLoopEnd, WhatIsAskedForWhileItEndsIsDroppedToo) {
     bool isCalled = false;
     {
         QtEventLoop loop;
-        // Its end asks for two more calls.
+        // Its end asks for three more calls.
         const std::shared_ptr<void> asking(nullptr, [&](void*) {
             loop.post([&isCalled] { isCalled = true; });
             loop.callAfter(0, [&isCalled] { isCalled = true; });
+            loop.postFromAnyThread([&isCalled] { isCalled = true; });
         });
-        loop.post([asking] {});
+        loop.postFromAnyThread([asking] {});
     }
     EXPECT_FALSE(isCalled);
 }
