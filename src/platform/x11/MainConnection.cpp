@@ -4,7 +4,7 @@
 
 namespace velloran::platform::x11 {
 
-MainConnection::MainConnection(XcbConnection connection, EventLoop& loop, ServerLoss& loss)
+MainConnection::MainConnection(XcbConnection connection, EventLoop& loop, ConnectionLoss& loss)
     : connection_(std::move(connection)),
       loop_(loop),
       loss_(loss),

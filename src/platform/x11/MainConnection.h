@@ -1,7 +1,7 @@
 #pragma once
 
 #include "async/EventLoop.h"
-#include "platform/x11/ServerLoss.h"
+#include "async/ConnectionLoss.h"
 #include "platform/x11/XcbHandles.h"
 
 #include <deque>
@@ -16,7 +16,7 @@ class MainConnection {
 public:
     using EventReceiver = std::function<void(const xcb_generic_event_t&)>;
 
-    MainConnection(XcbConnection connection, EventLoop& loop, ServerLoss& loss);
+    MainConnection(XcbConnection connection, EventLoop& loop, ConnectionLoss& loss);
     MainConnection(const MainConnection&) = delete;
     MainConnection& operator=(const MainConnection&) = delete;
     ~MainConnection() = default;
@@ -41,7 +41,7 @@ private:
 
     XcbConnection connection_;
     EventLoop& loop_;
-    ServerLoss& loss_;
+    ConnectionLoss& loss_;
     EventReceiver receiver_;
     std::deque<XcbOwned<xcb_generic_event_t>> events_;
     std::unique_ptr<EventLoop::Watch> watch_;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/InputTrust.h"
-#include "platform/x11/ServerLoss.h"
+#include "async/ConnectionLoss.h"
 #include "platform/x11/X11PointerEvents.h"
 
 namespace velloran::platform::x11 {
@@ -9,7 +9,7 @@ namespace velloran::platform::x11 {
 /// X11 has no permission to ask for: input may be posted whenever the server takes it.
 class X11InputTrust final : public InputTrust {
 public:
-    X11InputTrust(const X11PointerEvents& events, const ServerLoss& loss) : events_(events), loss_(loss) {}
+    X11InputTrust(const X11PointerEvents& events, const ConnectionLoss& loss) : events_(events), loss_(loss) {}
 
     bool isTrusted() override { return events_.canPost() && !loss_.isLost(); }
 
@@ -22,7 +22,7 @@ public:
 
 private:
     const X11PointerEvents& events_;
-    const ServerLoss& loss_;
+    const ConnectionLoss& loss_;
 };
 
 } // namespace velloran::platform::x11

@@ -1,7 +1,7 @@
 #include "platform/x11/X11Platform.h"
 
 #include "platform/x11/MainConnection.h"
-#include "platform/x11/ServerLoss.h"
+#include "async/ConnectionLoss.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11InputTrust.h"
 #include "platform/x11/X11Keyboard.h"
@@ -49,7 +49,7 @@ struct X11Platform::Parts {
           inputTrust(pointerEvents, loss),
           hotKeys(connection, keyboard) {}
 
-    ServerLoss loss;
+    ConnectionLoss loss;
     MainConnection connection;
     X11Keyboard keyboard;
     X11PointerEvents pointerEvents;

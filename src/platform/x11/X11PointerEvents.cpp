@@ -30,7 +30,7 @@ bool answersXTest(xcb_connection_t* connection) {
 
 } // namespace
 
-X11PointerEvents::X11PointerEvents(XcbConnection connection, ServerLoss& loss)
+X11PointerEvents::X11PointerEvents(XcbConnection connection, ConnectionLoss& loss)
     : connection_(std::move(connection)),
       loss_(loss),
       canPost_(answersXTest(connection_.get())),

@@ -2,7 +2,7 @@
 
 #include "platform/PointerEvents.h"
 #include "platform/x11/ButtonMapping.h"
-#include "platform/x11/ServerLoss.h"
+#include "async/ConnectionLoss.h"
 #include "platform/x11/XcbHandles.h"
 
 #include <vector>
@@ -14,7 +14,7 @@ namespace velloran::platform::x11 {
 /// server, or without the extension, everything is a no-op.
 class X11PointerEvents final : public PointerEvents {
 public:
-    X11PointerEvents(XcbConnection connection, ServerLoss& loss);
+    X11PointerEvents(XcbConnection connection, ConnectionLoss& loss);
 
     /// Whether XTEST answered when the connection was made. May be asked on any thread.
     [[nodiscard]] bool canPost() const { return canPost_; }
@@ -30,7 +30,7 @@ private:
     void noticeLoss();
 
     const XcbConnection connection_;
-    ServerLoss& loss_;
+    ConnectionLoss& loss_;
     const bool canPost_;
     ButtonMapping mapping_;
     std::vector<MouseEvent> pending_;

@@ -1,6 +1,6 @@
 #include "harness/observer/ClickReport.h"
 #include "async/SerialQueue.h"
-#include "platform/x11/ServerLoss.h"
+#include "async/ConnectionLoss.h"
 #include "platform/x11/X11PointerEvents.h"
 #include "platform/x11/Desktop.h"
 
@@ -86,7 +86,7 @@ protected:
     std::unique_ptr<platform::x11::X11PointerEvents> pointer;
 
 private:
-    platform::x11::ServerLoss loss_{loop, {}};
+    ConnectionLoss loss_{loop, {}};
     int descriptor_ = -1;
 };
 

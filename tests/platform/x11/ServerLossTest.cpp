@@ -1,4 +1,4 @@
-#include "platform/x11/ServerLoss.h"
+#include "async/ConnectionLoss.h"
 
 #include "async/SerialQueue.h"
 #include "platform/x11/X11Keyboard.h"
@@ -116,7 +116,7 @@ TEST_F(ServerLossTest, ClickingGoesOnHarmlesslyOnItsThread) {
 
 TEST_F(ServerLossTest, TheClicksNoticeByThemselves) {
     int told = 0;
-    x11::ServerLoss loss(loop, [&told] { ++told; });
+    ConnectionLoss loss(loop, [&told] { ++told; });
     x11::X11PointerEvents pointer(x11::XcbConnection(xcb_connect(server.displayName().c_str(), nullptr)), loss);
     ASSERT_TRUE(pointer.canPost());
     click(pointer);
@@ -174,24 +174,6 @@ TEST_F(ServerLossTest, TheReceiverMayEndThePlatform) {
     server.crash();
     ASSERT_TRUE(until([&told] { return told > 0; }));
     EXPECT_EQ(second, nullptr);
-    idle();
-    EXPECT_EQ(told, 1);
-}
-
-TEST_F(ServerLossTest, ReportsFromManyThreadsAreToldOnce) {
-    int told = 0;
-    x11::ServerLoss loss(loop, [&told] { ++told; });
-    EXPECT_FALSE(loss.isLost());
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < 8; ++i) {
-            threads.emplace_back([&loss] { loss.report(); });
-        }
-    }
-    EXPECT_TRUE(loss.isLost());
-    EXPECT_EQ(told, 0);
-    ASSERT_TRUE(until([&told] { return told > 0; }));
-    loss.report();
     idle();
     EXPECT_EQ(told, 1);
 }
