@@ -1,19 +1,11 @@
 #include "async/BackgroundJob.h"
 
-#include <pthread.h>
+#include "async/startThread.h"
 
 #include <condition_variable>
-#include <csignal>
-#include <mutex>
 #include <utility>
 
 namespace velloran {
-
-namespace {
-
-constexpr std::size_t threadNameLength = 15;
-
-} // namespace
 
 struct BackgroundJob::Shared {
     explicit Shared(std::function<void()> theJob) : job(std::move(theJob)) {}
@@ -59,17 +51,12 @@ void BackgroundJob::request() {
     if (thread_.joinable()) {
         return;
     }
-    // Signals to the process are the main thread's business. A new thread starts with the mask of the one that makes
-    // it.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread([shared = shared_, name = label_.substr(0, threadNameLength)] {
-        pthread_setname_np(pthread_self(), name.c_str());
-        work(*shared);
-    });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    thread_ = startThread(label_, [shared = shared_] { work(*shared); });
+    if (!thread_.joinable()) {
+        // Somebody waits after all, rather than that nothing is done.
+        std::unique_lock lock(shared_->mutex);
+        doOnce(*shared_, lock);
+    }
 }
 
 bool BackgroundJob::waitUntilDone(std::chrono::milliseconds atMost) const {
@@ -84,14 +71,18 @@ void BackgroundJob::work(Shared& shared) {
         if (shared.isEnding) {
             return;
         }
-        shared.isRequested = false;
-        shared.isUnderWay = true;
-        lock.unlock();
-        shared.job();
-        lock.lock();
-        shared.isUnderWay = false;
-        shared.changed.notify_all();
+        doOnce(shared, lock);
     }
+}
+
+void BackgroundJob::doOnce(Shared& shared, std::unique_lock<std::mutex>& lock) {
+    shared.isRequested = false;
+    shared.isUnderWay = true;
+    lock.unlock();
+    shared.job();
+    lock.lock();
+    shared.isUnderWay = false;
+    shared.changed.notify_all();
 }
 
 } // namespace velloran

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 
@@ -10,7 +11,8 @@ namespace velloran {
 
 /// One job on a thread of its own, which starts with the first request and sleeps between them. The job is done again
 /// after every request; requests that come before it begins are answered by doing it once. For work that may be held up
-/// for any time, by a disk for instance, without anybody waiting for it. All functions are called on one thread.
+/// for any time, by a disk for instance, without anybody waiting for it. Only while the system grants no thread, a
+/// request does the job itself. All functions are called on one thread.
 class BackgroundJob {
 public:
     /// The thread carries the label (cut to the 15 characters the system keeps). The job must not throw. It may outlive
@@ -31,6 +33,7 @@ private:
     struct Shared;
 
     static void work(Shared& shared);
+    static void doOnce(Shared& shared, std::unique_lock<std::mutex>& lock);
 
     std::string label_;
     /// Outlives this object while the job is under way.

@@ -1,19 +1,19 @@
 #include "async/ThreadQueue.h"
 
-#include <pthread.h>
+#include "async/startThread.h"
+#include "base/fatal.h"
+
 #include <sys/prctl.h>
 
 #include <utility>
 
 namespace velloran {
 
-namespace {
-
-constexpr std::size_t threadNameLength = 15;
-
-} // namespace
-
-ThreadQueue::ThreadQueue(const std::string& label) : thread_([this, label] { work(label); }) {}
+ThreadQueue::ThreadQueue(const std::string& label) : thread_(startThread(label, [this] { work(); })) {
+    if (!thread_.joinable()) {
+        fatalError("The system grants no thread");
+    }
+}
 
 ThreadQueue::~ThreadQueue() {
     {
@@ -32,9 +32,8 @@ void ThreadQueue::async(std::function<void()> job) {
     changed_.notify_one();
 }
 
-void ThreadQueue::work(const std::string& label) {
-    // Neither call can fail in a way that would matter: the name is for people, the slack for the last microseconds.
-    pthread_setname_np(pthread_self(), label.substr(0, threadNameLength).c_str());
+void ThreadQueue::work() {
+    // Without it the kernel may let each wait run over by 50 microseconds.
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     std::unique_lock lock(mutex_);
     while (true) {

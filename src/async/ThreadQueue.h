@@ -10,8 +10,8 @@
 
 namespace velloran {
 
-/// The serial queue of real loops: one thread of its own, started at once. The thread carries the label (cut to the 15
-/// characters the system keeps) and asks for timers without slack. `async` may be called from any thread.
+/// The serial queue of real loops: one thread of its own, started at once. The thread carries the label, takes no
+/// signals and asks for timers without slack. Without a thread the program ends. `async` may be called from any thread.
 class ThreadQueue final : public SerialQueue {
 public:
     explicit ThreadQueue(const std::string& label);
@@ -22,7 +22,7 @@ public:
     void async(std::function<void()> job) override;
 
 private:
-    void work(const std::string& label);
+    void work();
 
     std::mutex mutex_;
     std::condition_variable changed_;

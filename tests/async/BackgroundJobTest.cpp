@@ -20,6 +20,25 @@ using namespace std::chrono_literals;
 /// Nobody waits that long but in a test that fails.
 constexpr auto forEver = 60s;
 
+/// While it exists no thread can be started: each would need more room than there is.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&before_);
+        pthread_attr_t boundless = before_;
+        EXPECT_EQ(pthread_attr_setstacksize(&boundless, std::size_t{1} << 60U), 0);
+        EXPECT_EQ(pthread_setattr_default_np(&boundless), 0);
+    }
+
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+
+    ~NoMoreThreads() { pthread_setattr_default_np(&before_); }
+
+private:
+    pthread_attr_t before_{};
+};
+
 /// A job that waits, every time, until the test lets it go on.
 class HeldJob {
 public:
@@ -142,6 +161,26 @@ TEST(BackgroundJob, RunsOnAThreadOfItsOwnThatTakesNoSignals) {
     sigset_t ours;
     pthread_sigmask(SIG_SETMASK, nullptr, &ours);
     EXPECT_EQ(sigismember(&ours, SIGCHLD), 0);
+}
+
+TEST(BackgroundJob, IsDoneAtOnceWhereTheSystemGrantsNoThread) {
+    int times = 0;
+    std::thread::id thread;
+    BackgroundJob job("velloran.saving", [&] {
+        ++times;
+        thread = std::this_thread::get_id();
+    });
+    {
+        const NoMoreThreads none;
+        job.request();
+        EXPECT_EQ(times, 1);
+        EXPECT_EQ(thread, std::this_thread::get_id());
+        EXPECT_TRUE(job.waitUntilDone(0ms));
+    }
+    job.request();
+    ASSERT_TRUE(job.waitUntilDone(forEver));
+    EXPECT_EQ(times, 2);
+    EXPECT_NE(thread, std::this_thread::get_id());
 }
 
 TEST(BackgroundJob, SeesWhatWasDoneBeforeTheRequestAndShowsWhatItDid) {

@@ -1,11 +1,11 @@
 #include "platform/pulse/TickPlayer.h"
 
-#include <pthread.h>
+#include "async/startThread.h"
+
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
 #include <utility>
 
 namespace velloran::platform::pulse {
@@ -63,9 +63,12 @@ void TickPlayer::play() {
         return;
     }
     if (!thread_.joinable()) {
-        startThread();
+        thread_ = startThread("velloran.sound", [this] { work(); });
     }
-    give(Action::play);
+    // Without a thread ticks are dropped as they are without a server.
+    if (thread_.joinable()) {
+        give(Action::play);
+    }
 }
 
 void TickPlayer::stop() {
@@ -83,18 +86,6 @@ void TickPlayer::give(Action action) {
         commands_.push_back({action, monotonicNow()});
     }
     eventfd_write(wakeUp_, 1);
-}
-
-void TickPlayer::startThread() {
-    // Signals to the process are the main thread's business. A new thread starts with the mask of the one that makes
-    // it.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread([this] { work(); });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    pthread_setname_np(thread_.native_handle(), "velloran.sound");
 }
 
 void TickPlayer::work() {

@@ -40,7 +40,6 @@ private:
     };
 
     void give(Action action);
-    void startThread();
     void work();
     void obey(const Command& command);
     void tidyUp();
