@@ -37,8 +37,9 @@ class Program:
             else:
                 self.environment[name] = value
         with open(self.log_path, "ab") as log:
-            self.process = processes.start([*desktop.as_user, PROGRAM, *arguments], self.environment, stdout=log,
-                                           stderr=stderr or log, cwd=self.folder)
+            # The tests may have been started by something that ignores hanging up.
+            command = [*desktop.as_user, "env", "--default-signal=HUP", PROGRAM, *arguments]
+            self.process = processes.start(command, self.environment, stdout=log, stderr=stderr or log, cwd=self.folder)
         self._window = None
         self._window_id = None
         self._headline = None

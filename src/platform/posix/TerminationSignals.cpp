@@ -43,6 +43,12 @@ void TerminationSignals::hold() {
     sigset_t held;
     sigemptyset(&held);
     for (const int signal : terminationSignals) {
+        struct sigaction inherited {};
+
+        // Whoever has hanging up ignored wants the program to outlive the terminal it was started from.
+        if (signal == SIGHUP && sigaction(signal, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN) {
+            continue;
+        }
         sigaction(signal, &action, nullptr);
         sigaddset(&held, signal);
     }

@@ -30,6 +30,7 @@ int statusOf(const char* program, const char* const* arguments) {
 } // namespace
 
 TEST(TerminationSignalsTest, everySignalIsACallAndEndsNothing) {
+    signal(SIGHUP, SIG_DFL);
     TerminationSignals::hold();
     raise(SIGHUP);
     fakes::VirtualLoop loop;
@@ -56,6 +57,20 @@ TEST(TerminationSignalsTest, theyAreHeardAlsoWhereTheStarterHeldThemBack) {
     fakes::VirtualLoop loop;
     int calls = 0;
     const TerminationSignals signals(loop, [&calls] { calls += 1; });
+    raise(SIGTERM);
+    loop.look();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(TerminationSignalsTest, anIgnoredHangUpStaysIgnored) {
+    signal(SIGHUP, SIG_IGN);
+    TerminationSignals::hold();
+    fakes::VirtualLoop loop;
+    int calls = 0;
+    const TerminationSignals signals(loop, [&calls] { calls += 1; });
+    raise(SIGHUP);
+    loop.look();
+    EXPECT_EQ(calls, 0);
     raise(SIGTERM);
     loop.look();
     EXPECT_EQ(calls, 1);
