@@ -26,6 +26,8 @@ std::optional<std::uint16_t> bitWithSymbol(const ModifierSymbols& symbols, std::
     return std::nullopt;
 }
 
+// By hand, because the library for key symbols takes the server's answer for granted: a server that goes at that moment
+// would take the program along. It also cannot list a key's symbols, so that it would save no line.
 ModifierSymbols symbolsOf(const xcb_get_modifier_mapping_reply_t& modifiers,
                           const xcb_get_keyboard_mapping_reply_t& keyboard, xcb_keycode_t firstKey) {
     const xcb_keycode_t* const keys = xcb_get_modifier_mapping_keycodes(&modifiers);
