@@ -43,26 +43,25 @@ void HotkeyManager::register_(const HotkeyCombo& combo, Action onFire) {
     platform::HotKeys& hotKeys = Platform::current().hotKeys;
     handlerRef_ = hotKeys.installHandler([this](const platform::HotKeyEvent* event) { return handle(event); });
     constexpr platform::HotKeyId id{hotKeySignature, hotKeyNumber};
-    platform::HotKeys::Reference hotKey = 0;
-    const platform::Status status = hotKeys.registerHotKey(combo.keyCode, combo.carbonModifiers(), id, hotKey);
-    if (status != platform::noErr) {
-        // The handler and the action stay until the next call; without a hot key nothing fires them.
-        Platform::current().systemLog.write("HotkeyManager: RegisterEventHotKey failed with status " +
-                                            std::to_string(status));
-        return;
-    }
-    hotKeyRef_ = hotKey;
+    hotKeyRef_ = hotKeys.registerHotKey(combo.keyCode, combo.carbonModifiers(), id,
+                                        [this](const platform::HotKeyAnswer& answer) { hear(answer); });
 }
 
 void HotkeyManager::unregister() {
-    // With nothing registered there may be no platform any more: this runs at the very end of the program too.
-    if (hotKeyRef_) {
-        Platform::current().hotKeys.unregisterHotKey(*std::exchange(hotKeyRef_, std::nullopt));
-    }
-    if (handlerRef_) {
-        Platform::current().hotKeys.removeHandler(*std::exchange(handlerRef_, std::nullopt));
-    }
+    hotKeyRef_.cancel();
+    handlerRef_.cancel();
     callback_ = nullptr;
+    answer_.reset();
+}
+
+void HotkeyManager::hear(const platform::HotKeyAnswer& answer) {
+    const bool isRefused = !answer_ && answer.status != platform::noErr;
+    answer_ = answer;
+    if (isRefused) {
+        // The handler and the action stay until the next call; without a hot key nothing fires them.
+        Platform::current().systemLog.write("HotkeyManager: RegisterEventHotKey failed with status " +
+                                            std::to_string(answer.status));
+    }
 }
 
 platform::Status HotkeyManager::handle(const platform::HotKeyEvent* event) {

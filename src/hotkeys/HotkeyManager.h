@@ -36,14 +36,19 @@ public:
     /// Forgets the hot key and its action. No effect when nothing is registered.
     void unregister();
 
+    /// What the desktop has said last to what is registered; nothing before it has.
+    [[nodiscard]] const std::optional<platform::HotKeyAnswer>& answer() const { return answer_; }
+
 private:
     HotkeyManager();
 
+    void hear(const platform::HotKeyAnswer& answer);
     platform::Status handle(const platform::HotKeyEvent* event);
 
-    std::optional<platform::HotKeys::Reference> hotKeyRef_;
-    std::optional<platform::HotKeys::Reference> handlerRef_;
+    Subscription hotKeyRef_;
+    Subscription handlerRef_;
     Action callback_;
+    std::optional<platform::HotKeyAnswer> answer_;
     /// Lets a press that is on its way find out whether this object still exists.
     std::shared_ptr<HotkeyManager*> self_;
 };

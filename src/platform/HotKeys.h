@@ -1,7 +1,10 @@
 #pragma once
 
+#include "async/Subscription.h"
+
 #include <cstdint>
 #include <functional>
+#include <string>
 
 namespace velloran::platform {
 
@@ -33,28 +36,40 @@ struct HotKeyEvent {
     HotKeyId hotKeyId;
 };
 
-/// Registers system-wide key combinations. Main thread; handlers are called on it.
+/// What a desktop says to a registration.
+struct HotKeyAnswer {
+    Status status = noErr;
+    /// What has to be pressed, in the desktop's words, where it bound something else than it was asked for.
+    std::string otherTrigger;
+
+    friend bool operator==(const HotKeyAnswer&, const HotKeyAnswer&) = default;
+};
+
+/// Registers system-wide key combinations. Main thread; everything handed over is called on it.
 class HotKeys {
 public:
     /// Receives presses. Returns `noErr` when it has dealt with the event.
     using Handler = std::function<Status(const HotKeyEvent*)>;
-    /// Names an installed handler or a registered hot key; zero names nothing.
-    using Reference = std::uint64_t;
+    using AnswerReceiver = std::function<void(const HotKeyAnswer&)>;
 
     HotKeys() = default;
     HotKeys(const HotKeys&) = delete;
     HotKeys& operator=(const HotKeys&) = delete;
     virtual ~HotKeys() = default;
 
-    /// Calls `handler` for every press of a registered hot key until it is removed.
-    virtual Reference installHandler(Handler handler) = 0;
-    virtual void removeHandler(Reference handler) = 0;
+    /// Calls `handler` for every press of a registered hot key, for as long as the result exists.
+    virtual Subscription installHandler(Handler handler) = 0;
 
-    /// Registers a combination: a layout-independent virtual key code and modifier bits as above. A press while it is
-    /// held counts once. On success `hotKey` names it; otherwise `hotKey` is left alone and the status says why.
-    /// The status is all that is reported: what a desktop finds out later, or takes back, goes by without a word.
-    virtual Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id, Reference& hotKey) = 0;
-    virtual void unregisterHotKey(Reference hotKey) = 0;
+    /// Registers a combination for as long as the result exists: a layout-independent virtual key code and modifier
+    /// bits as above. A press while it is held counts once.
+    ///
+    /// `answered` hears what became of it: from inside this call where the desktop knows at once, else in a later turn.
+    /// The first answer decides. With a status other than `noErr` there is no hot key, the result has no effect any
+    /// more, and no other answer follows. After `noErr` there is one for every change: a status when the desktop takes
+    /// the hot key back, and `noErr` when it gives it back or binds another trigger. The result may be destroyed from
+    /// inside an answer; none comes after that.
+    virtual Subscription registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
+                                        AnswerReceiver answered) = 0;
 };
 
 } // namespace velloran::platform

@@ -111,36 +111,35 @@ class RecordingPlatform::Keys final : public platform::HotKeys {
 public:
     explicit Keys(RecordingPlatform& owner) : owner_(owner) {}
 
-    Reference installHandler(Handler handler) override {
+    Subscription installHandler(Handler handler) override {
         owner_.note("install handler");
-        owner_.handlers.emplace(++last_, std::move(handler));
-        return last_;
+        owner_.handlers.emplace(++lastHandler_, std::move(handler));
+        return Subscription([&owner = owner_, number = lastHandler_] {
+            owner.note("remove handler");
+            owner.handlers.erase(number);
+        });
     }
 
-    void removeHandler(Reference handler) override {
-        owner_.note("remove handler");
-        owner_.handlers.erase(handler);
-    }
-
-    platform::Status registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, platform::HotKeyId id,
-                                    Reference& hotKey) override {
+    Subscription registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, platform::HotKeyId id,
+                                AnswerReceiver answered) override {
         owner_.note("register key " + std::to_string(keyCode) + " modifiers " + std::to_string(modifiers) +
                     " signature " + std::to_string(id.signature) + " id " + std::to_string(id.id));
-        if (owner_.hotKeyStatus == platform::noErr) {
-            hotKey = ++last_;
-            owner_.hotKeys.emplace(hotKey, id);
+        const int number = ++lastHotKey_;
+        owner_.hotKeys.emplace(number, std::move(answered));
+        if (owner_.hotKeyStatus) {
+            owner_.answerHotKey(number, {*owner_.hotKeyStatus, {}});
         }
-        return owner_.hotKeyStatus;
-    }
-
-    void unregisterHotKey(Reference hotKey) override {
-        owner_.note("unregister key");
-        owner_.hotKeys.erase(hotKey);
+        return Subscription([&owner = owner_, number] {
+            if (owner.hotKeys.erase(number) != 0) {
+                owner.note("unregister key");
+            }
+        });
     }
 
 private:
     RecordingPlatform& owner_;
-    Reference last_ = 0;
+    int lastHandler_ = 0;
+    int lastHotKey_ = 0;
 };
 
 class RecordingPlatform::Sounds final : public platform::SystemSounds {
@@ -212,6 +211,18 @@ platform::Status RecordingPlatform::pressHotKey(platform::HotKeyId id) {
         status = handler(&event);
     }
     return status;
+}
+
+bool RecordingPlatform::answerHotKey(int number, const platform::HotKeyAnswer& answer) {
+    const auto found = hotKeys.find(number);
+    if (found == hotKeys.end()) {
+        return false;
+    }
+    const bool isRefused = answer.status != platform::noErr && !boundHotKeys_.contains(number);
+    const auto answered = isRefused ? std::move(hotKeys.extract(found).mapped()) : found->second;
+    boundHotKeys_.insert(number);
+    answered(answer);
+    return true;
 }
 
 platform::Status RecordingPlatform::callHandlerWithoutEvent() {

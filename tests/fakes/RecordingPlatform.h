@@ -30,6 +30,8 @@ public:
 
     /// A press of a registered hot key arrives, as from the system.
     platform::Status pressHotKey(platform::HotKeyId id);
+    /// The desktop's answer to a registration, which are numbered from 1. False when it has ended.
+    bool answerHotKey(int number, const platform::HotKeyAnswer& answer);
     /// A handler call without an event.
     platform::Status callHandlerWithoutEvent();
 
@@ -57,10 +59,12 @@ public:
     std::function<void()> onFlush;
     /// Virtual times of flushes, in nanoseconds.
     std::vector<std::uint64_t> flushTimes;
-    platform::Status hotKeyStatus = platform::noErr;
+    /// What every registration is answered at once; nothing for a desktop that answers late.
+    std::optional<platform::Status> hotKeyStatus = platform::noErr;
     bool hasSound = true;
-    std::map<platform::HotKeys::Reference, platform::HotKeys::Handler> handlers;
-    std::map<platform::HotKeys::Reference, platform::HotKeyId> hotKeys;
+    std::map<int, platform::HotKeys::Handler> handlers;
+    /// Those that have not ended, by their numbers.
+    std::map<int, platform::HotKeys::AnswerReceiver> hotKeys;
 
 private:
     class Events;
@@ -73,6 +77,7 @@ private:
 
     void note(const std::string& entry);
 
+    std::set<int> boundHotKeys_;
     std::unique_ptr<Events> events_;
     std::unique_ptr<Position> position_;
     std::unique_ptr<Trust> trust_;

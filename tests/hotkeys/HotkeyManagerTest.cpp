@@ -117,6 +117,76 @@ TEST_F(HotkeyManagerTest, FailedRegistrationIsClearedByTheNextCall) {
     EXPECT_EQ(platform.journal, (std::vector<std::string>{"remove handler"}));
 }
 
+TEST_F(HotkeyManagerTest, LateRefusalIsLoggedAndLeavesTheHandler) {
+    platform.hotKeyStatus.reset();
+    registerCounting(controlOptionS);
+    EXPECT_EQ(manager().answer(), std::nullopt);
+    EXPECT_TRUE(platform.entries("log").empty());
+    EXPECT_TRUE(platform.answerHotKey(1, {platform::hotKeyExistsError, {}}));
+    EXPECT_EQ(platform.journal.back(), "log HotkeyManager: RegisterEventHotKey failed with status -9878");
+    EXPECT_EQ(manager().answer(), (platform::HotKeyAnswer{platform::hotKeyExistsError, {}}));
+    EXPECT_EQ(platform.handlers.size(), 1U);
+    platform.journal.clear();
+    registerCounting(controlF8);
+    EXPECT_EQ(platform.journal, (std::vector<std::string>{"remove handler", "install handler", registersControlF8}));
+    EXPECT_EQ(manager().answer(), std::nullopt);
+}
+
+TEST_F(HotkeyManagerTest, LateSuccessIsNotLogged) {
+    platform.hotKeyStatus.reset();
+    registerCounting(controlOptionS);
+    EXPECT_TRUE(platform.answerHotKey(1, {}));
+    EXPECT_EQ(manager().answer(), platform::HotKeyAnswer());
+    platform.pressHotKey(ours);
+    platform.loop.runDue();
+    EXPECT_EQ(fired, 1);
+    manager().unregister();
+    EXPECT_EQ(platform.journal, (std::vector<std::string>{"install handler", registersControlOptionS, "unregister key",
+                                                          "remove handler"}));
+}
+
+TEST_F(HotkeyManagerTest, NoAnswerComesToWhatWasReplacedOrEnded) {
+    platform.hotKeyStatus.reset();
+    const platform::HotKeyAnswer refusal{platform::hotKeyExistsError, {}};
+    registerCounting(controlOptionS);
+    registerCounting(controlF8);
+    EXPECT_FALSE(platform.answerHotKey(1, refusal));
+    EXPECT_EQ(manager().answer(), std::nullopt);
+    manager().unregister();
+    EXPECT_FALSE(platform.answerHotKey(2, refusal));
+    registerCounting(controlOptionS);
+    HotkeyManager::endShared();
+    EXPECT_FALSE(platform.answerHotKey(3, refusal));
+    EXPECT_TRUE(platform.entries("log").empty());
+}
+
+TEST_F(HotkeyManagerTest, AnotherTriggerIsKeptForAsLongAsItHolds) {
+    registerCounting(controlOptionS);
+    EXPECT_EQ(manager().answer(), platform::HotKeyAnswer());
+    platform.answerHotKey(1, {platform::noErr, "Press Ctrl+F9"});
+    EXPECT_EQ(manager().answer()->otherTrigger, "Press Ctrl+F9");
+    platform.answerHotKey(1, {});
+    EXPECT_EQ(manager().answer()->otherTrigger, "");
+    platform.answerHotKey(1, {platform::noErr, "Press Ctrl+F10"});
+    manager().unregister();
+    EXPECT_EQ(manager().answer(), std::nullopt);
+    EXPECT_TRUE(platform.entries("log").empty());
+}
+
+TEST_F(HotkeyManagerTest, WhatIsTakenBackStaysRegisteredAndMayComeAgain) {
+    registerCounting(controlOptionS);
+    for (const platform::Status status : {platform::hotKeyExistsError, platform::hotKeyInvalidError, platform::noErr}) {
+        EXPECT_TRUE(platform.answerHotKey(1, {status, {}}));
+        EXPECT_EQ(manager().answer()->status, status);
+    }
+    EXPECT_TRUE(platform.entries("log").empty());
+    platform.pressHotKey(ours);
+    platform.loop.runDue();
+    EXPECT_EQ(fired, 1);
+    manager().unregister();
+    EXPECT_EQ(platform.count("unregister key"), 1);
+}
+
 TEST_F(HotkeyManagerTest, ActionComesInALaterTurn) {
     registerCounting(controlOptionS);
     EXPECT_EQ(platform.pressHotKey(ours), platform::noErr);

@@ -57,19 +57,13 @@ private:
 
 class NoHotKeys final : public HotKeys {
 public:
-    Reference installHandler(Handler /*handler*/) override { return ++lastHandler_; }
+    Subscription installHandler(Handler /*handler*/) override { return {}; }
 
-    void removeHandler(Reference /*handler*/) override {}
-
-    Status registerHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/, HotKeyId /*id*/,
-                          Reference& /*hotKey*/) override {
-        return hotKeyInvalidError;
+    Subscription registerHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/, HotKeyId /*id*/,
+                                AnswerReceiver answered) override {
+        answered({hotKeyInvalidError, {}});
+        return {};
     }
-
-    void unregisterHotKey(Reference /*hotKey*/) override {}
-
-private:
-    Reference lastHandler_ = 0;
 };
 
 } // namespace

@@ -35,57 +35,65 @@ X11HotKeys::X11HotKeys(MainConnection& connection, X11Keyboard& keyboard)
 
 X11HotKeys::~X11HotKeys() {
     connection_.setReceiver({});
-    while (!registrations_.empty()) {
-        unregisterHotKey(registrations_.begin()->first);
+    for (const auto& registration : registrations_) {
+        ungrabKey(connection_.get(), registration->key, registration->grabbedStates);
     }
+    connection_.settle();
 }
 
-HotKeys::Reference X11HotKeys::installHandler(Handler handler) {
-    const Reference reference = ++lastReference_;
-    handlers_.emplace(reference, std::move(handler));
-    return reference;
+Subscription X11HotKeys::installHandler(Handler handler) {
+    return handlers_.attach(std::move(handler));
 }
 
-void X11HotKeys::removeHandler(Reference handler) {
-    handlers_.erase(handler);
-}
-
-Status X11HotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id, Reference& hotKey) {
+Subscription X11HotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
+                                        AnswerReceiver answered) {
     const auto evdevCode = keys::evdevFromVirtualKey(keyCode);
     const auto key = evdevCode ? keyboard_.keyCode(*evdevCode) : std::nullopt;
     // Without the extension a held key cannot be told from one that is pressed again and again.
     if (!key || !keyboard_.isPresent()) {
-        return hotKeyInvalidError;
+        answered({hotKeyInvalidError, {}});
+        return {};
     }
-    const std::uint16_t state = bits_.stateOf(modifiers);
-    const bool isOwn = std::any_of(registrations_.begin(), registrations_.end(), [&](const auto& entry) {
-        return entry.second.key == *key && bits_.stateOf(entry.second.modifiers) == state;
+    const auto registration = std::make_shared<Registration>();
+    registration->id = id;
+    registration->answered = std::move(answered);
+    registration->modifiers = modifiers;
+    registration->key = *key;
+    const Status status = grabFirst(*registration);
+    Subscription result;
+    if (status == noErr) {
+        registrations_.push_back(registration);
+        result = Subscription([this, observed = std::weak_ptr(registration)] {
+            if (const auto ending = observed.lock()) {
+                unregister(ending);
+            }
+        });
+    }
+    registration->answered({status, {}});
+    return result;
+}
+
+Status X11HotKeys::grabFirst(Registration& registration) {
+    const std::uint16_t state = bits_.stateOf(registration.modifiers);
+    const bool isOwn = std::any_of(registrations_.begin(), registrations_.end(), [&](const auto& other) {
+        return other->key == registration.key && bits_.stateOf(other->modifiers) == state;
     });
     if (isOwn) {
         return hotKeyExistsError;
     }
-    Registration registration{id, modifiers, *key, bits_.withLocks(state)};
-    const GrabResult result = grabKey(connection_.get(), *key, registration.grabbedStates);
+    registration.grabbedStates = bits_.withLocks(state);
+    const GrabResult result = grabKey(connection_.get(), registration.key, registration.grabbedStates);
     connection_.settle();
-    if (result != GrabResult::grabbed) {
-        return statusOf(result);
-    }
     // Whoever has just recorded a shortcut still holds its keys: their repeats are no press.
-    if (keyboard_.keysDown()[*key]) {
-        holdUntilReleased(*key);
+    if (result == GrabResult::grabbed && keyboard_.keysDown()[registration.key]) {
+        holdUntilReleased(registration.key);
     }
-    hotKey = ++lastReference_;
-    registrations_.emplace(hotKey, std::move(registration));
-    return noErr;
+    return statusOf(result);
 }
 
-void X11HotKeys::unregisterHotKey(Reference hotKey) {
-    const auto found = registrations_.find(hotKey);
-    if (found == registrations_.end()) {
-        return;
-    }
-    ungrabKey(connection_.get(), found->second.key, found->second.grabbedStates);
-    registrations_.erase(found);
+void X11HotKeys::unregister(const std::shared_ptr<Registration>& registration) {
+    ungrabKey(connection_.get(), registration->key, registration->grabbedStates);
+    std::erase(registrations_, registration);
     connection_.settle();
 }
 
@@ -116,36 +124,35 @@ void X11HotKeys::onKeyPress(const xcb_key_press_event_t& event) {
     }
     const std::uint16_t state = bits_.relevant(event.state);
     // While a grabbed key is down every other key comes here as well.
-    const auto pressed = std::find_if(registrations_.begin(), registrations_.end(), [&](const auto& entry) {
-        return entry.second.key == event.detail && bits_.stateOf(entry.second.modifiers) == state;
+    const auto pressed = std::find_if(registrations_.begin(), registrations_.end(), [&](const auto& registration) {
+        return registration->key == event.detail && bits_.stateOf(registration->modifiers) == state;
     });
     if (pressed != registrations_.end()) {
         holdUntilReleased(event.detail);
-        callHandlers(pressed->second.id);
-    }
-}
-
-void X11HotKeys::callHandlers(HotKeyId id) {
-    // A handler may install and remove handlers and hot keys.
-    const HotKeyEvent event{id};
-    const std::map<Reference, Handler> handlers = handlers_;
-    for (const auto& [reference, handler] : handlers) {
-        if (handlers_.contains(reference)) {
-            handler(&event);
-        }
+        const HotKeyEvent hotKeyEvent{(*pressed)->id};
+        handlers_.notify(&hotKeyEvent);
     }
 }
 
 void X11HotKeys::followMapping() {
     isFollowingRequested_ = false;
     bits_ = readModifierBits(connection_.get());
-    for (auto& [reference, registration] : registrations_) {
-        grabAgain(registration);
+    std::vector<std::weak_ptr<Registration>> changed;
+    for (const auto& registration : registrations_) {
+        const Status status = grabAgain(*registration);
+        if (std::exchange(registration->status, status) != status) {
+            changed.emplace_back(registration);
+        }
     }
     connection_.settle();
+    for (const auto& observed : changed) {
+        if (const auto registration = observed.lock()) {
+            registration->answered({registration->status, {}});
+        }
+    }
 }
 
-void X11HotKeys::grabAgain(Registration& registration) {
+Status X11HotKeys::grabAgain(Registration& registration) {
     const std::vector<std::uint16_t> wanted = bits_.withLocks(bits_.stateOf(registration.modifiers));
     // The new states come before the old ones go: those that stay are held all the time, and no press is missed.
     const GrabResult result = grabKey(connection_.get(), registration.key, wanted);
@@ -158,6 +165,7 @@ void X11HotKeys::grabAgain(Registration& registration) {
         registration.grabbedStates.clear();
     }
     ungrabKey(connection_.get(), registration.key, leftOver);
+    return statusOf(result);
 }
 
 void X11HotKeys::holdUntilReleased(xcb_keycode_t key) {

@@ -56,16 +56,14 @@ TEST_F(UnavailablePlatformTest, KnowsNoPointerAndMakesNoEvents) {
 
 TEST_F(UnavailablePlatformTest, RegistersNoHotKey) {
     int calls = 0;
-    const HotKeys::Reference handler = unavailable.hotKeys().installHandler([&calls](const HotKeyEvent*) {
+    std::vector<HotKeyAnswer> answers;
+    const Subscription handler = unavailable.hotKeys().installHandler([&calls](const HotKeyEvent*) {
         ++calls;
         return noErr;
     });
-    EXPECT_NE(handler, 0U);
-    HotKeys::Reference hotKey = 77;
-    EXPECT_EQ(unavailable.hotKeys().registerHotKey(0, commandModifier, {1, 2}, hotKey), hotKeyInvalidError);
-    EXPECT_EQ(hotKey, 77U);
-    unavailable.hotKeys().unregisterHotKey(hotKey);
-    unavailable.hotKeys().removeHandler(handler);
+    const Subscription hotKey = unavailable.hotKeys().registerHotKey(
+        0, commandModifier, {1, 2}, [&answers](const HotKeyAnswer& answer) { answers.push_back(answer); });
+    EXPECT_EQ(answers, (std::vector<HotKeyAnswer>{{hotKeyInvalidError, {}}}));
     EXPECT_EQ(calls, 0);
 }
 

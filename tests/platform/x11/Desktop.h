@@ -28,6 +28,7 @@ protected:
     static constexpr std::uint8_t f8Key = 74;
     static constexpr std::uint8_t f9Key = 75;
     static constexpr std::uint8_t sKey = 39;
+    static constexpr unsigned shiftBit = 0x01;
     static constexpr unsigned capsLock = 0x02;
     static constexpr unsigned controlBit = 0x04;
     static constexpr unsigned numLock = 0x10;

@@ -3,6 +3,8 @@
 #include "platform/HotKeys.h"
 #include "platform/x11/Desktop.h"
 
+#include <list>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,25 +29,28 @@ protected:
             return;
         }
         openWindow();
-        x11->hotKeys().installHandler([this](const platform::HotKeyEvent* event) {
+        handler = x11->hotKeys().installHandler([this](const platform::HotKeyEvent* event) {
             fired.push_back(event->hotKeyId);
             return platform::noErr;
         });
     }
 
-    platform::HotKeys::Reference registered(std::uint32_t keyCode, std::uint32_t modifiers,
-                                            platform::HotKeyId id = ourId) {
-        platform::HotKeys::Reference reference = 0;
-        EXPECT_EQ(x11->hotKeys().registerHotKey(keyCode, modifiers, id, reference), platform::noErr);
-        EXPECT_NE(reference, 0U);
-        return reference;
+    /// Registers until the test ends or cancels the result, which stays where it is. What is said to it is in
+    /// `answers`.
+    Subscription& registered(std::uint32_t keyCode, std::uint32_t modifiers, platform::HotKeyId id = ourId) {
+        answers.clear();
+        hotKeys.push_back(x11->hotKeys().registerHotKey(
+            keyCode, modifiers, id, [this](const platform::HotKeyAnswer& answer) { answers.push_back(answer); }));
+        EXPECT_EQ(answers, std::vector<platform::HotKeyAnswer>(1)) << "at once";
+        return hotKeys.back();
     }
 
     platform::Status statusOf(std::uint32_t keyCode, std::uint32_t modifiers) {
-        platform::HotKeys::Reference reference = 0;
-        const platform::Status status = x11->hotKeys().registerHotKey(keyCode, modifiers, ourId, reference);
-        EXPECT_EQ(reference != 0, status == platform::noErr);
-        return status;
+        std::optional<platform::HotKeyAnswer> told;
+        const Subscription hotKey = x11->hotKeys().registerHotKey(
+            keyCode, modifiers, ourId, [&told](const platform::HotKeyAnswer& answer) { told = answer; });
+        EXPECT_TRUE(told.has_value()) << "at once";
+        return told.value_or(platform::HotKeyAnswer{}).status;
     }
 
     bool untilFired(std::size_t times) {
@@ -66,7 +71,10 @@ protected:
         return runProgram(std::move(command));
     }
 
+    Subscription handler;
+    std::list<Subscription> hotKeys;
     std::vector<platform::HotKeyId> fired;
+    std::vector<platform::HotKeyAnswer> answers;
 };
 
 } // namespace velloran::tests

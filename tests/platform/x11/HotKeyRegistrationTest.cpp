@@ -22,21 +22,20 @@ TEST_F(HotKeyTest, ATakenCombinationIsRefusedAndNothingStaysGrabbed) {
 }
 
 TEST_F(HotKeyTest, OwnCombinationsAreTakenAsWell) {
-    const auto first = registered(f8, controlModifier);
+    Subscription& first = registered(f8, controlModifier);
     EXPECT_EQ(statusOf(f8, controlModifier), hotKeyExistsError);
     user->tap(f8Key, {controlKey});
     ASSERT_TRUE(untilFired(1));
-    x11->hotKeys().unregisterHotKey(first);
+    first.cancel();
     EXPECT_EQ(statusOf(f8, controlModifier), noErr);
 }
 
 TEST_F(HotKeyTest, UnregisteringFreesTheCombination) {
-    const auto reference = registered(f8, controlModifier);
+    Subscription& hotKey = registered(f8, controlModifier);
     EXPECT_FALSE(isFree(f8Key, controlBit));
     EXPECT_FALSE(isFree(f8Key, controlBit | capsLock | numLock));
-    x11->hotKeys().unregisterHotKey(reference);
-    x11->hotKeys().unregisterHotKey(reference);
-    x11->hotKeys().unregisterHotKey(12345);
+    hotKey.cancel();
+    hotKey.cancel();
     settle();
     EXPECT_TRUE(isFree(f8Key, controlBit));
     EXPECT_TRUE(isFree(f8Key, controlBit | capsLock | numLock));
@@ -64,10 +63,10 @@ TEST_F(HotKeyTest, KeysThatDoNotExistAreRefused) {
 
 TEST_F(HotKeyTest, RemovedHandlersAreNotCalled) {
     int calls = 0;
-    HotKeys::Reference self = 0;
+    Subscription self;
     self = x11->hotKeys().installHandler([&](const HotKeyEvent*) {
         ++calls;
-        x11->hotKeys().removeHandler(self);
+        self.cancel();
         return noErr;
     });
     registered(f8, controlModifier);
@@ -80,11 +79,11 @@ TEST_F(HotKeyTest, RemovedHandlersAreNotCalled) {
 }
 
 TEST_F(HotKeyTest, AHandlerMayReplaceTheHotKey) {
-    HotKeys::Reference reference = registered(f8, controlModifier);
-    x11->hotKeys().installHandler([&](const HotKeyEvent* event) {
+    Subscription& hotKey = registered(f8, controlModifier);
+    const Subscription replacing = x11->hotKeys().installHandler([&](const HotKeyEvent* event) {
         if (event->hotKeyId == ourId) {
-            x11->hotKeys().unregisterHotKey(reference);
-            reference = registered(f9, controlModifier, {1, 9});
+            hotKey.cancel();
+            registered(f9, controlModifier, {1, 9});
         }
         return noErr;
     });
@@ -118,11 +117,38 @@ TEST_F(HotKeyTest, AfterAMoveOntoATakenCombinationTheNextChangeIsTheNextChance) 
     ASSERT_EQ(runOnServer({"xmodmap", "-e", "clear mod4", "-e", "clear mod3", "-e", "add mod3 = Super_L"}), 0);
     settle();
     EXPECT_TRUE(until([this] { return isFree(sKey, mod3 | capsLock); })) << "all of it or nothing";
+    EXPECT_EQ(answers, (std::vector<HotKeyAnswer>{{}, {hotKeyExistsError, {}}}));
     user->ungrabKey(sKey, mod3);
     ASSERT_EQ(runOnServer({"xmodmap", "-e", "add mod3 = Super_R"}), 0);
     settle();
+    EXPECT_EQ(answers, (std::vector<HotKeyAnswer>{{}, {hotKeyExistsError, {}}, {}}));
     user->tap(sKey, {superKey});
     EXPECT_TRUE(untilFired(1));
+}
+
+TEST_F(HotKeyTest, AReceiverMayEndItsHotKeyAndAnotherThatWasTakenBackWithIt) {
+    std::vector<Subscription> own(2);
+    int times = 0;
+    for (Subscription& hotKey : own) {
+        const std::uint32_t modifiers = &hotKey == own.data() ? commandModifier : commandModifier | shiftModifier;
+        hotKey = x11->hotKeys().registerHotKey(
+            letterS, modifiers, ourId, [&own, &times, one = std::make_shared<int>(1)](const HotKeyAnswer& answer) {
+                if (answer.status != noErr) {
+                    own.clear();
+                    times += *one;
+                }
+            });
+    }
+    ASSERT_TRUE(user->grabKey(sKey, mod3));
+    ASSERT_TRUE(user->grabKey(sKey, mod3 | shiftBit));
+    ASSERT_EQ(runOnServer({"xmodmap", "-e", "clear mod4", "-e", "clear mod3", "-e", "add mod3 = Super_L"}), 0);
+    ASSERT_TRUE(until([&times] { return times > 0; }));
+    settle();
+    EXPECT_EQ(times, 1);
+    user->ungrabKey(sKey, mod3);
+    ASSERT_EQ(runOnServer({"xmodmap", "-e", "add mod3 = Super_R"}), 0);
+    settle();
+    EXPECT_TRUE(isFree(sKey, mod3)) << "it does not come again";
 }
 
 TEST_F(HotKeyTest, StaysThroughChangesOfTheLayout) {

@@ -25,6 +25,13 @@ protected:
         pointer.flush();
     }
 
+    [[nodiscard]] std::pair<Subscription, Status> registered(std::uint32_t keyCode) {
+        Status status = 1;
+        Subscription hotKey = x11->hotKeys().registerHotKey(
+            keyCode, controlModifier, {}, [&status](const HotKeyAnswer& answer) { status = answer.status; });
+        return {std::move(hotKey), status};
+    }
+
     /// Everything that the platform offers, on a server that is gone.
     void useEverything() {
         EXPECT_FALSE(x11->inputTrust().isTrusted());
@@ -35,9 +42,7 @@ protected:
                   std::nullopt);
         x11->pointerEvents().post({MouseEventType::leftMouseDown, {}, EventButton::left});
         x11->pointerEvents().flush();
-        HotKeys::Reference reference = 0;
-        EXPECT_EQ(x11->hotKeys().registerHotKey(101, controlModifier, {}, reference), hotKeyInvalidError);
-        EXPECT_EQ(reference, 0U);
+        EXPECT_EQ(registered(101).second, hotKeyInvalidError);
         EXPECT_FALSE(x11->keyboard().layout().ok());
         EXPECT_EQ(x11->keyboard().state().group, 0U);
     }
@@ -65,13 +70,13 @@ TEST_F(ServerLossTest, AServerThatAnswersIsTrusted) {
 }
 
 TEST_F(ServerLossTest, AnIdleProgramIsToldOnce) {
-    HotKeys::Reference reference = 0;
-    ASSERT_EQ(x11->hotKeys().registerHotKey(100, controlModifier, {}, reference), noErr);
+    auto [hotKey, status] = registered(100);
+    ASSERT_EQ(status, noErr);
     server.crash();
     EXPECT_EQ(losses, 0) << "told in a turn of the loop only";
     ASSERT_TRUE(until([this] { return losses > 0; }));
     useEverything();
-    x11->hotKeys().unregisterHotKey(reference);
+    hotKey.cancel();
     idle();
     EXPECT_EQ(losses, 1);
     x11.reset();
