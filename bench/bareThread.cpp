@@ -1,5 +1,5 @@
-// A thread that does nothing but click, at absolute deadlines: the exactest rhythm to be had from this machine and X server.
-// Usage: bare-thread COUNT SECONDS
+// A thread that does nothing but click, at absolute deadlines: the exactest rhythm to be had from this machine and X
+// server. Usage: bare-thread COUNT SECONDS
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
@@ -44,8 +44,7 @@ int main(int argc, char** argv) {
     }
     xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
     // The answer also says that the extension is there, before anything is timed.
-    if (xcb_connection_has_error(connection) != 0 ||
-        xcb_get_extension_data(connection, &xcb_test_id)->present == 0) {
+    if (xcb_connection_has_error(connection) != 0 || xcb_get_extension_data(connection, &xcb_test_id)->present == 0) {
         std::cerr << "bare-thread: no X server that takes clicks\n";
         return 3;
     }

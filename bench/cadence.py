@@ -18,9 +18,10 @@ def measure(bench):
             for name, states, ready in bench.in_turn(_runners(bench)):
                 meters.wait_for_calm(bench.record, options.patience)
                 file = f"{name} {states[-1]} {interval:g} ms {loops:g} loops round {bench.round + 1}"
-                arrivals = _run(bench, ready, interval / 1000, int(loops), os.path.join(bench.folder, "clicks", file))
+                arrivals, busy = _run(bench, ready, interval / 1000, int(loops), os.path.join(bench.folder, "clicks", file))
                 for state in states:
-                    _add(bench, name, f"{interval:g} ms, {f'{loops:g} busy loops' if loops else 'idle'}, {state}", interval, arrivals)
+                    _add(bench, name, f"{interval:g} ms, {f'{loops:g} busy loops' if loops else 'idle'}, {state}", interval, arrivals,
+                         round=bench.round, clicks=len(arrivals), busyCores=busy)
 
 
 def _runners(bench):
@@ -45,17 +46,17 @@ def _run(bench, ready, interval, loops, path):
     count = bench.options.clicks
     with ready(count, interval) as begin, Target(bench.screen, path, count, 3 * count * interval + 10) as target, \
             meters.busy_loops(loops, bench.screen.environment):
+        meter = meters.BusyCores()
         begin()
         target.wait()
-        return target.presses()
+        return target.presses(), meter.so_far()
 
 
-def _add(bench, name, condition, interval, arrivals):
+def _add(bench, name, condition, interval, arrivals, **details):
     """`interval` is in milliseconds."""
     spans = [(after - before) / 1e6 for before, after in zip(arrivals, arrivals[1:])]
     if not spans:
         raise RuntimeError(f"no clicks of {name} came")
-    details = {"round": bench.round, "clicks": len(arrivals)}
     deviations = [abs(span - interval) for span in spans]
     for percent in (50, 90, 99):
         bench.record.add(Figure(f"{condition}: deviation p{percent}", "ms", "bare thread"), name, percentile(deviations, percent),

@@ -61,5 +61,5 @@ def _click_for_long(bench, build):
         before = meters.memory(launched.pid)
         pause(60 * bench.options.minutes)
         after = meters.memory(launched.pid)
-    bench.record.add(Figure(f"private memory, growth in {bench.options.minutes:g} minutes of 100 clicks a second", "kB"),
-                     build.name, after["Private"] - before["Private"], before=before, after=after)
+    bench.record.add(Figure(f"memory of its own, growth in {bench.options.minutes:g} minutes of 100 clicks a second", "kB"),
+                     build.name, after["Anonymous"] - before["Anonymous"], before=before, after=after)

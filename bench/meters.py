@@ -15,12 +15,13 @@ def processor_seconds(pid):
 
 
 def memory(pid):
-    """In kilobytes: its share of what it has in memory ("Pss"), and what it has to itself ("Private")."""
+    """In kilobytes: its share of what it has in memory ("Pss"), which is the less the more programs have the same libraries loaded;
+    and what it has made itself ("Anonymous"), whoever else runs."""
     sizes = {}
     for line in processes.read_all(f"/proc/{pid}/smaps_rollup").splitlines()[1:]:
         name, size = line.split()[:2]
         sizes[name.rstrip(":")] = int(size)
-    return {"Pss": sizes["Pss"], "Private": sizes["Private_Clean"] + sizes["Private_Dirty"]}
+    return {name: sizes[name] for name in ("Pss", "Anonymous")}
 
 
 def wait_for_rest(pid):
@@ -32,34 +33,38 @@ def wait_for_rest(pid):
     until(slept, "the program does not come to rest")
 
 
-def _busy_and_all():
-    with open("/proc/stat", encoding="ascii") as file:
-        ticks = [int(word) for word in file.readline().split()[1:9]]
-    idle = ticks[3] + ticks[4]
-    return sum(ticks) - idle, sum(ticks)
+class BusyCores:
+    """How many cores' worth of time all processes take together, from now on."""
 
+    def __init__(self):
+        self._begin = self._ticks()
 
-def busy_cores(seconds=0.5):
-    """How many cores' worth of time all processes take together."""
-    busy, whole = _busy_and_all()
-    pause(seconds)
-    busy_after, whole_after = _busy_and_all()
-    return os.cpu_count() * (busy_after - busy) / max(1, whole_after - whole)
+    @staticmethod
+    def _ticks():
+        """Busy, and all."""
+        with open("/proc/stat", encoding="ascii") as file:
+            ticks = [int(word) for word in file.readline().split()[1:9]]
+        idle = ticks[3] + ticks[4]
+        return sum(ticks) - idle, sum(ticks)
+
+    def so_far(self):
+        busy, whole = (now - begin for now, begin in zip(self._ticks(), self._begin))
+        return os.cpu_count() * busy / max(1, whole)
 
 
 def wait_for_calm(record, patience):
     """Waits until next to nobody else computes, but not for ever, and notes how calm it was."""
     calm = 0.1
-    last = busy_cores()
+    looks = []
 
     def is_calm():
-        nonlocal last
-        if last > calm:
-            last = busy_cores()
-        return last <= calm
+        meter = BusyCores()
+        pause(0.5)
+        looks.append(meter.so_far())
+        return looks[-1] <= calm
     with contextlib.suppress(TookTooLong):
         until(is_calm, "others keep the processor busy", patience)
-    record.add_busy(last)
+    record.add_busy(looks[-1])
 
 
 @contextlib.contextmanager

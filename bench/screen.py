@@ -52,6 +52,16 @@ class Screen(Desktop):
         until(is_mapped, "no window appeared")
         return process, (time.monotonic_ns() - begin) / 1e9
 
+    def move_window_away(self):
+        """Puts the program's window where no clicks are meant to land."""
+        self.run_tool("xdotool", "windowmove", self._window(), *(str(part) for part in WINDOW_PLACE))
+
+    def minimise_window(self):
+        self.run_tool("xdotool", "windowminimize", "--sync", self._window())
+
+    def _window(self):
+        return until(lambda: self.windows_of("velloran"), "the window cannot be found")[0]
+
     def has_hotkey_free(self):
         return self.observer.has_hotkey_free(*HOTKEY)
 

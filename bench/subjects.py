@@ -9,7 +9,6 @@ import tempfile
 import meters
 from harness import preferences, processes
 from harness.waiting import until
-from screen import WINDOW_PLACE
 
 
 class Clicker:
@@ -49,7 +48,6 @@ class Launched:
     def __init__(self, screen, path, environment):
         def start():
             return processes.start([path], {**screen.environment, **environment}, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.screen = screen
         self.process, self.seconds_to_map = screen.start_and_wait_until_mapped(start)
 
     @property
@@ -96,11 +94,10 @@ class Build:
     def at_rest(self, screen, is_minimised=False, **config):
         """Launched, out of the way of the clicks, with its hotkey, and asleep."""
         with self.launch(screen, **config) as launched:
-            window = until(lambda: screen.windows_of("velloran"), "the window cannot be found")[0]
-            screen.run_tool("xdotool", "windowmove", window, *(str(part) for part in WINDOW_PLACE))
-            until(lambda: not screen.has_hotkey_free(), "the hotkey was not registered")
-            launched.minimise = lambda: screen.run_tool("xdotool", "windowminimize", "--sync", window)
+            screen.move_window_away()
             if is_minimised:
-                launched.minimise()
+                screen.minimise_window()
             meters.wait_for_rest(launched.pid)
+            # Not earlier: each look takes the hotkey for a moment, and whoever asks for it just then does not get it.
+            until(lambda: not screen.has_hotkey_free(), "the hotkey was not registered")
             yield launched
