@@ -1,12 +1,10 @@
 #pragma once
 
-#include "base/Bytes.h"
-#include "base/Date.h"
+#include "base/StoredValue.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace velloran::platform {
@@ -16,7 +14,7 @@ namespace velloran::platform {
 /// not it is stored already. Writing tells nobody when it fails, and loses nothing that was stored before. Main thread.
 class Preferences {
 public:
-    using Value = std::variant<Bytes, Date, std::int64_t, bool>;
+    using Value = StoredValue;
 
     /// What becomes of one key.
     struct Change {

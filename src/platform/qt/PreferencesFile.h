@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/qt/IniText.h"
+#include "base/IniText.h"
 
 #include <chrono>
 #include <map>

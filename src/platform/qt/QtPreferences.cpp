@@ -1,7 +1,7 @@
 #include "platform/qt/QtPreferences.h"
 
 #include "platform/qt/PreferencesFile.h"
-#include "platform/qt/StoredValue.h"
+#include "base/StoredValue.h"
 
 #include <pwd.h>
 #include <unistd.h>

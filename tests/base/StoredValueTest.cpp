@@ -1,4 +1,4 @@
-#include "platform/qt/StoredValue.h"
+#include "base/StoredValue.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <limits>
 #include <random>
 
-namespace velloran::platform::qt {
+namespace velloran {
 
 namespace {
 
@@ -119,4 +119,4 @@ TEST(StoredValue, ReadsNothingFromAnythingElse) {
     }
 }
 
-} // namespace velloran::platform::qt
+} // namespace velloran

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velloran::platform::qt {
+namespace velloran {
 
 /// The text of an INI file, as lines. Entries are those of the section "General" and those in front of any section.
 /// Every line that is not an entry being changed stays as it is: comments, other sections, and what nobody can read.
@@ -41,4 +41,4 @@ private:
     std::optional<std::size_t> end_;
 };
 
-} // namespace velloran::platform::qt
+} // namespace velloran

@@ -1,8 +1,8 @@
-#include "platform/qt/IniText.h"
+#include "base/IniText.h"
 
 #include <gtest/gtest.h>
 
-namespace velloran::platform::qt {
+namespace velloran {
 
 TEST(IniText, HoldsNothingWhenEmpty) {
     EXPECT_EQ(IniText("").value("key"), std::nullopt);
@@ -89,4 +89,4 @@ TEST(IniText, GoesOnAfterARemoval) {
     EXPECT_EQ(text.text(), "[General]\nb=2\nc=3\n[Other]\n");
 }
 
-} // namespace velloran::platform::qt
+} // namespace velloran

@@ -1,10 +1,10 @@
-#include "platform/qt/IniText.h"
+#include "base/IniText.h"
 
 #include <algorithm>
 #include <cctype>
 #include <utility>
 
-namespace velloran::platform::qt {
+namespace velloran {
 
 namespace {
 
@@ -124,4 +124,4 @@ bool IniText::isEntry(const Line& line, std::string_view writtenKey) {
     return line.equals && withoutBlanks(std::string_view(line.text).substr(0, *line.equals)) == writtenKey;
 }
 
-} // namespace velloran::platform::qt
+} // namespace velloran

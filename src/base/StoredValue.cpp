@@ -1,4 +1,4 @@
-#include "platform/qt/StoredValue.h"
+#include "base/StoredValue.h"
 
 #include "base/text.h"
 
@@ -6,7 +6,7 @@
 #include <array>
 #include <cctype>
 
-namespace velloran::platform::qt {
+namespace velloran {
 
 namespace {
 
@@ -164,4 +164,4 @@ std::optional<StoredValue> readStoredValue(std::string_view text) {
     return integer ? std::optional<StoredValue>(*integer) : std::nullopt;
 }
 
-} // namespace velloran::platform::qt
+} // namespace velloran

@@ -9,9 +9,10 @@
 #include <string_view>
 #include <variant>
 
-namespace velloran::platform::qt {
+namespace velloran {
 
-/// A value of the preferences file. Its text tells its type: `"@ByteArray(...)"`, `Date(812345678.25)`, `42`, `true`.
+/// A value of the user's settings. Its text in the file tells its type: `"@ByteArray(...)"`, `Date(812345678.25)`,
+/// `42`, `true`.
 using StoredValue = std::variant<Bytes, Date, std::int64_t, bool>;
 
 /// The value as it stands behind the equals sign: one line of printable ASCII. `readStoredValue` gives the same value
@@ -22,4 +23,4 @@ std::string writeStoredValue(const StoredValue& value);
 /// INI form of the toolkit, so that bytes written by its settings class are read as well.
 std::optional<StoredValue> readStoredValue(std::string_view text);
 
-} // namespace velloran::platform::qt
+} // namespace velloran
