@@ -1,4 +1,4 @@
-#include "ui/Stage.h"
+#include "harness/Stage.h"
 
 #include <gtest/gtest.h>
 
