@@ -6,9 +6,10 @@
 #include <QWindow>
 #include <qguiapplication_platform.h>
 
-#include <xcb/xcb.h>
+#include <xcb/xcb_ewmh.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace velloran::platform::windowmanager {
@@ -22,14 +23,9 @@ void requestFocus(xcb_connection_t* connection, xcb_window_t root, xcb_window_t 
     constexpr std::uint32_t fromApplication = 1;
     constexpr std::uint32_t fromUser = 2;
     const auto time = token.serverTime();
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = atomOf(connection, "_NET_ACTIVE_WINDOW");
-    message.data.data32[0] = time ? fromApplication : fromUser;
-    message.data.data32[1] = time.value_or(XCB_CURRENT_TIME);
-    tellWindowManager(connection, root, message);
+    const std::array data{time ? fromApplication : fromUser, time.value_or(XCB_CURRENT_TIME)};
+    xcb_ewmh_send_client_message(connection, window, root, atomOf(connection, "_NET_ACTIVE_WINDOW"), sizeof data,
+                                 data.data());
 }
 
 /// Start-up notifications are texts that are sent to everybody, twenty bytes at a time.

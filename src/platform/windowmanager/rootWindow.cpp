@@ -19,9 +19,4 @@ xcb_window_t rootOf(xcb_connection_t* connection, xcb_window_t window) {
     return reply ? reply->root : xcb_window_t{XCB_WINDOW_NONE};
 }
 
-void tellWindowManager(xcb_connection_t* connection, xcb_window_t root, const xcb_client_message_event_t& message) {
-    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
-}
-
 } // namespace velloran::platform::windowmanager

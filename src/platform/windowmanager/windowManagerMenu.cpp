@@ -7,9 +7,11 @@
 #include <QWindow>
 #include <qguiapplication_platform.h>
 
+#include <xcb/xcb_ewmh.h>
+
 #include <algorithm>
+#include <array>
 #include <cstdint>
-#include <span>
 
 namespace velloran::platform::windowmanager {
 
@@ -21,13 +23,9 @@ bool isSupported(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t mes
     const auto cookie =
         xcb_get_property(connection, 0, root, atomOf(connection, "_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, mostWords);
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
-    if (!reply || reply->format != 32) {
-        return false;
-    }
-    const std::span supported(static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get())),
-                              static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) /
-                                  sizeof(xcb_atom_t));
-    return std::find(supported.begin(), supported.end(), message) != supported.end();
+    xcb_ewmh_get_atoms_reply_t supported{};
+    return reply && xcb_ewmh_get_supported_from_reply(&supported, reply.get()) != 0 &&
+           std::count(supported.atoms, supported.atoms + supported.atoms_len, message) > 0;
 }
 
 } // namespace
@@ -50,15 +48,10 @@ bool showWindowManagerMenu(QWindow& window) {
     if (!pointer) {
         return false;
     }
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = id;
-    message.type = request;
     // The first is the pointing device, which no window manager looks at.
-    message.data.data32[1] = static_cast<std::uint32_t>(pointer->root_x);
-    message.data.data32[2] = static_cast<std::uint32_t>(pointer->root_y);
-    tellWindowManager(connection, root, message);
+    const std::array data{std::uint32_t{0}, static_cast<std::uint32_t>(pointer->root_x),
+                          static_cast<std::uint32_t>(pointer->root_y)};
+    xcb_ewmh_send_client_message(connection, id, root, request, sizeof data, data.data());
     xcb_flush(connection);
     return true;
 }
