@@ -21,7 +21,9 @@
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
 #include "donation/view/DonationModel.h"
-#include "ui/StoreModel.h"
+#include "presets/view/PresetsModel.h"
+#include "ui/cards/ConfigModel.h"
+#include "ui/cards/RunModel.h"
 #include "hotkeys/view/KeyEventMonitor.h"
 #include "ui/window/WindowManagerMenu.h"
 #include "ui/theme/Providers.h"
@@ -133,14 +135,18 @@ int run(platform::bus::SingleInstance& instance) {
     const auto store = AutoClickerStore::create();
     DonationManager donations;
     const KeyEventMonitor keyMonitor(desktop->keyCharacters());
-    StoreModel storeModel(store);
+    ConfigModel configModel(*store);
+    RunModel runModel(*store, loop);
+    PresetsModel presetsModel(*store);
     DonationModel donationModel(donations);
     WindowManagerMenu managerMenu(platform::windowmanager::showWindowManagerMenu);
 
     QQmlApplicationEngine engine;
     registerProviders(engine);
     engine.setInitialProperties({
-        {"store", QVariant::fromValue(&storeModel)},
+        {"config", QVariant::fromValue(&configModel)},
+        {"run", QVariant::fromValue(&runModel)},
+        {"presets", QVariant::fromValue(&presetsModel)},
         {"donations", QVariant::fromValue(&donationModel)},
         {"desktopLimits", QVariant::fromValue(desktop->limits())},
         {"managerMenu", QVariant::fromValue(&managerMenu)},

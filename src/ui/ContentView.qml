@@ -6,7 +6,8 @@ import Velloran
 Item {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
+    required property RunModel run
     /// What does not work on this desktop.
     property desktopLimits limits
     /// What the window buttons take of the left end of the title bar.
@@ -62,17 +63,18 @@ Item {
 
                         ClickConfigCard {
                             Layout.fillWidth: true
-                            store: root.store
+                            config: root.config
                         }
 
                         StopConditionsCard {
                             Layout.fillWidth: true
-                            store: root.store
+                            config: root.config
+                            run: root.run
                         }
 
                         StartOptionsCard {
                             Layout.fillWidth: true
-                            store: root.store
+                            config: root.config
                             limits: root.limits
                         }
                     }
@@ -86,7 +88,7 @@ Item {
 
                         StatusCard {
                             Layout.fillWidth: true
-                            store: root.store
+                            run: root.run
                         }
 
                         PrimaryActionButton {
@@ -96,28 +98,28 @@ Item {
                             title: "Start"
                             systemImage: "play.fill"
                             help: root.limits.clicks
-                            disabled: !root.store.isValid || root.store.status === StoreModel.Running
-                                      || root.store.status === StoreModel.Delayed
+                            disabled: !root.config.isValid || root.run.status === RunModel.Running
+                                      || root.run.status === RunModel.Delayed
                             // The last click of a counted run may come down on this very button: it must not start the next.
                             onPointerPressed: {
-                                if (root.store.isEchoOfOwnClick())
+                                if (root.run.isEchoOfOwnClick())
                                     start.ignorePress();
                             }
-                            onTriggered: root.store.start()
+                            onTriggered: root.run.start()
                         }
 
                         SecondaryActionButton {
                             Layout.fillWidth: true
                             title: "Stop"
                             systemImage: "stop.fill"
-                            disabled: !root.store.isRunningState
-                            active: root.store.isRunningState
-                            onTriggered: root.store.stop()
+                            disabled: !root.run.isRunningState
+                            active: root.run.isRunningState
+                            onTriggered: root.run.stop()
                         }
 
                         SummaryCard {
                             Layout.fillWidth: true
-                            store: root.store
+                            config: root.config
                         }
                     }
                 }

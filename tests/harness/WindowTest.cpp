@@ -67,7 +67,9 @@ WindowTest::WindowTest() {
     monitor = std::make_unique<KeyEventMonitor>(*characters);
     store = AutoClickerStore::create();
     donations = std::make_unique<DonationManager>();
-    storeModel = std::make_unique<StoreModel>(store);
+    configModel = std::make_unique<ConfigModel>(*store);
+    runModel = std::make_unique<RunModel>(*store, platform.loop);
+    presetsModel = std::make_unique<PresetsModel>(*store);
     donationModel = std::make_unique<DonationModel>(*donations);
     engine = std::make_unique<QQmlEngine>();
     registerProviders(*engine);
@@ -79,7 +81,9 @@ WindowTest::~WindowTest() {
     root.reset();
     engine.reset();
     donationModel.reset();
-    storeModel.reset();
+    presetsModel.reset();
+    runModel.reset();
+    configModel.reset();
     donations.reset();
     store->stop();
     platform.loop.runDue();
@@ -94,7 +98,9 @@ void WindowTest::open(const QByteArray& qml) {
         fatalError(component.errorString().toStdString());
     }
     root.reset(component.createWithInitialProperties({
-        {"store", QVariant::fromValue(storeModel.get())},
+        {"config", QVariant::fromValue(configModel.get())},
+        {"run", QVariant::fromValue(runModel.get())},
+        {"presets", QVariant::fromValue(presetsModel.get())},
         {"donations", QVariant::fromValue(donationModel.get())},
     }));
     window = qobject_cast<QQuickWindow*>(root.get());

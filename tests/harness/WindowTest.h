@@ -7,7 +7,9 @@
 #include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Platform.h"
 #include "donation/view/DonationModel.h"
-#include "ui/StoreModel.h"
+#include "presets/view/PresetsModel.h"
+#include "ui/cards/ConfigModel.h"
+#include "ui/cards/RunModel.h"
 #include "hotkeys/view/KeyEventMonitor.h"
 #include "harness/EventMarker.h"
 #include "harness/Screen.h"
@@ -65,8 +67,8 @@ protected:
     WindowTest();
     ~WindowTest() override;
 
-    /// Opens the window that `qml` describes and waits until it is in use. The models are its properties `store` and
-    /// `donations`, if it has such.
+    /// Opens the window that `qml` describes and waits until it is in use. The models are its properties `config`,
+    /// `run`, `presets` and `donations`, if it has such.
     void open(const QByteArray& qml);
 
     /// The program's own window.
@@ -129,7 +131,9 @@ protected:
     fakes::RecordingPlatform platform;
     std::shared_ptr<AutoClickerStore> store;
     std::unique_ptr<DonationManager> donations;
-    std::unique_ptr<StoreModel> storeModel;
+    std::unique_ptr<ConfigModel> configModel;
+    std::unique_ptr<RunModel> runModel;
+    std::unique_ptr<PresetsModel> presetsModel;
     std::unique_ptr<DonationModel> donationModel;
     int quits = 0;
     std::unique_ptr<QQmlEngine> engine;

@@ -16,7 +16,7 @@ FocusScope {
     /// Shown while the pointer rests on it.
     property string help: ""
 
-    /// Another shortcut was pressed. `combo` is what `StoreModel.hotkey` takes.
+    /// Another shortcut was pressed. `combo` is what `ConfigModel.setHotkey` takes.
     signal recorded(var combo)
     /// The shortcut is to go.
     signal cleared

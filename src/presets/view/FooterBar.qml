@@ -6,19 +6,20 @@ import Velloran
 Item {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
+    required property PresetsModel presets
 
     readonly property int padding: 10
     property PresetsMenu openMenu: null
 
     function togglePresetsMenu(byKey: bool) {
         if (!root.openMenu?.opened)
-            root.openMenu = presetsMenu.createObject(presetsButton, { ownPresets: root.store.userPresets }) as PresetsMenu;
+            root.openMenu = presetsMenu.createObject(presetsButton, { ownPresets: root.presets.own() }) as PresetsMenu;
         root.openMenu.toggle(byKey);
     }
 
     function exportConfig() {
-        const bytes = root.store.exportConfigData();
+        const bytes = root.config.exportData();
         if (bytes.byteLength > 0)
             dialogs.exportFile(bytes);
     }
@@ -99,7 +100,7 @@ Item {
         FooterButton {
             label: "Reset"
             systemImage: "arrow.counterclockwise"
-            onTriggered: root.store.resetToDefaults()
+            onTriggered: root.config.resetToDefaults()
         }
     }
 
@@ -109,7 +110,7 @@ Item {
         PresetsMenu {
             id: menu
 
-            store: root.store
+            presets: root.presets
             onSaveRequested: naming.begin()
             onClosed: {
                 if (root.openMenu === menu)
@@ -122,7 +123,7 @@ Item {
     SavePresetModel {
         id: naming
 
-        onConfirmed: presetName => root.store.saveCurrentAsPreset(presetName)
+        onConfirmed: presetName => root.presets.saveCurrent(presetName)
     }
 
     Sheet {
@@ -143,7 +144,7 @@ Item {
         id: dialogs
 
         window: root.Window.window
-        onImported: bytes => root.store.importConfig(bytes)
+        onImported: bytes => root.config.importData(bytes)
     }
 
     // While a file dialog is open, the window below it can be seen only.

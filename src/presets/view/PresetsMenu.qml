@@ -5,7 +5,7 @@ import Velloran
 PopupMenu {
     id: root
 
-    required property StoreModel store
+    required property PresetsModel presets
     /// The presets as they are now. Not bound to them: an entry that is chosen must not vanish before the menu has closed.
     required property var ownPresets
 
@@ -23,13 +23,13 @@ PopupMenu {
     }
 
     Repeater {
-        model: root.store.builtInPresets
+        model: root.presets.builtIns
 
         PopupMenuItem {
             required property var modelData
 
             label: modelData.name
-            onTriggered: root.store.applyPreset(modelData.id)
+            onTriggered: root.presets.apply(modelData.id)
         }
     }
 
@@ -48,7 +48,7 @@ PopupMenu {
             required property var modelData
 
             label: modelData.name
-            onTriggered: root.store.applyPreset(modelData.id)
+            onTriggered: root.presets.apply(modelData.id)
         }
     }
 
@@ -79,7 +79,7 @@ PopupMenu {
 
                     label: "Delete \"" + modelData.name + "\""
                     destructive: true
-                    onTriggered: root.store.deletePreset(modelData.id)
+                    onTriggered: root.presets.remove(modelData.id)
                 }
             }
         }

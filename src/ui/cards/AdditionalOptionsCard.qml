@@ -6,7 +6,7 @@ import Velloran
 CardBackground {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
 
     contentItem: ColumnLayout {
         spacing: Theme.spacing.md
@@ -21,15 +21,15 @@ CardBackground {
         Checkbox {
             Layout.fillWidth: true
             label: "Play click sound"
-            isOn: root.store.playClickSound
-            onToggled: on => root.store.playClickSound = on
+            isOn: root.config.playClickSound
+            onToggled: on => root.config.playClickSound = on
         }
 
         Checkbox {
             Layout.fillWidth: true
             label: "Minimize to menu bar"
-            isOn: root.store.minimizeToTray
-            onToggled: on => root.store.minimizeToTray = on
+            isOn: root.config.minimizeToTray
+            onToggled: on => root.config.minimizeToTray = on
         }
     }
 }

@@ -6,7 +6,7 @@ import Velloran
 CardBackground {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
 
     readonly property int labelWidth: 130
 
@@ -30,9 +30,9 @@ CardBackground {
             MouseButtonSelect {
                 Layout.fillWidth: true
                 label: "Mouse Button"
-                names: root.store.mouseButtonNames
-                selection: root.store.mouseButton
-                onSelected: index => root.store.mouseButton = index
+                names: root.config.mouseButtonNames
+                selection: root.config.mouseButton
+                onSelected: index => root.config.mouseButton = index
             }
         }
 
@@ -56,12 +56,12 @@ CardBackground {
                 suffix: "seconds"
 
                 model: RealFieldModel {
-                    value: root.store.clickIntervalSeconds
-                    from: root.store.intervalMin
-                    to: root.store.intervalMax
+                    value: root.config.clickIntervalSeconds
+                    from: root.config.intervalMin
+                    to: root.config.intervalMax
                     step: 0.05
                     decimals: 2
-                    onStored: seconds => root.store.clickIntervalSeconds = seconds
+                    onStored: seconds => root.config.clickIntervalSeconds = seconds
                 }
             }
         }

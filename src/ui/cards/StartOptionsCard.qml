@@ -6,7 +6,7 @@ import Velloran
 CardBackground {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
     /// What does not work on this desktop.
     property desktopLimits limits
 
@@ -41,22 +41,22 @@ CardBackground {
                     Layout.fillWidth: true
                     label: "Start / Stop Hotkey"
                     help: root.limits.hotkey
-                    hasCombo: root.store.hasHotkey
-                    display: root.store.hotkeyDisplay
-                    onRecorded: combo => root.store.hotkey = combo
-                    onCleared: root.store.clearHotkey()
+                    hasCombo: root.config.hasHotkey
+                    display: root.config.hotkeyDisplay
+                    onRecorded: combo => root.config.setHotkey(combo)
+                    onCleared: root.config.clearHotkey()
                 }
 
                 HotkeyChoiceMenu {
-                    choices: root.store.hotkeyChoices
-                    onChosen: index => root.store.chooseHotkey(index)
-                    onCleared: root.store.clearHotkey()
+                    choices: root.config.hotkeyChoices
+                    onChosen: index => root.config.chooseHotkey(index)
+                    onCleared: root.config.clearHotkey()
                 }
             }
 
             HelperText {
                 indent: hotkeyLabel.width + Theme.spacing.md
-                text: root.store.hasHotkey ? "Press your hotkey anywhere to start/stop" : "Press keys to record shortcut"
+                text: root.config.hasHotkey ? "Press your hotkey anywhere to start/stop" : "Press keys to record shortcut"
             }
         }
 
@@ -70,20 +70,20 @@ CardBackground {
             Checkbox {
                 Layout.fillWidth: true
                 label: "Start clicking after"
-                isOn: root.store.hasStartDelay
-                onToggled: on => root.store.hasStartDelay = on
+                isOn: root.config.hasStartDelay
+                onToggled: on => root.config.hasStartDelay = on
             }
 
             DurationRow {
                 label: "Start clicking after"
                 indent: root.checkboxIndent
-                value: root.store.startDelaySeconds
-                from: root.store.delayMin
-                to: root.store.delayMax
+                value: root.config.startDelaySeconds
+                from: root.config.delayMin
+                to: root.config.delayMax
                 step: 1
                 decimals: 0
-                disabled: root.store.startDelaySeconds === 0
-                onValueEdited: newValue => root.store.startDelaySeconds = newValue
+                disabled: root.config.startDelaySeconds === 0
+                onValueEdited: newValue => root.config.startDelaySeconds = newValue
             }
 
             HelperText {
@@ -99,21 +99,21 @@ CardBackground {
                 Layout.fillWidth: true
                 label: "Click only if mouse is stationary"
                 help: root.limits.stillMouse
-                isOn: root.store.requireStationaryMouse
-                onToggled: on => root.store.requireStationaryMouse = on
+                isOn: root.config.requireStationaryMouse
+                onToggled: on => root.config.requireStationaryMouse = on
             }
 
             DurationRow {
                 label: "Click only if mouse is stationary"
                 leading: "for at least"
                 indent: root.checkboxIndent
-                value: root.store.stationarySeconds
-                from: root.store.stationaryMin
-                to: root.store.stationaryMax
+                value: root.config.stationarySeconds
+                from: root.config.stationaryMin
+                to: root.config.stationaryMax
                 step: 0.1
                 decimals: 1
-                disabled: !root.store.requireStationaryMouse
-                onValueEdited: newValue => root.store.stationarySeconds = newValue
+                disabled: !root.config.requireStationaryMouse
+                onValueEdited: newValue => root.config.stationarySeconds = newValue
             }
 
             HelperText {

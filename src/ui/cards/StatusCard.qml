@@ -6,21 +6,21 @@ import Velloran
 CardBackground {
     id: root
 
-    required property StoreModel store
+    required property RunModel run
 
     readonly property color statusColor: {
-        switch (root.store.status) {
-        case StoreModel.Arming:
+        switch (root.run.status) {
+        case RunModel.Arming:
             return Theme.statusArming;
-        case StoreModel.Delayed:
+        case RunModel.Delayed:
             return Theme.statusDelayed;
-        case StoreModel.Running:
+        case RunModel.Running:
             return Theme.statusRunning;
-        case StoreModel.Paused:
+        case RunModel.Paused:
             return Theme.statusPaused;
-        case StoreModel.Completed:
+        case RunModel.Completed:
             return Theme.statusCompleted;
-        case StoreModel.Error:
+        case RunModel.Error:
             return Theme.statusError;
         default:
             return Theme.statusIdle;
@@ -48,7 +48,7 @@ CardBackground {
 
         DragonAnimationView {
             Layout.fillWidth: true
-            flying: root.store.isFlying
+            flying: root.run.isFlying
         }
 
         ColumnLayout {
@@ -56,12 +56,12 @@ CardBackground {
 
             StatusHeadline {
                 Layout.fillWidth: true
-                headline: root.store.headline
+                headline: root.run.headline
             }
 
             BodyText {
                 Layout.fillWidth: true
-                text: root.store.message
+                text: root.run.message
                 size: 13
                 weight: Font.Medium
                 color: Theme.textSecondary
@@ -75,9 +75,9 @@ CardBackground {
         PlainButton {
             id: grant
 
-            visible: !root.store.hasAccessibilityPermission
+            visible: !root.run.hasAccessibilityPermission
             label: "Grant Accessibility Permission"
-            onTriggered: root.store.openAccessibilitySettings()
+            onTriggered: root.run.openAccessibilitySettings()
 
             contentItem: Row {
                 spacing: 6

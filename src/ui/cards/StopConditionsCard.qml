@@ -6,7 +6,8 @@ import Velloran
 CardBackground {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
+    required property RunModel run
 
     contentItem: ColumnLayout {
         spacing: Theme.spacing.md
@@ -22,8 +23,8 @@ CardBackground {
             Layout.fillWidth: true
             leftLabel: "Run Until Stopped"
             rightLabel: "Stop After"
-            leftSelected: root.store.isManual
-            onToggled: left => root.store.isManual = left
+            leftSelected: root.config.isManual
+            onToggled: left => root.config.isManual = left
         }
 
         ColumnLayout {
@@ -34,9 +35,9 @@ CardBackground {
 
                 Layout.fillWidth: true
                 label: "Run until manually stopped"
-                isSelected: root.store.isManual
+                isSelected: root.config.isManual
                 next: afterCount
-                onTriggered: root.store.isManual = true
+                onTriggered: root.config.isManual = true
             }
 
             RowLayout {
@@ -47,9 +48,9 @@ CardBackground {
 
                     Layout.preferredWidth: Math.max(120, implicitWidth)
                     label: "Stop after"
-                    isSelected: !root.store.isManual
+                    isSelected: !root.config.isManual
                     previous: untilStopped
-                    onTriggered: root.store.isManual = false
+                    onTriggered: root.config.isManual = false
                 }
 
                 NumberField {
@@ -57,14 +58,14 @@ CardBackground {
 
                     Layout.preferredWidth: Math.max(160, count.minimumWidth)
                     label: "Stop after"
-                    disabled: root.store.isManual
+                    disabled: root.config.isManual
 
                     model: CountFieldModel {
-                        value: root.store.clickCount
-                        from: root.store.clicksMin
-                        to: root.store.clicksMax
+                        value: root.config.clickCount
+                        from: root.config.clicksMin
+                        to: root.config.clicksMax
                         step: 10
-                        onStored: number => root.store.clickCount = number
+                        onStored: number => root.config.clickCount = number
                     }
                 }
 
@@ -79,23 +80,23 @@ CardBackground {
         }
 
         HelperText {
-            text: root.store.isManual ? "Clicking continues until you press Stop or the hotkey."
+            text: root.config.isManual ? "Clicking continues until you press Stop or the hotkey."
                                       : "Total number of clicks before automatically stopping."
         }
 
         ColumnLayout {
-            visible: root.store.showsProgress
+            visible: root.run.showsProgress
             spacing: Theme.spacing.md
 
             ProgressBar {
                 Layout.fillWidth: true
                 label: "Progress"
-                progress: root.store.progress
+                progress: root.run.progress
             }
 
             BodyText {
                 Layout.fillWidth: true
-                text: root.store.progressText
+                text: root.run.progressText
                 size: 12
                 weight: Font.Medium
                 color: Theme.textSecondary

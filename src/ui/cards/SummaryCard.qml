@@ -6,7 +6,7 @@ import Velloran
 CardBackground {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
 
     contentItem: ColumnLayout {
         spacing: 12
@@ -27,42 +27,42 @@ CardBackground {
             Layout.fillWidth: true
             icon: "computermouse.fill"
             title: "Mouse Button"
-            value: root.store.mouseButtonText
+            value: root.config.mouseButtonText
         }
 
         SummaryRow {
             Layout.fillWidth: true
             icon: "clock.fill"
             title: "Click Interval"
-            value: root.store.intervalText
+            value: root.config.intervalText
         }
 
         SummaryRow {
             Layout.fillWidth: true
             icon: "flag.fill"
             title: "Stop After"
-            value: root.store.stopText
+            value: root.config.stopText
         }
 
         SummaryRow {
             Layout.fillWidth: true
             icon: "keyboard.fill"
             title: "Hotkey"
-            value: root.store.hotkeyText
+            value: root.config.hotkeyText
         }
 
         SummaryRow {
             Layout.fillWidth: true
             icon: "hourglass"
             title: "Delay"
-            value: root.store.delayText
+            value: root.config.delayText
         }
 
         SummaryRow {
             Layout.fillWidth: true
             icon: "scope"
             title: "Stationary Check"
-            value: root.store.stationaryText
+            value: root.config.stationaryText
         }
     }
 }

@@ -6,7 +6,8 @@ import Velloran
 Item {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
+    required property PresetsModel presets
 
     signal done
 
@@ -25,12 +26,13 @@ Item {
 
         AdditionalOptionsCard {
             Layout.fillWidth: true
-            store: root.store
+            config: root.config
         }
 
         FooterBar {
             Layout.fillWidth: true
-            store: root.store
+            config: root.config
+            presets: root.presets
         }
 
         FaceButton {

@@ -5,7 +5,9 @@ import Velloran
 ShellWindow {
     id: root
 
-    required property StoreModel store
+    required property ConfigModel config
+    required property RunModel run
+    required property PresetsModel presets
     required property DonationModel donations
     /// What does not work on this desktop.
     property desktopLimits desktopLimits
@@ -16,13 +18,14 @@ ShellWindow {
     onAboutToShow: content.settle()
 
     Component.onCompleted: {
-        root.store.refreshPermission();
+        root.run.refreshPermission();
         root.donations.evaluate();
     }
 
     options: Component {
         OptionsView {
-            store: root.store
+            config: root.config
+            presets: root.presets
             onDone: root.isOptionsShown = false
         }
     }
@@ -53,7 +56,8 @@ ShellWindow {
         id: content
 
         anchors.fill: parent
-        store: root.store
+        config: root.config
+        run: root.run
         limits: root.desktopLimits
         leftInset: root.leftInset
     }

@@ -18,7 +18,7 @@ protected:
         open(R"(
             ShellWindow {
                 id: window
-                required property StoreModel store
+                required property ConfigModel config
                 property bool isOnScreen: true
                 property var log: []
                 Column { y: 80
@@ -27,10 +27,10 @@ protected:
                         objectName: "recorder"
                         width: 300
                         visible: window.isOnScreen
-                        hasCombo: window.store.hasHotkey
-                        display: window.store.hotkeyDisplay
-                        onRecorded: combo => window.store.hotkey = combo
-                        onCleared: window.store.clearHotkey()
+                        hasCombo: window.config.hasHotkey
+                        display: window.config.hotkeyDisplay
+                        onRecorded: combo => window.config.setHotkey(combo)
+                        onCleared: window.config.clearHotkey()
                     }
                     FaceButton { label: "Other"; onTriggered: window.log.push("other") }
                 }
@@ -105,7 +105,7 @@ TEST_F(RecorderTest, KeysGoWhereTheyBelongAfterwards) {
 }
 
 TEST_F(RecorderTest, EscapeKeepsTheEarlierCombo) {
-    storeModel->chooseHotkey(0);
+    configModel->chooseHotkey(0);
     const auto before = combo();
     click(get("⌘⌥A"));
     tap(escapeKey);
@@ -142,7 +142,7 @@ TEST_F(RecorderTest, ShortcutsOfTheWindowAreRecordedAndDoNothing) {
     for (const Case& each : {Case{qKey, {control, 12, "⌃Q"}}, Case{commaKey, {control, 43, "⌃,"}},
                              Case{tabKey, {control, 48, "⌃⇥"}}, Case{returnKey, {control, 36, "⌃↩"}},
                              Case{spaceKey, {control, 49, "⌃Space"}}, Case{f8Key, {control, 100, "⌃F8"}}}) {
-        storeModel->clearHotkey();
+        configModel->clearHotkey();
         record();
         tap(each.key, {controlKey});
         EXPECT_EQ(combo(), each.combo);
@@ -226,7 +226,7 @@ TEST_F(RecorderTest, TheEndOfTheWindowLetsGoOfTheKeyboard) {
 }
 
 TEST_F(RecorderTest, ClearingRemovesTheComboAndTheButton) {
-    storeModel->chooseHotkey(2);
+    configModel->chooseHotkey(2);
     settle();
     click(get("Clear hotkey"));
     EXPECT_TRUE(until([&] { return combo() == std::nullopt; }));
@@ -234,7 +234,7 @@ TEST_F(RecorderTest, ClearingRemovesTheComboAndTheButton) {
 }
 
 TEST_F(RecorderTest, ClearingDoesNotEndARecording) {
-    storeModel->chooseHotkey(2);
+    configModel->chooseHotkey(2);
     click(get("⌃⌥S"));
     click(get("Clear hotkey"));
     EXPECT_EQ(combo(), std::nullopt);
@@ -262,7 +262,7 @@ TEST_F(RecorderTest, DigitsTakeShiftIntoAccount) {
     record();
     tap(digit1Key, {controlKey});
     EXPECT_EQ(combo(), (HotkeyCombo{control, 18, "⌃1"}));
-    storeModel->clearHotkey();
+    configModel->clearHotkey();
     record();
     tap(digit1Key, {controlKey, shiftKey});
     EXPECT_EQ(combo(), (HotkeyCombo{control | shift, 18, "⌃⇧!"}));

@@ -14,7 +14,7 @@ protected:
         get("Presets");
     }
 
-    void save(const QString& name) { storeModel->saveCurrentAsPreset(name); }
+    void save(const QString& name) { presetsModel->saveCurrent(name); }
 
     [[nodiscard]] QStringList names() const {
         QStringList all;
@@ -119,7 +119,7 @@ TEST_F(FooterBarTest, AnAmpersandIsNoShortcut) {
     click(get("Presets"));
     get("&File");
     const Key letter{41}; // F
-    storeModel->setClickIntervalSeconds(3.0);
+    configModel->setClickIntervalSeconds(3.0);
     tap(letter);
     EXPECT_TRUE(shows("&File"));
     // The toolkit closes menus at the Alt key, as desktops do.
@@ -128,7 +128,7 @@ TEST_F(FooterBarTest, AnAmpersandIsNoShortcut) {
 }
 
 TEST_F(FooterBarTest, ChoosingABuiltInKeepsTheHotkey) {
-    storeModel->chooseHotkey(0);
+    configModel->chooseHotkey(0);
     click(get("Presets"));
     click(get("Rapid — 0.10s, 500 clicks"));
     EXPECT_EQ(store->config.get().clickIntervalSeconds, 0.1);
@@ -139,9 +139,9 @@ TEST_F(FooterBarTest, ChoosingABuiltInKeepsTheHotkey) {
 }
 
 TEST_F(FooterBarTest, ChoosingAnOwnPresetAppliesIt) {
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     save("Slow");
-    storeModel->resetToDefaults();
+    configModel->resetToDefaults();
     click(get("Presets"));
     click(get("Slow"));
     EXPECT_EQ(store->config.get().clickIntervalSeconds, 42);
@@ -264,7 +264,7 @@ TEST_F(FooterBarTest, TheSaveSheetIsAsWideAsItIsToBe) {
 }
 
 TEST_F(FooterBarTest, ResetAsksNoQuestion) {
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     click(get("Reset"));
     EXPECT_EQ(store->config.get(), AutoClickerConfig::default_());
 }

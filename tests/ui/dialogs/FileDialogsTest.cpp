@@ -109,7 +109,7 @@ private:
 
 TEST_F(FileDialogsTest, ExportsThroughThePortal) {
     FakePortal portal(Screen::current().busAddress());
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     ask(portal, "Export");
     EXPECT_EQ(portal.request.method, "SaveFile");
     EXPECT_EQ(portal.request.parentWindow, "x11:" + QString::number(window->winId(), 16));
@@ -117,7 +117,7 @@ TEST_F(FileDialogsTest, ExportsThroughThePortal) {
     EXPECT_TRUE(portal.request.options.contains("filters"));
     portal.respond(0, {uri("my config.json")});
     EXPECT_TRUE(isFree());
-    EXPECT_EQ(read("my config.json"), storeModel->exportConfigData());
+    EXPECT_EQ(read("my config.json"), configModel->exportData());
     EXPECT_TRUE(read("my config.json").contains("42"));
 }
 
@@ -135,11 +135,11 @@ TEST_F(FileDialogsTest, CancelledExportWritesNothing) {
 
 TEST_F(FileDialogsTest, ImportsWhatWasExported) {
     FakePortal portal(Screen::current().busAddress());
-    storeModel->setClickIntervalSeconds(42);
-    storeModel->chooseHotkey(3);
+    configModel->setClickIntervalSeconds(42);
+    configModel->chooseHotkey(3);
     const AutoClickerConfig exported = store->config.get();
-    write("config.json", storeModel->exportConfigData());
-    storeModel->resetToDefaults();
+    write("config.json", configModel->exportData());
+    configModel->resetToDefaults();
     ask(portal, "Import");
     EXPECT_EQ(portal.request.method, "OpenFile");
     EXPECT_EQ(portal.request.options.value("multiple"), false);
@@ -150,15 +150,15 @@ TEST_F(FileDialogsTest, ImportsWhatWasExported) {
 
 TEST_F(FileDialogsTest, BadFilesChangeNothing) {
     FakePortal portal(Screen::current().busAddress());
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig before = store->config.get();
     write("list.json", "[]");
     write("empty.json", "");
     // A configuration, as far as it goes.
-    storeModel->setClickIntervalSeconds(43);
-    write("long.json", storeModel->exportConfigData());
+    configModel->setClickIntervalSeconds(43);
+    write("long.json", configModel->exportData());
     ASSERT_TRUE(QFile(path("long.json")).resize(longestFile + 1));
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     ASSERT_EQ(mkfifo(path("pipe.json").toUtf8().constData(), 0600), 0);
     for (const char* name : {"list.json", "empty.json", "long.json", "pipe.json", "missing.json", "."}) {
         importFile(portal, name);
@@ -168,24 +168,24 @@ TEST_F(FileDialogsTest, BadFilesChangeNothing) {
 
 TEST_F(FileDialogsTest, LongFilesAreReadWhole) {
     FakePortal portal(Screen::current().busAddress());
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig exported = store->config.get();
-    const QByteArray bytes = storeModel->exportConfigData();
-    storeModel->resetToDefaults();
+    const QByteArray bytes = configModel->exportData();
+    configModel->resetToDefaults();
     for (const qint64 size : {qint64{1024 * 1024 + 1}, longestFile}) {
         write("long.json", QByteArray(size - bytes.size(), ' ') + bytes);
         importFile(portal, "long.json");
         EXPECT_EQ(store->config.get(), exported) << size;
-        storeModel->resetToDefaults();
+        configModel->resetToDefaults();
     }
 }
 
 TEST_F(FileDialogsTest, TheWindowDoesNotWaitForAFile) {
     FakePortal portal(Screen::current().busAddress());
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig exported = store->config.get();
-    write("slow.json", storeModel->exportConfigData());
-    storeModel->resetToDefaults();
+    write("slow.json", configModel->exportData());
+    configModel->resetToDefaults();
     // Whoever opens the file waits until the lease is given back. The system asks for that by a signal.
     std::signal(SIGIO, SIG_IGN);
     const int lease = ::open(path("slow.json").toUtf8().constData(), O_RDWR | O_CLOEXEC);
@@ -196,7 +196,7 @@ TEST_F(FileDialogsTest, TheWindowDoesNotWaitForAFile) {
     ask(portal, "Import");
     portal.respond(0, {uri("slow.json")});
     EXPECT_TRUE(isFree());
-    storeModel->setClickIntervalSeconds(9);
+    configModel->setClickIntervalSeconds(9);
     click(get("Reset"));
     EXPECT_TRUE(until([&] { return store->config.get() == AutoClickerConfig::default_(); }));
     EXPECT_EQ(fcntl(lease, F_SETLEASE, F_UNLCK), 0);
@@ -265,7 +265,7 @@ TEST_F(FileDialogsTest, TheReminderWaitsForTheDialog) {
 }
 
 TEST_F(FileDialogsTest, WithoutAPortalTheToolkitAsks) {
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     click(get("Export"));
     QFileDialog* box = dialog();
     ASSERT_NE(box, nullptr);
@@ -278,9 +278,9 @@ TEST_F(FileDialogsTest, WithoutAPortalTheToolkitAsks) {
     name->setText(path("plain"));
     QMetaObject::invokeMethod(box, "accept");
     EXPECT_TRUE(isFree());
-    EXPECT_EQ(read("plain.json"), storeModel->exportConfigData());
+    EXPECT_EQ(read("plain.json"), configModel->exportData());
 
-    storeModel->resetToDefaults();
+    configModel->resetToDefaults();
     click(get("Import"));
     box = dialog();
     ASSERT_NE(box, nullptr);
@@ -292,7 +292,7 @@ TEST_F(FileDialogsTest, WithoutAPortalTheToolkitAsks) {
 
 TEST_F(FileDialogsTest, ASilentPortalIsNotWaitedFor) {
     SilentPortal portal(Screen::current().busAddress());
-    storeModel->setClickIntervalSeconds(42);
+    configModel->setClickIntervalSeconds(42);
     click(get("Export"));
     ASSERT_TRUE(until([&] { return portal.isAsked(); }));
     // The window is drawn and can be left meanwhile.
@@ -302,7 +302,7 @@ TEST_F(FileDialogsTest, ASilentPortalIsNotWaitedFor) {
     box->findChild<QLineEdit*>()->setText(path("silent"));
     QMetaObject::invokeMethod(box, "accept");
     EXPECT_TRUE(isFree());
-    EXPECT_EQ(read("silent.json"), storeModel->exportConfigData());
+    EXPECT_EQ(read("silent.json"), configModel->exportData());
 }
 
 TEST_F(FileDialogsTest, TheToolkitsDialogCanBeCancelled) {

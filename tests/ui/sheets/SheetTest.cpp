@@ -81,7 +81,6 @@ protected:
         open(R"(
             ShellWindow {
                 id: window
-                required property StoreModel store
                 property bool isShown: false
                 property var log: []
                 limits: ["The pointer cannot be seen here.", "<b>Clicks</b> & keys need a permission."]
@@ -178,7 +177,6 @@ TEST_F(SheetTest, OnceClosedItKeepsNobodyFromGoingOn) {
     open(R"(
         ShellWindow {
             id: window
-            required property StoreModel store
             property bool isShown: true
             property var log: []
             FaceButton { anchors.fill: parent; label: "Below"; onTriggered: window.log.push("below") }
@@ -225,7 +223,6 @@ TEST_F(SheetTest, HasTheFocusWhileItIsStillFadingIn) {
     open(R"(
         ShellWindow {
             id: window
-            required property StoreModel store
             property bool isShown: false
             function begin() { Theme.reducedMotion = false; isShown = true }
             Sheet {
@@ -241,7 +238,6 @@ TEST_F(SheetTest, HasTheFocusWhileItIsStillFadingIn) {
 TEST_F(SheetTest, OneAboveAnotherDarkensTheWindowNoFurther) {
     open(R"(
         ShellWindow {
-            required property StoreModel store
             property bool isShown: false
             property bool isSecondShown: false
             Rectangle { anchors.fill: parent; color: "#808080" }
@@ -329,7 +325,6 @@ TEST_F(SheetTest, OptionsHoldTheCardAndTheBar) {
 TEST_F(SheetTest, TallContentScrolls) {
     open(R"(
         ShellWindow {
-            required property StoreModel store
             property bool isShown: true
             Sheet {
                 shown: true

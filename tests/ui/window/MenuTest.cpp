@@ -198,7 +198,6 @@ TEST_F(MenuTest, OnceClosedItKeepsNobodyFromGoingOn) {
     open(R"(
         ShellWindow {
             id: window
-            required property StoreModel store
             property var log: []
             FaceButton { anchors.fill: parent; label: "Below"; onTriggered: window.log.push("below") }
             FaceButton {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "engine/AutoClickerStore.h"
+
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <QtQmlIntegration>
+
+#include <optional>
+
+namespace velloran {
+
+/// The presets as the views see them: lists of {id, name}. Main thread.
+class PresetsModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+
+    Q_PROPERTY(QVariantList builtIns READ builtIns CONSTANT FINAL)
+
+public:
+    /// `store` outlives this object.
+    explicit PresetsModel(AutoClickerStore& store, QObject* parent = nullptr);
+
+    [[nodiscard]] QVariantList builtIns() const;
+    /// The user's own at this moment.
+    [[nodiscard]] Q_INVOKABLE QVariantList own() const;
+    /// By identifier; one that no preset has changes nothing.
+    Q_INVOKABLE void apply(const QString& id);
+    Q_INVOKABLE void remove(const QString& id);
+    /// Keeps the configuration as it is now.
+    Q_INVOKABLE void saveCurrent(const QString& name);
+
+private:
+    [[nodiscard]] std::optional<Preset> presetWith(const QString& id) const;
+
+    AutoClickerStore& store_;
+};
+
+} // namespace velloran
