@@ -1,5 +1,7 @@
 #include "async/BackgroundJob.h"
 
+#include "fakes/NoMoreThreads.h"
+
 #include <gtest/gtest.h>
 #include <pthread.h>
 
@@ -19,25 +21,6 @@ using namespace std::chrono_literals;
 
 /// Nobody waits that long but in a test that fails.
 constexpr auto forEver = 60s;
-
-/// While it exists no thread can be started: each would need more room than there is.
-class NoMoreThreads {
-public:
-    NoMoreThreads() {
-        pthread_getattr_default_np(&before_);
-        pthread_attr_t boundless = before_;
-        EXPECT_EQ(pthread_attr_setstacksize(&boundless, std::size_t{1} << 60U), 0);
-        EXPECT_EQ(pthread_setattr_default_np(&boundless), 0);
-    }
-
-    NoMoreThreads(const NoMoreThreads&) = delete;
-    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
-
-    ~NoMoreThreads() { pthread_setattr_default_np(&before_); }
-
-private:
-    pthread_attr_t before_{};
-};
 
 /// A job that waits, every time, until the test lets it go on.
 class HeldJob {
@@ -171,7 +154,7 @@ TEST(BackgroundJob, IsDoneAtOnceWhereTheSystemGrantsNoThread) {
         thread = std::this_thread::get_id();
     });
     {
-        const NoMoreThreads none;
+        const fakes::NoMoreThreads none;
         job.request();
         EXPECT_EQ(times, 1);
         EXPECT_EQ(thread, std::this_thread::get_id());

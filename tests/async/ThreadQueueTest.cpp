@@ -1,5 +1,7 @@
 #include "async/ThreadQueue.h"
 
+#include "fakes/NoMoreThreads.h"
+
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/prctl.h>
@@ -95,6 +97,15 @@ TEST(ThreadQueue, LongLabelIsCutForItsThread) {
         name.set_value(buffer.data());
     });
     EXPECT_EQ(name.get_future().get(), "a label of twen");
+}
+
+TEST(ThreadQueueDeathTest, NeedsAThread) {
+    EXPECT_DEATH(
+        {
+            const fakes::NoMoreThreads none;
+            const ThreadQueue queue("velloran.engine");
+        },
+        "^Fatal error: The system grants no thread\n$");
 }
 
 TEST(ThreadQueue, LetsGoOfAJobBeforeTheNextOneRuns) {

@@ -1,5 +1,6 @@
 #include "platform/pulse/PulseSounds.h"
 
+#include "fakes/NoMoreThreads.h"
 #include "platform/pulse/HeldUp.h"
 #include "platform/pulse/Recorder.h"
 #include "platform/pulse/SoundServer.h"
@@ -206,6 +207,17 @@ TEST_F(PulseSoundsTest, IsSilentWithoutAServer) {
     // A server that comes later is found.
     ASSERT_NO_FATAL_FAILURE(startRecording());
     ASSERT_NO_FATAL_FAILURE(playUntilHeard());
+}
+
+TEST_F(PulseSoundsTest, DropsTicksUntilThereIsAThread) {
+    ASSERT_NO_FATAL_FAILURE(startRecording());
+    {
+        const fakes::NoMoreThreads none;
+        tick->play();
+        tick->stop();
+    }
+    ASSERT_NO_FATAL_FAILURE(playTicks(1, 0ms));
+    EXPECT_EQ(recorder->ticks().size(), 1U);
 }
 
 TEST_F(PulseSoundsTest, AServerThatDiesAndComesBackIsFoundAgain) {
