@@ -4,7 +4,8 @@
 
 namespace velloran {
 
-/// Keeps an observer attached for as long as it exists. May outlive what is observed.
+/// Keeps something attached to something else, an observer or a hot key for instance, for as long as it exists. May
+/// outlive what that is attached to.
 class [[nodiscard]] Subscription {
 public:
     /// Attached to nothing.

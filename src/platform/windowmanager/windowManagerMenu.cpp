@@ -1,6 +1,6 @@
 #include "platform/windowmanager/windowManagerMenu.h"
 
-#include "platform/windowmanager/XcbReply.h"
+#include "base/Allocated.h"
 #include "platform/windowmanager/rootWindow.h"
 
 #include <QGuiApplication>
@@ -22,7 +22,7 @@ bool isSupported(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t mes
     constexpr std::uint32_t mostWords = 4096;
     const auto cookie =
         xcb_get_property(connection, 0, root, atomOf(connection, "_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, mostWords);
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
+    const Allocated<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
     xcb_ewmh_get_atoms_reply_t supported{};
     return reply && xcb_ewmh_get_supported_from_reply(&supported, reply.get()) != 0 &&
            std::count(supported.atoms, supported.atoms + supported.atoms_len, message) > 0;
@@ -44,7 +44,7 @@ bool showWindowManagerMenu(QWindow& window) {
     }
     // The server's own count of pixels, which the toolkit's points may differ from.
     const auto cookie = xcb_query_pointer(connection, root);
-    const XcbReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(connection, cookie, nullptr));
+    const Allocated<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(connection, cookie, nullptr));
     if (!pointer) {
         return false;
     }

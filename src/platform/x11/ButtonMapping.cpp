@@ -19,7 +19,7 @@ std::uint8_t roleOf(EventButton button) {
 } // namespace
 
 ButtonMapping ButtonMapping::read(xcb_connection_t* connection) {
-    const XcbOwned<xcb_get_pointer_mapping_reply_t> reply(
+    const Allocated<xcb_get_pointer_mapping_reply_t> reply(
         xcb_get_pointer_mapping_reply(connection, xcb_get_pointer_mapping(connection), nullptr));
     if (!reply) {
         return ButtonMapping({});

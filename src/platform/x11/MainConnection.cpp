@@ -32,14 +32,14 @@ void MainConnection::onReadable() {
 }
 
 void MainConnection::collect() {
-    while (XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(get())}) {
+    while (Allocated<xcb_generic_event_t> event{xcb_poll_for_event(get())}) {
         events_.push_back(std::move(event));
     }
 }
 
 void MainConnection::handOn() {
     while (!events_.empty()) {
-        const XcbOwned<xcb_generic_event_t> event = std::move(events_.front());
+        const Allocated<xcb_generic_event_t> event = std::move(events_.front());
         events_.pop_front();
         if (receiver_) {
             receiver_(*event);

@@ -43,7 +43,7 @@ private:
     EventLoop& loop_;
     ConnectionLoss& loss_;
     EventReceiver receiver_;
-    std::deque<XcbOwned<xcb_generic_event_t>> events_;
+    std::deque<Allocated<xcb_generic_event_t>> events_;
     std::unique_ptr<EventLoop::Watch> watch_;
     bool isHandingOnRequested_ = false;
     ScheduledCall handingOn_;

@@ -102,9 +102,9 @@ ModifierBits readModifierBits(xcb_connection_t* connection) {
     const auto keyCount = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
     const auto modifierCookie = xcb_get_modifier_mapping(connection);
     const auto keyboardCookie = xcb_get_keyboard_mapping(connection, setup->min_keycode, keyCount);
-    const XcbOwned<xcb_get_modifier_mapping_reply_t> modifiers(
+    const Allocated<xcb_get_modifier_mapping_reply_t> modifiers(
         xcb_get_modifier_mapping_reply(connection, modifierCookie, nullptr));
-    const XcbOwned<xcb_get_keyboard_mapping_reply_t> keyboard(
+    const Allocated<xcb_get_keyboard_mapping_reply_t> keyboard(
         xcb_get_keyboard_mapping_reply(connection, keyboardCookie, nullptr));
     if (!modifiers || !keyboard) {
         return {};

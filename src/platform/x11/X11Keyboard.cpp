@@ -27,7 +27,7 @@ bool enableExtension(xcb_connection_t* connection) {
     if (extension == nullptr || extension->present == 0) {
         return false;
     }
-    const XcbOwned<xcb_xkb_use_extension_reply_t> answer(xcb_xkb_use_extension_reply(
+    const Allocated<xcb_xkb_use_extension_reply_t> answer(xcb_xkb_use_extension_reply(
         connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION), nullptr));
     return answer && answer->supported != 0;
 }
@@ -40,7 +40,7 @@ X11Keyboard::X11Keyboard(MainConnection& connection) : connection_(connection) {
     if (isPresent_) {
         eventBase_ = xcb_get_extension_data(server, &xcb_xkb_id)->first_event;
         constexpr std::uint32_t detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-        const XcbOwned<xcb_xkb_per_client_flags_reply_t> flags(xcb_xkb_per_client_flags_reply(
+        const Allocated<xcb_xkb_per_client_flags_reply_t> flags(xcb_xkb_per_client_flags_reply(
             server, xcb_xkb_per_client_flags(server, coreKeyboard, detectable, detectable, 0, 0, 0), nullptr));
         constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
         constexpr std::uint16_t allParts = 0xFF;
@@ -63,7 +63,7 @@ std::optional<xcb_keycode_t> X11Keyboard::keyCode(std::uint32_t evdevCode) const
 
 X11Keyboard::Keys X11Keyboard::keysDown() {
     xcb_connection_t* const server = connection_.get();
-    const XcbOwned<xcb_query_keymap_reply_t> reply(xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
+    const Allocated<xcb_query_keymap_reply_t> reply(xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
     connection_.settle();
     Keys keys;
     for (std::size_t key = 0; reply && key < keys.size(); ++key) {
@@ -100,7 +100,7 @@ Result<keys::KeyboardLayout> X11Keyboard::layout() {
     if (!keymap) {
         return Error{"the X server does not tell its keymap"};
     }
-    const XcbOwned<char> text(xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1));
+    const Allocated<char> text(xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1));
     return keys::KeyboardLayout::fromText(text ? text.get() : "");
 }
 
@@ -109,7 +109,7 @@ keys::KeyboardState X11Keyboard::state() {
         return {};
     }
     xcb_connection_t* const server = connection_.get();
-    const XcbOwned<xcb_xkb_get_state_reply_t> state(
+    const Allocated<xcb_xkb_get_state_reply_t> state(
         xcb_xkb_get_state_reply(server, xcb_xkb_get_state(server, coreKeyboard), nullptr));
     connection_.settle();
     return state ? keys::KeyboardState{state->group, state->lockedMods} : keys::KeyboardState{};

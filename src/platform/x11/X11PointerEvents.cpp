@@ -23,7 +23,7 @@ bool answersXTest(xcb_connection_t* connection) {
     if (extension == nullptr || extension->present == 0) {
         return false;
     }
-    const XcbOwned<xcb_test_get_version_reply_t> version(xcb_test_get_version_reply(
+    const Allocated<xcb_test_get_version_reply_t> version(xcb_test_get_version_reply(
         connection, xcb_test_get_version(connection, XCB_TEST_MAJOR_VERSION, XCB_TEST_MINOR_VERSION), nullptr));
     return version != nullptr;
 }
@@ -80,7 +80,7 @@ void X11PointerEvents::followMapping() {
     // Polling reads what has arrived, and waits for nothing. The server tells of every change unasked; whatever it had
     // told before the click began counts for the click.
     bool hasChanged = false;
-    while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    while (const Allocated<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
         hasChanged = hasChanged || isPointerMappingChange(*event);
     }
     if (hasChanged) {

@@ -12,7 +12,7 @@ std::optional<Point> queryPointer(xcb_connection_t* connection) {
     }
     // Asked of one screen the server tells the position on whichever screen the pointer is on.
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const XcbOwned<xcb_query_pointer_reply_t> reply(
+    const Allocated<xcb_query_pointer_reply_t> reply(
         xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr));
     if (!reply) {
         return std::nullopt;

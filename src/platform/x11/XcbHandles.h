@@ -1,19 +1,12 @@
 #pragma once
 
+#include "base/Allocated.h"
+
 #include <xcb/xcb.h>
 
-#include <cstdlib>
 #include <memory>
 
 namespace velloran::platform::x11 {
-
-struct FreeMemory {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
-/// A reply, event or error of the X library, which is freed with this handle. Null when none came.
-template<typename T>
-using XcbOwned = std::unique_ptr<T, FreeMemory>;
 
 struct CloseConnection {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }

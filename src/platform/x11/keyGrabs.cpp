@@ -31,7 +31,7 @@ GrabResult grabKey(xcb_connection_t* connection, xcb_keycode_t key, const std::v
     }
     GrabResult result = requests.empty() ? GrabResult::refused : GrabResult::grabbed;
     for (const xcb_void_cookie_t request : requests) {
-        if (const XcbOwned<xcb_generic_error_t> error{xcb_request_check(connection, request)}) {
+        if (const Allocated<xcb_generic_error_t> error{xcb_request_check(connection, request)}) {
             result = error->error_code == badAccess ? GrabResult::taken : GrabResult::refused;
         }
     }
