@@ -23,6 +23,9 @@ public:
     /// The next line of its output; nothing when it ends, or does not come within ten seconds.
     std::optional<std::string> readLine();
 
+    /// Where its output can be read by other means.
+    [[nodiscard]] int output() const { return output_; }
+
     /// Hands it a line on its standard input.
     void writeLine(const std::string& line) const;
 

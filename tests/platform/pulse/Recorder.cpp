@@ -2,13 +2,11 @@
 
 #include "platform/pulse/TickSample.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace velloran::tests {
 
@@ -20,24 +18,6 @@ constexpr auto longestSilence = 30s;
 constexpr std::size_t recognised = platform::pulse::tickRate * 5 / 1000;
 
 } // namespace
-
-Recorder::Recorder() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        return;
-    }
-    pipe_ = ends[0];
-    process_ = std::make_unique<ChildProcess>(std::vector<std::string>{"parec", "--raw", "--device=test.monitor",
-                                                                       "--format=s16le", "--rate=48000", "--channels=1",
-                                                                       "--latency-msec=10"},
-                                              ends[1]);
-    close(ends[1]);
-}
-
-Recorder::~Recorder() {
-    process_.reset();
-    close(pipe_);
-}
 
 bool Recorder::start() {
     return recordMore(platform::pulse::tickRate / 4);
@@ -83,7 +63,7 @@ bool Recorder::take(std::chrono::nanoseconds longest) {
     const ssize_t size = read(pipe_, buffer.data(), sizeof buffer);
     if (size <= 0) {
         // The recording program is gone; from now on waiting is all there is to do.
-        close(std::exchange(pipe_, -1));
+        pipe_ = -1;
         return false;
     }
     // parec writes whole frames of two bytes, and a pipe keeps small pieces whole.

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "platform/pulse/ChildProcess.h"
+#include "harness/ChildProcess.h"
 
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace velloran::tests {
@@ -13,11 +12,6 @@ namespace velloran::tests {
 /// Records what the device of a `SoundServer` would have played.
 class Recorder {
 public:
-    Recorder();
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
-    ~Recorder();
-
     /// Records until a quarter of a second of sound (mostly silence) has come in. False when none comes.
     bool start();
 
@@ -36,8 +30,9 @@ private:
     /// Waits for sound for that long at most and takes what is there.
     bool take(std::chrono::nanoseconds longest);
 
-    int pipe_ = -1;
-    std::unique_ptr<ChildProcess> process_;
+    ChildProcess process_{{"parec", "--raw", "--device=test.monitor", "--format=s16le", "--rate=48000", "--channels=1",
+                           "--latency-msec=10"}};
+    int pipe_ = process_.output();
     std::vector<std::int16_t> samples_;
 };
 

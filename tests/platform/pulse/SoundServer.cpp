@@ -1,6 +1,5 @@
 #include "platform/pulse/SoundServer.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -38,27 +37,27 @@ SoundServer::~SoundServer() {
 }
 
 bool SoundServer::start() {
-    const int log = open(log_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    process_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"pulseaudio", "-n", "-v", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
-                                 "--log-target=stderr", "--disallow-exit", "--high-priority=yes", "--realtime=yes",
-                                 "-L", "module-null-sink sink_name=test format=s16le rate=48000 channels=1", "-L",
-                                 "module-native-protocol-unix auth-anonymous=1 socket=" + folder_ + "/native"},
-        log, log);
-    close(log);
+    // There from the start, so that it can be watched.
+    std::ofstream(log_).close();
+    process_ = std::make_unique<ChildProcess>(std::vector<std::string>{
+        "pulseaudio", "-n", "-v", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+        "--log-target=file:" + log_, "--disallow-exit", "--high-priority=yes", "--realtime=yes", "-L",
+        "module-null-sink sink_name=test format=s16le rate=48000 channels=1", "-L",
+        "module-native-protocol-unix auth-anonymous=1 socket=" + folder_ + "/native"});
     return waitForLog("Daemon startup complete");
 }
 
 void SoundServer::kill() {
-    process_->kill();
+    process_->sendSignal(SIGKILL);
+    process_->wait();
 }
 
 void SoundServer::freeze() {
-    process_->signal(SIGSTOP);
+    process_->sendSignal(SIGSTOP);
 }
 
 void SoundServer::thaw() {
-    process_->signal(SIGCONT);
+    process_->sendSignal(SIGCONT);
 }
 
 bool SoundServer::logHolds(const std::string& text) const {

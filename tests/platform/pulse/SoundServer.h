@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/pulse/ChildProcess.h"
+#include "harness/ChildProcess.h"
 
 #include <memory>
 #include <string>
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] bool waitForLog(const std::string& text) const;
 
     /// Its process; it must be running.
-    [[nodiscard]] pid_t process() const { return process_->id(); }
+    [[nodiscard]] pid_t process() const { return process_->pid(); }
 
     [[nodiscard]] const std::string& folder() const { return folder_; }
 
