@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <iostream>
@@ -58,6 +59,8 @@ int main(int argc, char** argv) {
         deadline.tv_sec += next / nanosecondsPerSecond;
         deadline.tv_nsec = next % nanosecondsPerSecond;
     }
+    // A server may leave unread what a client wrote right before it hung up. An answer says that it has read all.
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     xcb_disconnect(connection);
     return 0;
 }
