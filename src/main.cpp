@@ -126,14 +126,13 @@ int run(platform::bus::SingleInstance& instance) {
     platform::qt::QtUrlOpener urlOpener;
     platform::pulse::PulseSounds sounds;
     const auto desktop = makeDesktopBackend(loop, log, [] { endWithoutServer(); });
-    const platform::PlatformInstallation installation({loop, desktop->pointerEvents(), desktop->pointerPosition(),
-                                                       desktop->inputTrust(), desktop->hotKeys(), preferences, sounds,
-                                                       urlOpener, log});
+    const platform::PlatformInstallation installation(
+        {loop, desktop->pointerEvents(), desktop->pointerPosition(), desktop->inputTrust(), desktop->hotKeys(), log});
 
     const SharedHotkeys sharedHotkeys;
 
-    const auto store = AutoClickerStore::create();
-    DonationManager donations;
+    const auto store = AutoClickerStore::create(loop, sounds, std::make_unique<PresetStore>(preferences));
+    DonationManager donations(loop, preferences, urlOpener);
     const KeyEventMonitor keyMonitor(desktop->keyCharacters());
     ConfigModel configModel(*store);
     RunModel runModel(*store, loop);

@@ -1,12 +1,8 @@
 #include "donation/DonationManager.h"
 
 #include "base/checked.h"
-#include "platform/Platform.h"
-#include "platform/UrlOpener.h"
 
 namespace velloran {
-
-using platform::Platform;
 
 namespace {
 
@@ -14,16 +10,10 @@ constexpr std::uint64_t checkEvery = 60 * nanosecondsPerSecond;
 /// The number of put-offs from which on the interval stays at its longest.
 constexpr std::int64_t slowestStep = 7;
 
-Date now() {
-    return Platform::current().mainLoop.now();
-}
-
 } // namespace
 
-DonationManager::DonationManager() : DonationManager(Platform::current().preferences) {}
-
-DonationManager::DonationManager(platform::Preferences& defaults)
-    : defaults_(defaults), self_(std::make_shared<DonationManager*>(this)) {
+DonationManager::DonationManager(EventLoop& loop, platform::Preferences& defaults, platform::UrlOpener& urlOpener)
+    : loop_(loop), defaults_(defaults), urlOpener_(urlOpener), self_(std::make_shared<DonationManager*>(this)) {
     bootstrapIfNeeded();
     evaluate();
     startTimer();
@@ -55,7 +45,7 @@ void DonationManager::evaluate() {
         return;
     }
     const auto nextReminder = defaults_.date(nextReminderKey_);
-    if (nextReminder && now() >= *nextReminder) {
+    if (nextReminder && loop_.now() >= *nextReminder) {
         isPromptVisible.set(true);
     }
 }
@@ -78,14 +68,14 @@ void DonationManager::acknowledgeAlreadyDonated() {
 }
 
 void DonationManager::openDonationLink() {
-    Platform::current().urlOpener.open(stripeURL().text());
+    urlOpener_.open(stripeURL().text());
 }
 
 void DonationManager::bootstrapIfNeeded() {
     if (defaults_.holds(firstLaunchKey_)) {
         return;
     }
-    const Date start = now();
+    const Date start = loop_.now();
     // As one: the first of them alone would count as a schedule, which never comes to a reminder.
     defaults_.change({{firstLaunchKey_, start},
                       {nextReminderKey_, start + intervalForReminder(0)},
@@ -93,21 +83,20 @@ void DonationManager::bootstrapIfNeeded() {
 }
 
 void DonationManager::startTimer() {
-    EventLoop& loop = Platform::current().mainLoop;
-    const auto fire = [this, &loop] {
-        loop.post([self = std::weak_ptr(self_)] {
+    const auto fire = [this] {
+        loop_.post([self = std::weak_ptr(self_)] {
             if (const auto manager = self.lock()) {
                 (*manager)->evaluate();
             }
         });
         startTimer();
     };
-    checkTimer_ = ScheduledCall(loop, loop.callAfter(checkEvery, fire));
+    checkTimer_ = ScheduledCall(loop_, loop_.callAfter(checkEvery, fire));
 }
 
 void DonationManager::scheduleNext(std::int64_t remindersShown) {
     defaults_.change(
-        {{remindersShownKey_, remindersShown}, {nextReminderKey_, now() + intervalForReminder(remindersShown)}});
+        {{remindersShownKey_, remindersShown}, {nextReminderKey_, loop_.now() + intervalForReminder(remindersShown)}});
 }
 
 } // namespace velloran

@@ -4,6 +4,7 @@
 #include "async/Published.h"
 #include "donation/DonationLink.h"
 #include "platform/Preferences.h"
+#include "platform/UrlOpener.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,11 +16,9 @@ namespace velloran {
 /// Main thread.
 class DonationManager {
 public:
-    /// Works on the installed platform's preferences.
-    DonationManager();
     /// Sets the schedule up at the first start ever, shows the prompt when it is due already, and starts the check.
-    /// `defaults` must outlive this object.
-    explicit DonationManager(platform::Preferences& defaults);
+    /// What it is given must outlive this object.
+    DonationManager(EventLoop& loop, platform::Preferences& defaults, platform::UrlOpener& urlOpener);
 
     DonationManager(const DonationManager&) = delete;
     DonationManager& operator=(const DonationManager&) = delete;
@@ -57,7 +56,9 @@ private:
     void startTimer();
     void scheduleNext(std::int64_t remindersShown);
 
+    EventLoop& loop_;
     platform::Preferences& defaults_;
+    platform::UrlOpener& urlOpener_;
     const std::string firstLaunchKey_ = "donation.firstLaunchAt";
     const std::string nextReminderKey_ = "donation.nextReminderAt";
     const std::string remindersShownKey_ = "donation.remindersShown";

@@ -16,26 +16,25 @@ namespace {
 
 constexpr std::uint64_t saveDelay = 250'000'000;
 
-std::unique_ptr<PresetStore> orDefault(std::unique_ptr<PresetStore> presetStore) {
-    return presetStore ? std::move(presetStore) : std::make_unique<PresetStore>();
-}
-
 } // namespace
 
-std::shared_ptr<AutoClickerStore> AutoClickerStore::create(std::unique_ptr<PresetStore> presetStore) {
-    auto store = std::make_shared<AutoClickerStore>(Private(), orDefault(std::move(presetStore)));
+std::shared_ptr<AutoClickerStore> AutoClickerStore::create(EventLoop& loop, platform::SystemSounds& sounds,
+                                                           std::unique_ptr<PresetStore> presetStore) {
+    auto store = std::make_shared<AutoClickerStore>(Private(), loop, sounds, std::move(presetStore));
     store->connect();
     return store;
 }
 
-AutoClickerStore::AutoClickerStore(Private, std::unique_ptr<PresetStore> presetStore)
+AutoClickerStore::AutoClickerStore(Private, EventLoop& loop, platform::SystemSounds& sounds,
+                                   std::unique_ptr<PresetStore> presetStore)
     : config(presetStore->loadConfig()),
-      loop_(Platform::current().mainLoop),
+      loop_(loop),
       runtime_(AutoClickerRuntime::initial()),
       presets_(presetStore->loadPresets()),
       hasAccessibilityPermission_(PermissionChecker::isAccessibilityTrusted()),
       hotkey_(HotkeyManager::shared()),
       presetStore_(std::move(presetStore)),
+      soundPlayer_(sounds),
       engineQueue_(loop_.makeSerialQueue("velloran.engine")) {}
 
 AutoClickerStore::~AutoClickerStore() = default;

@@ -26,9 +26,9 @@ class HotkeyManager;
 /// because a running loop keeps it alive until the loop ends.
 class AutoClickerStore : public std::enable_shared_from_this<AutoClickerStore> {
 public:
-    /// A store on the installed platform. `presetStore` may be null: a new one on the platform's preferences is used
-    /// then.
-    static std::shared_ptr<AutoClickerStore> create(std::unique_ptr<PresetStore> presetStore = nullptr);
+    /// `loop` and `sounds` must outlive the store. The permission and the hotkey are the installed platform's.
+    static std::shared_ptr<AutoClickerStore> create(EventLoop& loop, platform::SystemSounds& sounds,
+                                                    std::unique_ptr<PresetStore> presetStore);
 
     AutoClickerStore(const AutoClickerStore&) = delete;
     AutoClickerStore& operator=(const AutoClickerStore&) = delete;
@@ -92,7 +92,8 @@ private:
 
 public:
     /// For `create` alone.
-    AutoClickerStore(Private, std::unique_ptr<PresetStore> presetStore);
+    AutoClickerStore(Private, EventLoop& loop, platform::SystemSounds& sounds,
+                     std::unique_ptr<PresetStore> presetStore);
 
 private:
     static Task runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore, AutoClickerConfig snapshot,

@@ -1,10 +1,8 @@
 #include "engine/SoundPlayer.h"
 
-#include "platform/Platform.h"
-
 namespace velloran {
 
-SoundPlayer::SoundPlayer() : sound_(platform::Platform::current().systemSounds.load("Tink")) {}
+SoundPlayer::SoundPlayer(platform::SystemSounds& sounds) : sound_(sounds.load("Tink")) {}
 
 void SoundPlayer::playClickTick() {
     if (sound_) {

@@ -10,7 +10,7 @@ namespace velloran {
 class SoundPlayer {
 public:
     /// Loads the system sound "Tink"; without one this object is silent.
-    SoundPlayer();
+    explicit SoundPlayer(platform::SystemSounds& sounds);
     SoundPlayer(const SoundPlayer&) = delete;
     SoundPlayer& operator=(const SoundPlayer&) = delete;
 

@@ -10,10 +10,7 @@ class HotKeys;
 class InputTrust;
 class PointerEvents;
 class PointerPosition;
-class Preferences;
 class SystemLog;
-class SystemSounds;
-class UrlOpener;
 
 /// Everything the logic needs of the desktop. The parts belong to whoever put them together and outlive the
 /// installation.
@@ -23,9 +20,6 @@ struct Platform {
     PointerPosition& pointerPosition;
     InputTrust& inputTrust;
     HotKeys& hotKeys;
-    Preferences& preferences;
-    SystemSounds& systemSounds;
-    UrlOpener& urlOpener;
     SystemLog& systemLog;
 
     /// The installed one. Asking while none is installed is a fatal error.

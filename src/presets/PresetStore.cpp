@@ -1,7 +1,5 @@
 #include "presets/PresetStore.h"
 
-#include "platform/Platform.h"
-
 #include <utility>
 
 namespace velloran {
@@ -20,8 +18,6 @@ Result<AutoClickerConfig> readConfig(const Bytes& bytes) {
 }
 
 } // namespace
-
-PresetStore::PresetStore() : PresetStore(platform::Platform::current().preferences) {}
 
 PresetStore::PresetStore(platform::Preferences& defaults) : defaults_(defaults) {}
 

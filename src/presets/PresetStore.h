@@ -15,8 +15,6 @@ namespace velloran {
 /// and back. Reading and saving never fail towards the caller. Main thread.
 class PresetStore {
 public:
-    /// Works on the installed platform's preferences.
-    PresetStore();
     /// `defaults` must outlive this object.
     explicit PresetStore(platform::Preferences& defaults);
 

@@ -19,7 +19,9 @@ inline constexpr const char* donatedKey = "donation.donated";
 /// A manager on a fake platform, with time to be moved by hand.
 class DonationManagerTest : public testing::Test {
 protected:
-    void open() { manager = std::make_unique<DonationManager>(); }
+    void open() {
+        manager = std::make_unique<DonationManager>(platform.loop, platform.preferences, platform.urlOpener());
+    }
 
     [[nodiscard]] bool isVisible() const { return manager->isPromptVisible.get(); }
 

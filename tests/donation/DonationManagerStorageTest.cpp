@@ -94,7 +94,7 @@ TEST_F(DonationManagerTest, DonatedOfTheWrongTypeReadsAsFalse) {
 
 TEST_F(DonationManagerTest, WorksOnThePreferencesItIsGiven) {
     fakes::FakePreferences others;
-    const DonationManager other(others);
+    const DonationManager other(platform.loop, others, platform.urlOpener());
     EXPECT_TRUE(others.holds(firstLaunchKey));
     EXPECT_TRUE(preferences.values.empty());
 }

@@ -59,10 +59,10 @@ TEST_F(LongRunTest, ShortestIntervalKeepsItsPaceAsFarAsDatesAreFine) {
 
 TEST_F(LongRunTest, ClicksReachARealThreadInOrderAndComplete) {
     constexpr std::int64_t clicks = 20'000;
-    PresetStore().saveConfig(counted(clicks, 0.01));
+    PresetStore(platform.preferences).saveConfig(counted(clicks, 0.01));
     platform.keepsJournal = false;
     platform.loop.usesThreads = true;
-    store = AutoClickerStore::create();
+    store = fakes::makeStore(platform);
     store->start();
     platform.loop.advance(0.01 * static_cast<double>(clicks) + 1.0);
     EXPECT_EQ(status(), ClickerStatus::completed);
@@ -75,7 +75,7 @@ TEST_F(LongRunTest, DropWithAThreadStillPostsWhatWasHandedOver) {
     for (int round = 0; round < 50; ++round) {
         platform.keepsJournal = false;
         platform.loop.usesThreads = true;
-        store = AutoClickerStore::create();
+        store = fakes::makeStore(platform);
         store->config.set(counted(7, 0.01));
         store->start();
         platform.loop.advance(1.0);

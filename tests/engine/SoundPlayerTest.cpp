@@ -13,7 +13,7 @@ using Journal = std::vector<std::string>;
 
 TEST(SoundPlayer, LoadsTheTickOnceAtTheBeginning) {
     fakes::RecordingPlatform platform;
-    SoundPlayer player;
+    SoundPlayer player(platform.sounds());
     EXPECT_EQ(platform.journal, Journal{"load sound Tink"});
     player.playClickTick();
     player.playClickTick();
@@ -22,7 +22,7 @@ TEST(SoundPlayer, LoadsTheTickOnceAtTheBeginning) {
 
 TEST(SoundPlayer, SecondTickCutsTheFirstOffAndStartsAnew) {
     fakes::RecordingPlatform platform;
-    SoundPlayer player;
+    SoundPlayer player(platform.sounds());
     platform.journal.clear();
     player.playClickTick();
     platform.loop.advance(0.01);
@@ -33,7 +33,7 @@ TEST(SoundPlayer, SecondTickCutsTheFirstOffAndStartsAnew) {
 TEST(SoundPlayer, MissingSoundIsSilent) {
     fakes::RecordingPlatform platform;
     platform.hasSound = false;
-    SoundPlayer player;
+    SoundPlayer player(platform.sounds());
     player.playClickTick();
     EXPECT_EQ(platform.journal, Journal{"load sound Tink"});
 }

@@ -43,7 +43,7 @@ TEST_F(StoreExtremesTest, AreReadBackAsTheyWereAndRefused) {
         EXPECT_EQ(runtime().message(), *config.validationError());
         EXPECT_EQ(runtime().clicksRemaining, std::nullopt);
         advance(1.0);
-        EXPECT_EQ(PresetStore().loadConfig(), config);
+        EXPECT_EQ(PresetStore(platform.preferences).loadConfig(), config);
         EXPECT_EQ(platform.count("post"), 0);
         store.reset();
         HotkeyManager::endShared();

@@ -181,13 +181,13 @@ TEST_F(StoreHotkeyTest, ImportReplacesTheHotkey) {
     openWith(controlOptionS);
     AutoClickerConfig imported = counted(5);
     imported.hotkey = controlF8;
-    ASSERT_TRUE(store->importConfig(PresetStore().exportConfig(imported).value()));
+    ASSERT_TRUE(store->importConfig(PresetStore(platform.preferences).exportConfig(imported).value()));
     EXPECT_EQ(store->config.get(), imported);
     platform.loop.runDue();
     EXPECT_TRUE(platform.entries("register").back().starts_with("register key 100 "));
 
     imported.hotkey.reset();
-    ASSERT_TRUE(store->importConfig(PresetStore().exportConfig(imported).value()));
+    ASSERT_TRUE(store->importConfig(PresetStore(platform.preferences).exportConfig(imported).value()));
     platform.loop.runDue();
     EXPECT_TRUE(platform.hotKeys.empty());
 }

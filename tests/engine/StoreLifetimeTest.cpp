@@ -31,7 +31,7 @@ TEST_F(StoreLifetimeTest, DroppedWhileSavingIsPendingItSavesNothing) {
     EXPECT_EQ(platform.loop.pendingCalls(), 0U) << "the wait ends with the subscription";
     advance(10.0);
     EXPECT_EQ(platform.preferences.writes, 1);
-    EXPECT_EQ(PresetStore().loadConfig().clickIntervalSeconds, 7.0);
+    EXPECT_EQ(PresetStore(platform.preferences).loadConfig().clickIntervalSeconds, 7.0);
 }
 
 TEST_F(StoreLifetimeTest, DroppedBetweenTheEndOfTheWaitAndTheSavingItSavesNothing) {
@@ -83,7 +83,7 @@ TEST_F(StoreLifetimeTest, StoreThatALoopKeepsAliveStillSaves) {
     store->config.modify([](AutoClickerConfig& config) { config.clickIntervalSeconds = 2.0; });
     const auto watched = drop();
     advance(0.25);
-    EXPECT_EQ(PresetStore().loadConfig().clickIntervalSeconds, 2.0);
+    EXPECT_EQ(PresetStore(platform.preferences).loadConfig().clickIntervalSeconds, 2.0);
     watched.lock()->stop();
 }
 
@@ -145,7 +145,7 @@ TEST_F(StoreLifetimeTest, TwoStoresFollowEachOther) {
     platform.loop.runDue();
     const auto first = drop();
     EXPECT_TRUE(first.expired());
-    store = AutoClickerStore::create();
+    store = fakes::makeStore(platform);
     platform.loop.runDue();
     EXPECT_EQ(platform.hotKeys.size(), 1U);
     pressHotkey();
@@ -156,7 +156,7 @@ TEST(StoreLifetime, EndOfTheEventLoopIsTheEndOfARunAndItsStore) {
     auto platform = std::make_unique<fakes::RecordingPlatform>();
     std::weak_ptr<AutoClickerStore> watched;
     {
-        const auto store = AutoClickerStore::create();
+        const auto store = fakes::makeStore(*platform);
         watched = store;
         store->start();
         platform->loop.runDue();

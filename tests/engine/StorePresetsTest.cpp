@@ -61,7 +61,7 @@ TEST_F(StorePresetsTest, SavingAppendsAndWritesTheListAtOnce) {
     store->saveCurrentAsPreset("Two");
     EXPECT_EQ(presetWrites(), 2);
     EXPECT_EQ(names(), (std::vector<std::string>{"One", "Two"}));
-    EXPECT_EQ(PresetStore().loadPresets(), presets());
+    EXPECT_EQ(PresetStore(platform.preferences).loadPresets(), presets());
 }
 
 TEST_F(StorePresetsTest, DeletingTakesEveryPresetWithThatIdentifier) {
@@ -69,13 +69,13 @@ TEST_F(StorePresetsTest, DeletingTakesEveryPresetWithThatIdentifier) {
     Preset same = one;
     same.name = "Same identifier";
     const Preset two = Preset::make("Two", {});
-    PresetStore().savePresets({one, two, same});
+    PresetStore(platform.preferences).savePresets({one, two, same});
     open();
     ASSERT_EQ(presets().size(), 3U);
     one.name = "the name does not matter";
     store->deletePreset(one);
     EXPECT_EQ(presets(), std::vector<Preset>{two});
-    EXPECT_EQ(PresetStore().loadPresets(), std::vector<Preset>{two});
+    EXPECT_EQ(PresetStore(platform.preferences).loadPresets(), std::vector<Preset>{two});
     EXPECT_EQ(presetWrites(), 1);
 }
 
@@ -106,7 +106,7 @@ TEST_F(StorePresetsTest, CorruptListIsReplacedByTheNextSave) {
     EXPECT_EQ(store->allPresets(), Preset::builtIns());
     EXPECT_EQ(platform.preferences.bytes("velloran.presets"), "[{}]");
     store->saveCurrentAsPreset("Mine");
-    EXPECT_EQ(PresetStore().loadPresets(), presets());
+    EXPECT_EQ(PresetStore(platform.preferences).loadPresets(), presets());
 }
 
 TEST_F(StorePresetsTest, AppliedPresetIsSavedByTheSubscription) {
@@ -117,7 +117,7 @@ TEST_F(StorePresetsTest, AppliedPresetIsSavedByTheSubscription) {
     EXPECT_EQ(store->config.get(), Preset::builtIns().at(2).config);
     EXPECT_EQ(platform.preferences.writes, before);
     advance(0.25);
-    EXPECT_EQ(PresetStore().loadConfig(), Preset::builtIns().at(2).config);
+    EXPECT_EQ(PresetStore(platform.preferences).loadConfig(), Preset::builtIns().at(2).config);
     EXPECT_EQ(presetWrites(), 0);
 }
 
@@ -137,12 +137,12 @@ TEST_F(StorePresetsTest, ResetGoesBackToTheDefaultsAndIsSaved) {
     store->resetToDefaults();
     EXPECT_EQ(store->config.get(), AutoClickerConfig::default_());
     advance(0.25);
-    EXPECT_EQ(PresetStore().loadConfig(), AutoClickerConfig::default_());
+    EXPECT_EQ(PresetStore(platform.preferences).loadConfig(), AutoClickerConfig::default_());
 }
 
 TEST_F(StorePresetsTest, ExportIsTheConfigurationsFile) {
     open(samples::fullConfig());
-    EXPECT_EQ(store->exportConfigData(), PresetStore().exportConfig(samples::fullConfig()).value());
+    EXPECT_EQ(store->exportConfigData(), PresetStore(platform.preferences).exportConfig(samples::fullConfig()).value());
 }
 
 TEST_F(StorePresetsTest, ExportOfWhatHasNoJsonFormGivesNothing) {
@@ -154,15 +154,15 @@ TEST_F(StorePresetsTest, ExportOfWhatHasNoJsonFormGivesNothing) {
 
 TEST_F(StorePresetsTest, ImportTakesTheConfigurationOver) {
     open();
-    EXPECT_TRUE(store->importConfig(PresetStore().exportConfig(samples::fullConfig()).value()));
+    EXPECT_TRUE(store->importConfig(PresetStore(platform.preferences).exportConfig(samples::fullConfig()).value()));
     EXPECT_EQ(store->config.get(), samples::fullConfig());
     advance(0.25);
-    EXPECT_EQ(PresetStore().loadConfig(), samples::fullConfig());
+    EXPECT_EQ(PresetStore(platform.preferences).loadConfig(), samples::fullConfig());
 }
 
 TEST_F(StorePresetsTest, ImportOfAnInvalidConfigurationIsTakenAndRefusedAtStart) {
     open();
-    EXPECT_TRUE(store->importConfig(PresetStore().exportConfig(counted(0)).value()));
+    EXPECT_TRUE(store->importConfig(PresetStore(platform.preferences).exportConfig(counted(0)).value()));
     store->start();
     EXPECT_EQ(status(), ClickerStatus::error);
 }

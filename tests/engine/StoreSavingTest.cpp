@@ -18,7 +18,9 @@ protected:
 
     [[nodiscard]] int writes() const { return platform.preferences.writes; }
 
-    [[nodiscard]] double storedInterval() const { return PresetStore().loadConfig().clickIntervalSeconds; }
+    [[nodiscard]] double storedInterval() {
+        return PresetStore(platform.preferences).loadConfig().clickIntervalSeconds;
+    }
 };
 
 } // namespace
@@ -29,7 +31,7 @@ TEST_F(StoreSavingTest, NewStoreSavesOnceAfterAQuarterOfASecond) {
     EXPECT_EQ(writes(), 0);
     advance(0.001);
     EXPECT_EQ(platform.preferences.written, std::vector<std::string>{configKey});
-    EXPECT_EQ(PresetStore().loadConfig(), unlimited(3.0));
+    EXPECT_EQ(PresetStore(platform.preferences).loadConfig(), unlimited(3.0));
     advance(3600.0);
     EXPECT_EQ(writes(), 1);
 }

@@ -26,7 +26,7 @@ protected:
 TEST_F(StoreStartTest, NewStoreTakesWhatIsStored) {
     AutoClickerConfig config;
     config.mouseButton = MouseButton::right;
-    PresetStore().savePresets({Preset::make("Mine", config)});
+    PresetStore(platform.preferences).savePresets({Preset::make("Mine", config)});
     open(config);
     EXPECT_EQ(store->config.get(), config);
     ASSERT_EQ(store->presets().get().size(), 1U);
@@ -50,7 +50,7 @@ TEST_F(StoreStartTest, NewStoreKnowsThatThePermissionIsMissing) {
 
 TEST_F(StoreStartTest, CorruptConfigurationStartsFromTheDefaults) {
     platform.preferences.values["velloran.config"] = Bytes("{");
-    store = AutoClickerStore::create();
+    store = fakes::makeStore(platform);
     EXPECT_EQ(store->config.get(), AutoClickerConfig::default_());
     advance(0.2);
     EXPECT_EQ(platform.preferences.bytes("velloran.config"), "{") << "left alone until the first save";
@@ -58,9 +58,8 @@ TEST_F(StoreStartTest, CorruptConfigurationStartsFromTheDefaults) {
 
 TEST_F(StoreStartTest, UsesThePresetStoreItIsGiven) {
     fakes::FakePreferences others;
-    auto given = std::make_unique<PresetStore>(others);
-    given->saveConfig(unlimited(3.0));
-    store = AutoClickerStore::create(std::move(given));
+    PresetStore(others).saveConfig(unlimited(3.0));
+    store = fakes::makeStore(platform, others);
     EXPECT_EQ(store->config.get(), unlimited(3.0));
     advance(0.25);
     EXPECT_EQ(others.writes, 2);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/AutoClickerStore.h"
-#include "fakes/RecordingPlatform.h"
+#include "fakes/makeStore.h"
 #include "hotkeys/HotkeyManager.h"
 #include "presets/PresetStore.h"
 
@@ -35,11 +35,11 @@ protected:
 
     /// Makes the store, with `config` stored before.
     void open(const AutoClickerConfig& config = {}) {
-        PresetStore().saveConfig(config);
+        PresetStore(platform.preferences).saveConfig(config);
         platform.preferences.written.clear();
         platform.preferences.writes = 0;
         platform.journal.clear();
-        store = AutoClickerStore::create();
+        store = fakes::makeStore(platform);
     }
 
     /// A configuration that clicks at once, so many times.

@@ -199,9 +199,17 @@ RecordingPlatform::RecordingPlatform()
       opener_(std::make_unique<Opener>(*this)),
       log_(std::make_unique<Log>(*this)),
       installation_(std::make_unique<platform::PlatformInstallation>(
-          platform::Platform{loop, *events_, *position_, *trust_, *keys_, preferences, *sounds_, *opener_, *log_})) {}
+          platform::Platform{loop, *events_, *position_, *trust_, *keys_, *log_})) {}
 
 RecordingPlatform::~RecordingPlatform() = default;
+
+platform::SystemSounds& RecordingPlatform::sounds() const {
+    return *sounds_;
+}
+
+platform::UrlOpener& RecordingPlatform::urlOpener() const {
+    return *opener_;
+}
 
 platform::Status RecordingPlatform::pressHotKey(platform::HotKeyId id) {
     const platform::HotKeyEvent event{id};

@@ -39,6 +39,9 @@ public:
     [[nodiscard]] std::vector<std::string> entries(const std::string& prefix) const;
     [[nodiscard]] int count(const std::string& prefix) const;
 
+    [[nodiscard]] platform::SystemSounds& sounds() const;
+    [[nodiscard]] platform::UrlOpener& urlOpener() const;
+
     VirtualLoop loop;
     FakePreferences preferences;
     std::vector<std::string> journal;

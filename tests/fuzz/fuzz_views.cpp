@@ -2,7 +2,7 @@
 // typed has its texts, nothing of it ends the program, and a count keeps every digit.
 
 #include "engine/AutoClickerStore.h"
-#include "fakes/RecordingPlatform.h"
+#include "fakes/makeStore.h"
 #include "fuzz/require.h"
 #include "hotkeys/HotkeyManager.h"
 #include "model/RunProgress.h"
@@ -166,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fakes::RecordingPlatform platform;
     platform.keepsJournal = false;
     platform.preferences.values["velloran.config"] = Bytes(takeLine(input));
-    const std::shared_ptr<AutoClickerStore> store = AutoClickerStore::create();
+    const std::shared_ptr<AutoClickerStore> store = fakes::makeStore(platform);
     {
         Cards cards(platform.loop, store);
         cards.requireTexts();

@@ -65,8 +65,8 @@ WindowTest::WindowTest() {
     x11 = std::move(connected).value();
     characters = std::make_unique<platform::x11::X11KeyCharacters>(x11->keyboard());
     monitor = std::make_unique<KeyEventMonitor>(*characters);
-    store = AutoClickerStore::create();
-    donations = std::make_unique<DonationManager>();
+    store = fakes::makeStore(platform);
+    donations = std::make_unique<DonationManager>(platform.loop, platform.preferences, platform.urlOpener());
     configModel = std::make_unique<ConfigModel>(*store);
     runModel = std::make_unique<RunModel>(*store, platform.loop);
     presetsModel = std::make_unique<PresetsModel>(*store);

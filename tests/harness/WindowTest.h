@@ -2,7 +2,7 @@
 
 #include "donation/DonationManager.h"
 #include "engine/AutoClickerStore.h"
-#include "fakes/RecordingPlatform.h"
+#include "fakes/makeStore.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Platform.h"

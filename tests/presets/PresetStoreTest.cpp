@@ -40,7 +40,7 @@ protected:
 
     fakes::RecordingPlatform platform;
     fakes::FakePreferences& preferences = platform.preferences;
-    PresetStore store;
+    PresetStore store{preferences};
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "platform/qt/HeldDisk.h"
 #include "platform/qt/Scratch.h"
 #include "engine/AutoClickerStore.h"
-#include "fakes/RecordingPlatform.h"
+#include "fakes/makeStore.h"
 #include "hotkeys/HotkeyManager.h"
 #include "platform/qt/QtPreferences.h"
 
@@ -121,7 +121,7 @@ TEST_F(QtPreferencesWaitTest, TheCadenceNoticesNeitherTheDiskNorALock) {
     QLockFile lock(QString::fromStdString(path + ".lock"));
     ASSERT_TRUE(lock.lock());
     tests::HeldDisk disk;
-    auto store = AutoClickerStore::create(std::make_unique<PresetStore>(preferences));
+    auto store = fakes::makeStore(platform, preferences);
     store->config.modify([](AutoClickerConfig& config) {
         config.clickIntervalSeconds = 0.01;
         config.stopMode = StopMode::manual;
