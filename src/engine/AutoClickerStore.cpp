@@ -96,13 +96,13 @@ void AutoClickerStore::start() {
         return;
     }
     if (!PermissionChecker::isAccessibilityTrusted()) {
-        hasAccessibilityPermission_.set(false);
+        setPermission(false);
         if (refuse(PermissionChecker::permissionErrorMessage())) {
             PermissionChecker::openAccessibilitySettings();
         }
         return;
     }
-    hasAccessibilityPermission_.set(true);
+    setPermission(true);
     const AutoClickerConfig& settings = config.get();
     const bool hasDelay = settings.startDelaySeconds > 0;
     AutoClickerRuntime fresh;
@@ -149,10 +149,10 @@ void AutoClickerStore::cancelLoop() {
 }
 
 void AutoClickerStore::refreshPermission() {
-    if (!PermissionChecker::isAccessibilityTrusted()) {
+    if (!PermissionChecker::isAccessibilityTrusted() && !isPermissionTakenBack_) {
         PermissionChecker::requestAccessibilityPrompt();
     }
-    hasAccessibilityPermission_.set(PermissionChecker::isAccessibilityTrusted());
+    setPermission(PermissionChecker::isAccessibilityTrusted());
     if (hasAccessibilityPermission_.get()) {
         alter([this] { return runtime_.get().status != ClickerStatus::error; },
               [](AutoClickerRuntime& runtime) {
@@ -165,9 +165,15 @@ void AutoClickerStore::refreshPermission() {
 void AutoClickerStore::recheckPermission() {
     const bool isTrusted = PermissionChecker::isAccessibilityTrusted();
     const bool isRunUnderWay = loopTask_ && !loopTask_->isFinished();
+    isPermissionTakenBack_ = isPermissionTakenBack_ || hasAccessibilityPermission_.get();
     if (!isTrusted && isRunUnderWay) {
         stop();
     }
+    setPermission(isTrusted);
+}
+
+void AutoClickerStore::setPermission(bool isTrusted) {
+    isPermissionTakenBack_ = isPermissionTakenBack_ && !isTrusted;
     hasAccessibilityPermission_.set(isTrusted);
 }
 

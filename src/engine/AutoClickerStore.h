@@ -60,13 +60,15 @@ public:
     /// Ends the run. The counts stay.
     void stop();
 
-    /// Asks for the permission again and clears an error when it is there.
+    /// Asks for the permission when it is missing, but for one that the desktop has taken back: that is for the user to
+    /// want again. Clears an error when it is there.
     void refreshPermission();
 
-    /// Looks whether the permission is still there, and ends the run when it is not. Asks the user nothing: what was
-    /// taken back on purpose is not asked for again. Called whenever the desktop reports that it may have changed.
+    /// Looks whether the permission is still there, and ends the run when it is not. Asks the user nothing. Called
+    /// whenever the desktop reports that it may have changed.
     void recheckPermission();
 
+    /// For the user, who wants the permission.
     void openAccessibilitySettings();
 
     /// Takes over all of the preset's configuration but its hotkey.
@@ -102,6 +104,7 @@ private:
     void connect();
     void startLoop();
     void cancelLoop();
+    void setPermission(bool isTrusted);
     void applyHotkey(const std::optional<HotkeyCombo>& combo);
     void click(const AutoClickerConfig& snapshot, std::uint64_t run);
 
@@ -130,6 +133,8 @@ private:
     std::uint64_t run_ = 0;
     Published<std::vector<Preset>> presets_;
     Published<bool> hasAccessibilityPermission_;
+    /// The desktop has reported that the permission is gone, and it has not been seen since.
+    bool isPermissionTakenBack_ = false;
     ClickEngine engine_;
     MouseTracker mouseTracker_;
     HotkeyManager& hotkey_;

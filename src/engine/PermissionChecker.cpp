@@ -12,11 +12,11 @@ bool PermissionChecker::isAccessibilityTrusted() {
 }
 
 bool PermissionChecker::requestAccessibilityPrompt() {
-    return Platform::current().inputTrust.requestPrompt();
+    return Platform::current().inputTrust.requestPrompt(platform::PromptReason::automatic);
 }
 
 void PermissionChecker::openAccessibilitySettings() {
-    Platform::current().inputTrust.openSettings();
+    Platform::current().inputTrust.requestPrompt(platform::PromptReason::askedFor);
 }
 
 const std::string& PermissionChecker::permissionErrorMessage() {

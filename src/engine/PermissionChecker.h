@@ -12,10 +12,10 @@ public:
     /// Whether synthetic input may be posted now.
     static bool isAccessibilityTrusted();
 
-    /// Has the system ask the user; returns the trust at the time of asking.
+    /// Has the system ask the user, of the program's own accord; returns the trust at the time of asking.
     static bool requestAccessibilityPrompt();
 
-    /// Opens the place where the permission is granted. Failures are silent.
+    /// Takes the user, who wants the permission, to where it is granted. Failures are silent.
     static void openAccessibilitySettings();
 
     /// What a refused start tells the user.

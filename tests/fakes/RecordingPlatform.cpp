@@ -94,12 +94,10 @@ public:
         return owner_.isTrusted;
     }
 
-    bool requestPrompt() override {
-        owner_.note("prompt for trust");
+    bool requestPrompt(platform::PromptReason reason) override {
+        owner_.note(reason == platform::PromptReason::automatic ? "prompt for trust" : "open settings");
         return owner_.isTrusted;
     }
-
-    void openSettings() override { owner_.note("open settings"); }
 
     void onChanged(std::function<void()> changed) override { owner_.trustChanged = std::move(changed); }
 

@@ -34,12 +34,10 @@ public:
         return false;
     }
 
-    bool requestPrompt() override {
+    bool requestPrompt(PromptReason /*reason*/) override {
         tellReason();
         return false;
     }
-
-    void openSettings() override {}
 
     void onChanged(std::function<void()> /*changed*/) override {}
 

@@ -13,9 +13,7 @@ public:
 
     bool isTrusted() override { return events_.canPost() && !loss_.isLost(); }
 
-    bool requestPrompt() override { return isTrusted(); }
-
-    void openSettings() override {}
+    bool requestPrompt(PromptReason /*reason*/) override { return isTrusted(); }
 
     /// The answer changes only when the server goes, which ends the program.
     void onChanged(std::function<void()> /*changed*/) override {}

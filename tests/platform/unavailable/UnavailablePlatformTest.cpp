@@ -27,20 +27,20 @@ TEST_F(UnavailablePlatformTest, HasNoTrustAndTellsTheReasonOnce) {
     EXPECT_TRUE(log.lines.empty());
     EXPECT_FALSE(unavailable.inputTrust().isTrusted());
     EXPECT_EQ(log.lines, std::vector<std::string>{"No way to post input here"});
-    EXPECT_FALSE(unavailable.inputTrust().requestPrompt());
+    EXPECT_FALSE(unavailable.inputTrust().requestPrompt(PromptReason::automatic));
     EXPECT_FALSE(unavailable.inputTrust().isTrusted());
     EXPECT_EQ(log.lines.size(), 1U);
 }
 
 TEST_F(UnavailablePlatformTest, TellsTheReasonWhenAskedToPromptFirst) {
-    EXPECT_FALSE(unavailable.inputTrust().requestPrompt());
+    EXPECT_FALSE(unavailable.inputTrust().requestPrompt(PromptReason::automatic));
     EXPECT_EQ(log.lines, std::vector<std::string>{"No way to post input here"});
 }
 
 TEST_F(UnavailablePlatformTest, NeverReportsAChangeOfTrust) {
     bool isCalled = false;
     unavailable.inputTrust().onChanged([&isCalled] { isCalled = true; });
-    unavailable.inputTrust().openSettings();
+    unavailable.inputTrust().requestPrompt(PromptReason::askedFor);
     EXPECT_FALSE(unavailable.inputTrust().isTrusted());
     EXPECT_FALSE(isCalled);
 }

@@ -35,7 +35,7 @@ protected:
     /// Everything that the platform offers, on a server that is gone.
     void useEverything() {
         EXPECT_FALSE(x11->inputTrust().isTrusted());
-        EXPECT_FALSE(x11->inputTrust().requestPrompt());
+        EXPECT_FALSE(x11->inputTrust().requestPrompt(PromptReason::askedFor));
         EXPECT_EQ(x11->pointerPosition().currentPosition(), std::nullopt);
         EXPECT_EQ(x11->pointerEvents().location(), std::nullopt);
         EXPECT_EQ(x11->pointerEvents().makeMouseEvent(MouseEventType::leftMouseDown, {}, EventButton::left),
@@ -62,8 +62,7 @@ protected:
 
 TEST_F(ServerLossTest, AServerThatAnswersIsTrusted) {
     EXPECT_TRUE(x11->inputTrust().isTrusted());
-    EXPECT_TRUE(x11->inputTrust().requestPrompt());
-    x11->inputTrust().openSettings();
+    EXPECT_TRUE(x11->inputTrust().requestPrompt(PromptReason::askedFor));
     x11->inputTrust().onChanged({});
     settle();
     EXPECT_EQ(losses, 0);
