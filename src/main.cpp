@@ -5,7 +5,7 @@
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
 
-#include "DesktopBackend.h"
+#include "chooseDesktop.h"
 #include "donation/DonationManager.h"
 #include "engine/AutoClickerStore.h"
 #include "hotkeys/HotkeyManager.h"
@@ -25,6 +25,7 @@
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
 #include "hotkeys/view/KeyEventMonitor.h"
+#include "ui/window/DesktopLimits.h"
 #include "ui/window/WindowManagerMenu.h"
 #include "ui/theme/Providers.h"
 
@@ -35,6 +36,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 Q_IMPORT_QML_PLUGIN(VelloranPlugin)
 
@@ -125,15 +127,15 @@ int run(platform::bus::SingleInstance& instance) {
     const OpenPreferences whileOpen(preferences);
     platform::qt::QtUrlOpener urlOpener;
     platform::pulse::PulseSounds sounds;
-    const auto desktop = makeDesktopBackend(loop, log, [] { endWithoutServer(); });
-    const platform::PlatformInstallation installation(
-        {loop, desktop->pointerEvents(), desktop->pointerPosition(), desktop->inputTrust(), desktop->hotKeys(), log});
+    const Published<platform::Desktop> desktop(
+        chooseDesktop(processEnvironment, realBackends(loop, [] { endWithoutServer(); })));
+    const platform::PlatformInstallation installation({loop, desktop, log});
 
     const SharedHotkeys sharedHotkeys;
 
-    const auto store = AutoClickerStore::create(loop, sounds, std::make_unique<PresetStore>(preferences));
+    const auto store = AutoClickerStore::create(loop, desktop, sounds, std::make_unique<PresetStore>(preferences));
     DonationManager donations(loop, preferences, urlOpener);
-    const KeyEventMonitor keyMonitor(desktop->keyCharacters());
+    const KeyEventMonitor keyMonitor(desktop);
     ConfigModel configModel(*store);
     RunModel runModel(*store, loop);
     PresetsModel presetsModel(*store);
@@ -147,7 +149,6 @@ int run(platform::bus::SingleInstance& instance) {
         {"run", QVariant::fromValue(&runModel)},
         {"presets", QVariant::fromValue(&presetsModel)},
         {"donations", QVariant::fromValue(&donationModel)},
-        {"desktopLimits", QVariant::fromValue(desktop->limits())},
         {"managerMenu", QVariant::fromValue(&managerMenu)},
     });
     // By name and not by address: only an import makes the module's own types known.
@@ -156,6 +157,9 @@ int run(platform::bus::SingleInstance& instance) {
         return EXIT_FAILURE;
     }
     auto* const window = qobject_cast<QWindow*>(engine.rootObjects().first());
+    const Subscription limits = desktop.stream().subscribe([window](const platform::Desktop& now) {
+        window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(now)));
+    });
     instance.serve({
         .activate = [window](const auto& token) { platform::windowmanager::raiseWindow(*window, token); },
         .toggle = [&store] { store->toggleStartStop(); },

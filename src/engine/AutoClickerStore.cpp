@@ -3,14 +3,11 @@
 #include "engine/PermissionChecker.h"
 #include "hotkeys/HotkeyManager.h"
 #include "platform/InputTrust.h"
-#include "platform/Platform.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace velloran {
-
-using platform::Platform;
 
 namespace {
 
@@ -18,20 +15,25 @@ constexpr std::uint64_t saveDelay = 250'000'000;
 
 } // namespace
 
-std::shared_ptr<AutoClickerStore> AutoClickerStore::create(EventLoop& loop, platform::SystemSounds& sounds,
+std::shared_ptr<AutoClickerStore> AutoClickerStore::create(EventLoop& loop, const Published<platform::Desktop>& desktop,
+                                                           platform::SystemSounds& sounds,
                                                            std::unique_ptr<PresetStore> presetStore) {
-    auto store = std::make_shared<AutoClickerStore>(Private(), loop, sounds, std::move(presetStore));
+    auto store = std::make_shared<AutoClickerStore>(Private(), loop, desktop, sounds, std::move(presetStore));
     store->connect();
     return store;
 }
 
-AutoClickerStore::AutoClickerStore(Private, EventLoop& loop, platform::SystemSounds& sounds,
-                                   std::unique_ptr<PresetStore> presetStore)
+AutoClickerStore::AutoClickerStore(Private, EventLoop& loop, const Published<platform::Desktop>& desktop,
+                                   platform::SystemSounds& sounds, std::unique_ptr<PresetStore> presetStore)
     : config(presetStore->loadConfig()),
       loop_(loop),
+      desktop_(desktop),
+      parts_(desktop.get()),
       runtime_(AutoClickerRuntime::initial()),
       presets_(presetStore->loadPresets()),
       hasAccessibilityPermission_(PermissionChecker::isAccessibilityTrusted()),
+      engine_(std::make_shared<const ClickEngine>(parts_.clicks.part)),
+      mouseTracker_(loop, desktop),
       hotkey_(HotkeyManager::shared()),
       presetStore_(std::move(presetStore)),
       soundPlayer_(sounds),
@@ -61,11 +63,48 @@ void AutoClickerStore::connect() {
                     }
                 });
             }));
-    Platform::current().inputTrust.onChanged([weak = weak_from_this()] {
+    listenToTrust();
+    cancellables_.push_back(desktop_.stream().subscribe([weak = weak_from_this()](const platform::Desktop& desktop) {
         if (const auto store = weak.lock()) {
-            store->recheckPermission();
+            store->follow(desktop);
         }
-    });
+    }));
+}
+
+void AutoClickerStore::follow(const platform::Desktop& desktop) {
+    const platform::Desktop before = std::exchange(parts_, desktop);
+    if (before.clicks.part != parts_.clicks.part) {
+        auto ending = std::exchange(engine_, std::make_shared<const ClickEngine>(parts_.clicks.part));
+        // Behind the last click that is to be posted with it, and back to this thread: that is where it ends.
+        engineQueue_->async([ending = std::move(ending), &loop = loop_]() mutable {
+            loop.postFromAnyThread([ending = std::move(ending)] {});
+        });
+    }
+    if (before.hotKeys.part != parts_.hotKeys.part) {
+        applyHotkey(config.get().hotkey);
+    }
+    if (before.trust.part != parts_.trust.part) {
+        if (before.trust.part) {
+            before.trust.part->onChanged({});
+        }
+        listenToTrust();
+    }
+    if (before.clicks.part != parts_.clicks.part || before.trust.part != parts_.trust.part) {
+        recheckPermission();
+        if (std::exchange(isPromptDue_, false)) {
+            refreshPermission();
+        }
+    }
+}
+
+void AutoClickerStore::listenToTrust() {
+    if (parts_.trust.part) {
+        parts_.trust.part->onChanged([weak = weak_from_this()] {
+            if (const auto store = weak.lock()) {
+                store->recheckPermission();
+            }
+        });
+    }
 }
 
 std::vector<Preset> AutoClickerStore::allPresets() const {
@@ -151,6 +190,7 @@ void AutoClickerStore::cancelLoop() {
 void AutoClickerStore::refreshPermission() {
     if (!PermissionChecker::isAccessibilityTrusted() && !isPermissionTakenBack_) {
         PermissionChecker::requestAccessibilityPrompt();
+        isPromptDue_ = !desktop_.get().trust.part;
     }
     setPermission(PermissionChecker::isAccessibilityTrusted());
     if (hasAccessibilityPermission_.get()) {

@@ -8,6 +8,7 @@
 #include "engine/SoundPlayer.h"
 #include "model/AutoClickerConfig.h"
 #include "model/AutoClickerRuntime.h"
+#include "platform/Desktop.h"
 #include "presets/Preset.h"
 #include "presets/PresetStore.h"
 
@@ -26,8 +27,10 @@ class HotkeyManager;
 /// because a running loop keeps it alive until the loop ends.
 class AutoClickerStore : public std::enable_shared_from_this<AutoClickerStore> {
 public:
-    /// `loop` and `sounds` must outlive the store. The permission and the hotkey are the installed platform's.
-    static std::shared_ptr<AutoClickerStore> create(EventLoop& loop, platform::SystemSounds& sounds,
+    /// A store that follows the parts of `desktop` as they come and go; it is the desktop of the installed platform.
+    /// What is given by reference must outlive the store.
+    static std::shared_ptr<AutoClickerStore> create(EventLoop& loop, const Published<platform::Desktop>& desktop,
+                                                    platform::SystemSounds& sounds,
                                                     std::unique_ptr<PresetStore> presetStore);
 
     AutoClickerStore(const AutoClickerStore&) = delete;
@@ -94,14 +97,16 @@ private:
 
 public:
     /// For `create` alone.
-    AutoClickerStore(Private, EventLoop& loop, platform::SystemSounds& sounds,
-                     std::unique_ptr<PresetStore> presetStore);
+    AutoClickerStore(Private, EventLoop& loop, const Published<platform::Desktop>& desktop,
+                     platform::SystemSounds& sounds, std::unique_ptr<PresetStore> presetStore);
 
 private:
     static Task runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerStore> weakStore, AutoClickerConfig snapshot,
                              std::uint64_t run);
 
     void connect();
+    void follow(const platform::Desktop& desktop);
+    void listenToTrust();
     void startLoop();
     void cancelLoop();
     void setPermission(bool isTrusted);
@@ -126,6 +131,9 @@ private:
     }
 
     EventLoop& loop_;
+    const Published<platform::Desktop>& desktop_;
+    /// The parts in use.
+    platform::Desktop parts_;
     Published<AutoClickerRuntime> runtime_;
     /// How often a run was begun or a stop was asked for; numbers each one.
     std::uint64_t orders_ = 0;
@@ -135,7 +143,10 @@ private:
     Published<bool> hasAccessibilityPermission_;
     /// The desktop has reported that the permission is gone, and it has not been seen since.
     bool isPermissionTakenBack_ = false;
-    ClickEngine engine_;
+    /// The permission was to be asked for while there was nobody to ask.
+    bool isPromptDue_ = false;
+    /// Shared with the clicks that are still to be posted.
+    std::shared_ptr<const ClickEngine> engine_;
     MouseTracker mouseTracker_;
     HotkeyManager& hotkey_;
     std::unique_ptr<PresetStore> presetStore_;

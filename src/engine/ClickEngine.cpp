@@ -1,8 +1,5 @@
 #include "engine/ClickEngine.h"
 
-#include "platform/Platform.h"
-#include "platform/PointerEvents.h"
-
 namespace velloran {
 
 using platform::EventButton;
@@ -30,18 +27,18 @@ constexpr Parameters parameters(ClickEngine::Button button) {
 
 } // namespace
 
-// A member, so that whoever posts holds an engine.
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void ClickEngine::post(Button button) const {
-    platform::PointerEvents& events = platform::Platform::current().pointerEvents;
-    const platform::Point position = events.location().value_or(platform::Point{});
+    if (!events_) {
+        return;
+    }
+    const platform::Point position = events_->location().value_or(platform::Point{});
     const Parameters click = parameters(button);
     for (const MouseEventType type : {click.down, click.up}) {
-        if (const auto event = events.makeMouseEvent(type, position, click.button)) {
-            events.post(*event);
+        if (const auto event = events_->makeMouseEvent(type, position, click.button)) {
+            events_->post(*event);
         }
     }
-    events.flush();
+    events_->flush();
 }
 
 ClickEngine::Button engineButton(MouseButton button) {

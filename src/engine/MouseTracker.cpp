@@ -1,7 +1,5 @@
 #include "engine/MouseTracker.h"
 
-#include "async/EventLoop.h"
-#include "platform/Platform.h"
 #include "platform/PointerPosition.h"
 
 #include <cmath>
@@ -9,12 +7,9 @@
 
 namespace velloran {
 
-using platform::Platform;
-
-// A member, so that whoever asks holds a tracker.
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 std::optional<platform::Point> MouseTracker::currentPosition() const {
-    return Platform::current().pointerPosition.currentPosition();
+    const auto& pointer = desktop_.get().pointer.part;
+    return pointer ? pointer->currentPosition() : std::nullopt;
 }
 
 void MouseTracker::reset() {
@@ -23,7 +18,7 @@ void MouseTracker::reset() {
 }
 
 bool MouseTracker::hasBeenStationary(double forAtLeast) {
-    const Date now = Platform::current().mainLoop.now();
+    const Date now = clock_.now();
     const auto position = currentPosition();
     const auto previous = std::exchange(lastPosition_, position);
     // An unknown position may hide any movement: no click is better than a wrong one.

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "async/EventLoop.h"
+#include "async/Published.h"
 #include "base/Date.h"
+#include "platform/Desktop.h"
 #include "platform/Point.h"
 
 #include <optional>
@@ -12,7 +15,10 @@ namespace velloran {
 /// thread.
 class MouseTracker {
 public:
-    MouseTracker() = default;
+    /// Dates are those of `clock`. Both must outlive this object.
+    MouseTracker(const EventLoop& clock, const Published<platform::Desktop>& desktop)
+        : clock_(clock), desktop_(desktop) {}
+
     MouseTracker(const MouseTracker&) = delete;
     MouseTracker& operator=(const MouseTracker&) = delete;
 
@@ -27,6 +33,8 @@ public:
     bool hasBeenStationary(double forAtLeast);
 
 private:
+    const EventLoop& clock_;
+    const Published<platform::Desktop>& desktop_;
     /// The longest way between two questions, in points, that still counts as still.
     double movementThreshold_ = 2.0;
     std::optional<platform::Point> lastPosition_;

@@ -2,21 +2,41 @@
 
 #include "platform/InputTrust.h"
 #include "platform/Platform.h"
+#include "platform/SystemLog.h"
+
+#include <memory>
 
 namespace velloran {
 
-using platform::Platform;
+namespace {
+
+/// Who knows, and asks the user; null where nobody does.
+std::shared_ptr<platform::InputTrust> inputTrust() {
+    const platform::Platform& platform = platform::Platform::current();
+    const platform::Desktop& desktop = platform.desktop.get();
+    if (desktop.clicks.part && desktop.trust.part) {
+        return desktop.trust.part;
+    }
+    platform.systemLog.writeOnce(desktop.clicks.part ? desktop.trust.reason : desktop.clicks.reason);
+    return nullptr;
+}
+
+} // namespace
 
 bool PermissionChecker::isAccessibilityTrusted() {
-    return Platform::current().inputTrust.isTrusted();
+    const auto trust = inputTrust();
+    return trust && trust->isTrusted();
 }
 
 bool PermissionChecker::requestAccessibilityPrompt() {
-    return Platform::current().inputTrust.requestPrompt(platform::PromptReason::automatic);
+    const auto trust = inputTrust();
+    return trust && trust->requestPrompt(platform::PromptReason::automatic);
 }
 
 void PermissionChecker::openAccessibilitySettings() {
-    Platform::current().inputTrust.requestPrompt(platform::PromptReason::askedFor);
+    if (const auto trust = inputTrust()) {
+        trust->requestPrompt(platform::PromptReason::askedFor);
+    }
 }
 
 const std::string& PermissionChecker::permissionErrorMessage() {

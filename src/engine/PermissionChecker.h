@@ -4,7 +4,9 @@
 
 namespace velloran {
 
-/// Whether this program may post synthetic input. Static operations only; main thread.
+/// Whether this program may post synthetic input. Where the desktop has no clicks or no permission for them, there is
+/// no trust and none to be had; the first question writes the reason to the log. Static operations only, on the
+/// installed platform; main thread.
 class PermissionChecker {
 public:
     PermissionChecker() = delete;

@@ -94,7 +94,7 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
 }
 
 void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run) {
-    engineQueue_->async([this, button = engineButton(snapshot.mouseButton)] { engine_.post(button); });
+    engineQueue_->async([engine = engine_, button = engineButton(snapshot.mouseButton)] { engine->post(button); });
     if (snapshot.playClickSound) {
         soundPlayer_.playClickTick();
     }

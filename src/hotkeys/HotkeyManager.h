@@ -19,7 +19,7 @@ public:
     static constexpr std::uint32_t hotKeySignature = 0x564C524E;
     static constexpr std::uint32_t hotKeyNumber = 1;
 
-    /// The one instance, made on first use. It works on the installed platform.
+    /// The one instance, made on first use. It works on the desktop of the installed platform.
     static HotkeyManager& shared();
 
     /// Unregisters and destroys the shared instance, if there is one. Called before the platform goes away.

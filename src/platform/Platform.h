@@ -1,25 +1,21 @@
 #pragma once
 
+#include "async/Published.h"
+#include "platform/Desktop.h"
+
 namespace velloran {
 class EventLoop;
 }
 
 namespace velloran::platform {
 
-class HotKeys;
-class InputTrust;
-class PointerEvents;
-class PointerPosition;
 class SystemLog;
 
-/// Everything the logic needs of the desktop. The parts belong to whoever put them together and outlive the
-/// installation.
+/// What is there once in the process, for those whom nobody can hand it: static operations, shared instances, and what
+/// the views make. All of it belongs to whoever put it together and outlives the installation. Main thread.
 struct Platform {
     EventLoop& mainLoop;
-    PointerEvents& pointerEvents;
-    PointerPosition& pointerPosition;
-    InputTrust& inputTrust;
-    HotKeys& hotKeys;
+    const Published<Desktop>& desktop;
     SystemLog& systemLog;
 
     /// The installed one. Asking while none is installed is a fatal error.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+#include <string>
 #include <string_view>
 
 namespace velloran::platform {
@@ -14,6 +16,16 @@ public:
 
     /// Writes one line.
     virtual void write(std::string_view line) = 0;
+
+    /// Writes one line, unless this has written it before.
+    void writeOnce(const std::string& line) {
+        if (once_.insert(line).second) {
+            write(line);
+        }
+    }
+
+private:
+    std::set<std::string> once_;
 };
 
 } // namespace velloran::platform

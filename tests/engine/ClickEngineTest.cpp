@@ -22,7 +22,7 @@ protected:
     }
 
     fakes::RecordingPlatform platform;
-    const ClickEngine engine;
+    const ClickEngine engine{platform.desktop.get().clicks.part};
 };
 
 } // namespace
@@ -60,6 +60,11 @@ TEST_F(ClickEngineTest, HalfThatCannotBeMadeIsLeftOutAndTheOtherIsSent) {
     EXPECT_EQ(posted(ClickEngine::Button::left), (Journal{"read location", "post 1 button 0 at 300.0,200.0", "flush"}));
     platform.unmakeableEvents = {platform::MouseEventType::leftMouseDown, platform::MouseEventType::leftMouseUp};
     EXPECT_EQ(posted(ClickEngine::Button::left), (Journal{"read location", "flush"}));
+}
+
+TEST_F(ClickEngineTest, NothingToClickWithIsNoClick) {
+    ClickEngine(nullptr).post(ClickEngine::Button::left);
+    EXPECT_TRUE(platform.journal.empty());
 }
 
 TEST_F(ClickEngineTest, ConfiguredButtonsMapToThoseOfTheSameName) {

@@ -20,7 +20,7 @@ protected:
     void wait() { platform.loop.advance(0.08); }
 
     fakes::RecordingPlatform platform;
-    MouseTracker tracker;
+    MouseTracker tracker{platform.loop, platform.desktop};
 };
 
 } // namespace
@@ -118,6 +118,19 @@ TEST_F(MouseTrackerTest, UnknownPositionIsNeverStill) {
         wait();
     }
     platform.pointer = platform::Point{};
+    EXPECT_FALSE(tracker.hasBeenStationary(0.0)) << "the first known position counts as a first question";
+    EXPECT_TRUE(tracker.hasBeenStationary(0.0));
+}
+
+TEST_F(MouseTrackerTest, DesktopThatDoesNotTellThePositionIsNeverStill) {
+    const platform::Desktop telling = platform.desktop.get();
+    platform.desktop.set({});
+    EXPECT_EQ(tracker.currentPosition(), std::nullopt);
+    for (int poll = 0; poll < 50; ++poll) {
+        ASSERT_FALSE(tracker.hasBeenStationary(0.0));
+        wait();
+    }
+    platform.desktop.set(telling);
     EXPECT_FALSE(tracker.hasBeenStationary(0.0)) << "the first known position counts as a first question";
     EXPECT_TRUE(tracker.hasBeenStationary(0.0));
 }

@@ -30,4 +30,46 @@ TEST(PermissionChecker, PassesEveryQuestionOn) {
     EXPECT_EQ(platform.journal, (std::vector<std::string>{"ask trust", "prompt for trust", "open settings"}));
 }
 
+namespace {
+
+/// A desktop on which input cannot be posted.
+class NoPermissionTest : public testing::Test {
+protected:
+    void SetUp() override {
+        platform.desktop.modify([](platform::Desktop& desktop) {
+            desktop.clicks = {nullptr, "No way to post input here", {}};
+        });
+    }
+
+    fakes::RecordingPlatform platform;
+    const platform::DesktopPart<platform::PointerEvents> clicks = platform.desktop.get().clicks;
+    const std::vector<std::string> reason{"log No way to post input here"};
+};
+
+} // namespace
+
+TEST_F(NoPermissionTest, HasNoTrustAndTellsTheReasonOnce) {
+    EXPECT_TRUE(platform.journal.empty());
+    EXPECT_FALSE(PermissionChecker::isAccessibilityTrusted());
+    EXPECT_EQ(platform.journal, reason);
+    EXPECT_FALSE(PermissionChecker::requestAccessibilityPrompt());
+    EXPECT_FALSE(PermissionChecker::isAccessibilityTrusted());
+    PermissionChecker::openAccessibilitySettings();
+    EXPECT_EQ(platform.journal, reason);
+}
+
+TEST_F(NoPermissionTest, TellsTheReasonWhenAskedToPromptFirst) {
+    EXPECT_FALSE(PermissionChecker::requestAccessibilityPrompt());
+    EXPECT_EQ(platform.journal, reason);
+}
+
+TEST_F(NoPermissionTest, ClicksWithoutAPermissionAreNotTrustedEither) {
+    platform.desktop.modify([this](platform::Desktop& desktop) {
+        desktop.clicks = clicks;
+        desktop.trust = {nullptr, "Nobody to ask", {}};
+    });
+    EXPECT_FALSE(PermissionChecker::isAccessibilityTrusted());
+    EXPECT_EQ(platform.journal, std::vector<std::string>{"log Nobody to ask"});
+}
+
 } // namespace velloran

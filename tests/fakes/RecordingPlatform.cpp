@@ -189,17 +189,22 @@ private:
 };
 
 RecordingPlatform::RecordingPlatform()
-    : events_(std::make_unique<Events>(*this)),
-      position_(std::make_unique<Position>(*this)),
-      trust_(std::make_unique<Trust>(*this)),
-      keys_(std::make_unique<Keys>(*this)),
+    : desktop(makeDesktop()),
       sounds_(std::make_unique<Sounds>(*this)),
       opener_(std::make_unique<Opener>(*this)),
       log_(std::make_unique<Log>(*this)),
-      installation_(std::make_unique<platform::PlatformInstallation>(
-          platform::Platform{loop, *events_, *position_, *trust_, *keys_, *log_})) {}
+      installation_(std::make_unique<platform::PlatformInstallation>(platform::Platform{loop, desktop, *log_})) {}
 
 RecordingPlatform::~RecordingPlatform() = default;
+
+platform::Desktop RecordingPlatform::makeDesktop() {
+    platform::Desktop made;
+    made.clicks.part = std::make_shared<Events>(*this);
+    made.trust.part = std::make_shared<Trust>(*this);
+    made.pointer.part = std::make_shared<Position>(*this);
+    made.hotKeys.part = std::make_shared<Keys>(*this);
+    return made;
+}
 
 platform::SystemSounds& RecordingPlatform::sounds() const {
     return *sounds_;

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] platform::UrlOpener& urlOpener() const;
 
     VirtualLoop loop;
+    /// Has all parts but the characters of keys.
+    Published<platform::Desktop> desktop;
     FakePreferences preferences;
     std::vector<std::string> journal;
     /// False for runs of millions of clicks.
@@ -78,13 +80,10 @@ private:
     class Opener;
     class Log;
 
+    platform::Desktop makeDesktop();
     void note(const std::string& entry);
 
     std::set<int> boundHotKeys_;
-    std::unique_ptr<Events> events_;
-    std::unique_ptr<Position> position_;
-    std::unique_ptr<Trust> trust_;
-    std::unique_ptr<Keys> keys_;
     std::unique_ptr<Sounds> sounds_;
     std::unique_ptr<Opener> opener_;
     std::unique_ptr<Log> log_;

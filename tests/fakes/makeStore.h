@@ -10,7 +10,8 @@ namespace velloran::fakes {
 
 /// A store on all of the platform's parts, but on `preferences`.
 inline std::shared_ptr<AutoClickerStore> makeStore(RecordingPlatform& platform, platform::Preferences& preferences) {
-    return AutoClickerStore::create(platform.loop, platform.sounds(), std::make_unique<PresetStore>(preferences));
+    return AutoClickerStore::create(platform.loop, platform.desktop, platform.sounds(),
+                                    std::make_unique<PresetStore>(preferences));
 }
 
 inline std::shared_ptr<AutoClickerStore> makeStore(RecordingPlatform& platform) {

@@ -58,13 +58,13 @@ observer::Place onScreen(QQuickWindow& window, QPointF point) {
 } // namespace
 
 WindowTest::WindowTest() {
-    auto connected = platform::x11::X11Platform::connect(loop, [] { fatalError("The X server is gone"); }, {});
+    auto connected = platform::x11::X11Server::connect(loop, [] { fatalError("The X server is gone"); });
     if (!connected) {
         fatalError("The X server takes no platform");
     }
     x11 = std::move(connected).value();
-    characters = std::make_unique<platform::x11::X11KeyCharacters>(x11->keyboard());
-    monitor = std::make_unique<KeyEventMonitor>(*characters);
+    platform.desktop.modify([this](platform::Desktop& desktop) { desktop.keyCharacters.part = x11->keyCharacters(); });
+    monitor = std::make_unique<KeyEventMonitor>(platform.desktop);
     store = fakes::makeStore(platform);
     donations = std::make_unique<DonationManager>(platform.loop, platform.preferences, platform.urlOpener());
     configModel = std::make_unique<ConfigModel>(*store);

@@ -4,8 +4,7 @@
 #include "engine/AutoClickerStore.h"
 #include "fakes/makeStore.h"
 #include "platform/qt/QtEventLoop.h"
-#include "platform/x11/X11KeyCharacters.h"
-#include "platform/x11/X11Platform.h"
+#include "platform/x11/X11Server.h"
 #include "donation/view/DonationModel.h"
 #include "presets/view/PresetsModel.h"
 #include "ui/cards/ConfigModel.h"
@@ -125,10 +124,9 @@ protected:
 
     EventMarker marker{Screen::current().other()};
     platform::qt::QtEventLoop loop;
-    std::unique_ptr<platform::x11::X11Platform> x11;
-    std::unique_ptr<platform::x11::X11KeyCharacters> characters;
-    std::unique_ptr<KeyEventMonitor> monitor;
+    std::shared_ptr<platform::x11::X11Server> x11;
     fakes::RecordingPlatform platform;
+    std::unique_ptr<KeyEventMonitor> monitor;
     std::shared_ptr<AutoClickerStore> store;
     std::unique_ptr<DonationManager> donations;
     std::unique_ptr<ConfigModel> configModel;

@@ -100,6 +100,27 @@ TEST_F(HotkeyManagerTest, TakenCombinationIsLoggedAndLeavesTheHandler) {
     EXPECT_EQ(platform.handlers.size(), 1U);
 }
 
+TEST_F(HotkeyManagerTest, DesktopWithoutHotkeysRefusesEveryCombination) {
+    const platform::Desktop whole = platform.desktop.get();
+    platform.desktop.set({});
+    registerCounting(controlOptionS);
+    EXPECT_EQ(platform.journal,
+              std::vector<std::string>{"log HotkeyManager: RegisterEventHotKey failed with status -9879"});
+    manager().unregister();
+    platform.desktop.set(whole);
+    platform.journal.clear();
+    registerCounting(controlOptionS);
+    EXPECT_EQ(platform.journal, (std::vector<std::string>{"install handler", registersControlOptionS}));
+}
+
+TEST_F(HotkeyManagerTest, RegistrationEndsWithWhomItBegan) {
+    registerCounting(controlOptionS);
+    platform.desktop.set({});
+    platform.journal.clear();
+    manager().unregister();
+    EXPECT_EQ(platform.journal, (std::vector<std::string>{"unregister key", "remove handler"}));
+}
+
 TEST_F(HotkeyManagerTest, FailedRegistrationIsClearedByTheNextCall) {
     platform.hotKeyStatus = platform::hotKeyInvalidError;
     registerCounting(controlOptionS);

@@ -60,7 +60,7 @@ std::uint64_t modifierFlags(Qt::KeyboardModifiers held) {
 
 } // namespace
 
-KeyEventMonitor::KeyEventMonitor(platform::KeyCharacters& characters) : characters_(characters) {
+KeyEventMonitor::KeyEventMonitor(const Published<platform::Desktop>& desktop) : desktop_(desktop) {
     if (theMonitor != nullptr) {
         fatalError("There is a key monitor already");
     }
@@ -133,7 +133,7 @@ bool KeyEventMonitor::takePress(const QKeyEvent& event) {
     if (keyCode && *keyCode <= std::numeric_limits<std::uint16_t>::max()) {
         const bool shiftHeld = event.modifiers().testFlag(Qt::ShiftModifier);
         const KeyEvent pressed{modifierFlags(event.modifiers()), static_cast<std::uint16_t>(*keyCode),
-                               characters_.charactersIgnoringModifiers(scanCode - firstScanCode, shiftHeld)};
+                               characters().charactersIgnoringModifiers(scanCode - firstScanCode, shiftHeld)};
         const Handler handler = handler_; // the call may remove it
         handler(pressed);
     }
@@ -153,6 +153,16 @@ bool KeyEventMonitor::takeRelease(const QKeyEvent& event) {
 
 /// Events pass through here only while somebody waits for a key or a taken key is down: every event of the program
 /// would.
+platform::KeyCharacters& KeyEventMonitor::characters() {
+    if (const auto& told = desktop_.get().keyCharacters.part) {
+        return *told;
+    }
+    if (!defaultCharacters_) {
+        defaultCharacters_.emplace();
+    }
+    return *defaultCharacters_;
+}
+
 void KeyEventMonitor::filterWhileNeeded() {
     const bool isNeeded = isInstalled() || !heldKeys_.empty();
     if (isNeeded == isFiltering_) {

@@ -4,13 +4,14 @@
 
 #include <QObject>
 
+#include "async/Published.h"
+#include "keys/DefaultKeyCharacters.h"
+#include "platform/Desktop.h"
+
+#include <optional>
 #include <set>
 
 class QKeyEvent;
-
-namespace velloran::platform {
-class KeyCharacters;
-}
 
 namespace velloran {
 
@@ -21,9 +22,9 @@ class KeyEventMonitor final : public QObject, public KeyMonitor {
     Q_OBJECT
 
 public:
-    /// Becomes the one monitor of the process; a second one at the same time is a fatal error. `characters` outlives
-    /// it.
-    explicit KeyEventMonitor(platform::KeyCharacters& characters);
+    /// Becomes the one monitor of the process; a second one at the same time is a fatal error. What the
+    /// keys give is asked of `desktop`, which outlives it; where that does not tell, the default layout does.
+    explicit KeyEventMonitor(const Published<platform::Desktop>& desktop);
     KeyEventMonitor(const KeyEventMonitor&) = delete;
     KeyEventMonitor& operator=(const KeyEventMonitor&) = delete;
     ~KeyEventMonitor() override;
@@ -44,7 +45,11 @@ private:
     bool takeRelease(const QKeyEvent& event);
     void filterWhileNeeded();
 
-    platform::KeyCharacters& characters_;
+    platform::KeyCharacters& characters();
+
+    const Published<platform::Desktop>& desktop_;
+    /// Made when it is needed: reading a layout takes its time.
+    std::optional<keys::DefaultKeyCharacters> defaultCharacters_;
     Handler handler_;
     /// Which installation the handler came from: an earlier one's end must not remove it.
     std::uint64_t installation_ = 0;

@@ -4,14 +4,18 @@
 #include "async/ConnectionLoss.h"
 #include "platform/x11/X11PointerEvents.h"
 
+#include <memory>
+#include <utility>
+
 namespace velloran::platform::x11 {
 
 /// X11 has no permission to ask for: input may be posted whenever the server takes it.
 class X11InputTrust final : public InputTrust {
 public:
-    X11InputTrust(const X11PointerEvents& events, const ConnectionLoss& loss) : events_(events), loss_(loss) {}
+    X11InputTrust(std::shared_ptr<const X11PointerEvents> events, const ConnectionLoss& loss)
+        : events_(std::move(events)), loss_(loss) {}
 
-    bool isTrusted() override { return events_.canPost() && !loss_.isLost(); }
+    bool isTrusted() override { return events_->canPost() && !loss_.isLost(); }
 
     bool requestPrompt(PromptReason /*reason*/) override { return isTrusted(); }
 
@@ -19,7 +23,7 @@ public:
     void onChanged(std::function<void()> /*changed*/) override {}
 
 private:
-    const X11PointerEvents& events_;
+    const std::shared_ptr<const X11PointerEvents> events_;
     const ConnectionLoss& loss_;
 };
 

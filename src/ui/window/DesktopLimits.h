@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QtQmlIntegration>
 
+#include "platform/Desktop.h"
+
 namespace velloran {
 
 /// What does not work on this desktop: for each part a sentence for the user, which is empty where it does work.
@@ -17,6 +19,11 @@ class DesktopLimits {
     Q_PROPERTY(QStringList sentences READ sentences)
 
 public:
+    static DesktopLimits of(const platform::Desktop& desktop) {
+        return {QString::fromStdString(desktop.clicks.limit), QString::fromStdString(desktop.hotKeys.limit),
+                QString::fromStdString(desktop.pointer.limit)};
+    }
+
     QString clicks;
     QString hotkey;
     QString stillMouse;

@@ -286,6 +286,19 @@ TEST_F(RecorderTest, NonLatinLayoutsKeepTheKeyAndShowItsLetter) {
     EXPECT_EQ(combo(), (HotkeyCombo{control | option, 1, "⌃⌥Ы"}));
 }
 
+TEST_F(RecorderTest, ADesktopThatDoesNotTellItsLayoutHasTheDefaultOne) {
+    Screen::current().setLayout("ru");
+    const auto told = platform.desktop.get();
+    platform.desktop.set({});
+    record();
+    tap(sKey, {controlKey, altKey});
+    EXPECT_EQ(combo(), (HotkeyCombo{control | option, 1, "⌃⌥S"}));
+    platform.desktop.set(told);
+    click(get("⌃⌥S"));
+    tap(sKey, {controlKey, altKey});
+    EXPECT_EQ(combo(), (HotkeyCombo{control | option, 1, "⌃⌥Ы"})) << "as soon as it tells";
+}
+
 TEST_F(RecorderTest, ADeadKeyIsNotRecorded) {
     Screen::current().setLayout("de");
     record();

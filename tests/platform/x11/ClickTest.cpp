@@ -248,15 +248,13 @@ TEST_F(Clicks, ThePositionIsToldToTheMainThreadOnly) {
 }
 
 TEST_F(Clicks, ThePositionIsInPoints) {
-    auto connected = platform::x11::X11Platform::connect(
-        loop, {},
-        [](platform::Point pixels) {
-            return platform::Point{pixels.x / 2.0, pixels.y / 4.0};
-        },
-        server.displayName().c_str());
+    const auto connected = platform::x11::X11Server::connect(loop, {}, server.displayName().c_str());
     ASSERT_TRUE(connected.ok());
+    const auto position = connected.value()->pointerPosition([](platform::Point pixels) {
+        return platform::Point{pixels.x / 2.0, pixels.y / 4.0};
+    });
     user->movePointer({321, 123});
-    EXPECT_EQ(connected.value()->pointerPosition().currentPosition(), (platform::Point{160.5, 30.75}));
+    EXPECT_EQ(position->currentPosition(), (platform::Point{160.5, 30.75}));
 }
 
 TEST_F(Clicks, AKilledClickerLeavesNoButtonDown) {

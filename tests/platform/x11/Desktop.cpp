@@ -26,10 +26,10 @@ void Desktop::SetUp() {
     ASSERT_TRUE(watcher->listenToServer());
     // Only to wake the loop up: reading happens in until().
     otherWatch_ = loop.watch(other->fileDescriptor(), EventLoop::Readiness::readable, [] {});
-    auto connected = platform::x11::X11Platform::connect(
-        loop, [this] { ++losses; }, {}, server.displayName().c_str());
+    auto connected = platform::x11::X11Server::connect(
+        loop, [this] { ++losses; }, server.displayName().c_str());
     ASSERT_TRUE(connected.ok()) << connected.error().message;
-    x11 = std::move(connected).value();
+    x11 = std::make_unique<X11Parts>(std::move(connected).value());
 }
 
 void Desktop::openWindow() {

@@ -4,7 +4,7 @@
 #include "harness/observer/InputWatcher.h"
 #include "harness/observer/Server.h"
 #include "platform/qt/QtEventLoop.h"
-#include "platform/x11/X11Platform.h"
+#include "platform/x11/X11Server.h"
 #include "harness/PrivateServer.h"
 
 #include <gtest/gtest.h>
@@ -12,9 +12,38 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velloran::tests {
+
+/// All that a server can do, as one thing to hold and to let go of.
+class X11Parts {
+public:
+    explicit X11Parts(std::shared_ptr<platform::x11::X11Server> server)
+        : server_(std::move(server)),
+          pointerEvents_(server_->pointerEvents()),
+          inputTrust_(server_->inputTrust(pointerEvents_)),
+          pointerPosition_(server_->pointerPosition({})),
+          hotKeys_(server_->hotKeys()) {}
+
+    [[nodiscard]] platform::PointerEvents& pointerEvents() const { return *pointerEvents_; }
+
+    [[nodiscard]] platform::InputTrust& inputTrust() const { return *inputTrust_; }
+
+    [[nodiscard]] platform::PointerPosition& pointerPosition() const { return *pointerPosition_; }
+
+    [[nodiscard]] platform::HotKeys& hotKeys() const { return *hotKeys_; }
+
+    [[nodiscard]] platform::x11::X11Keyboard& keyboard() const { return server_->keyboard(); }
+
+private:
+    const std::shared_ptr<platform::x11::X11Server> server_;
+    const std::shared_ptr<platform::x11::X11PointerEvents> pointerEvents_;
+    const std::shared_ptr<platform::InputTrust> inputTrust_;
+    const std::shared_ptr<platform::PointerPosition> pointerPosition_;
+    const std::shared_ptr<platform::HotKeys> hotKeys_;
+};
 
 /// The fixture of all tests here: the platform on a private server, beside another program that plays the user and sees
 /// what the platform does.
@@ -64,7 +93,7 @@ protected:
     int losses = 0;
     /// How often the loop has woken up.
     int turns = 0;
-    std::unique_ptr<platform::x11::X11Platform> x11;
+    std::unique_ptr<X11Parts> x11;
 
 private:
     bool takeEvents();

@@ -148,7 +148,7 @@ TEST_F(ServerLossTest, TheLoopComesToRest) {
 TEST_F(ServerLossTest, ABrokenPipeDoesNotEndTheProgram) {
     std::signal(SIGPIPE, SIG_DFL);
     {
-        const auto connected = x11::X11Platform::connect(loop, {}, {}, server.displayName().c_str());
+        const auto connected = x11::X11Server::connect(loop, {}, server.displayName().c_str());
         ASSERT_TRUE(connected.ok());
     }
     EXPECT_EQ(std::raise(SIGPIPE), 0);
@@ -156,7 +156,7 @@ TEST_F(ServerLossTest, ABrokenPipeDoesNotEndTheProgram) {
     static volatile std::sig_atomic_t received = 0;
     std::signal(SIGPIPE, [](int) { received = 1; });
     {
-        const auto connected = x11::X11Platform::connect(loop, {}, {}, server.displayName().c_str());
+        const auto connected = x11::X11Server::connect(loop, {}, server.displayName().c_str());
         ASSERT_TRUE(connected.ok());
     }
     EXPECT_EQ(std::raise(SIGPIPE), 0);
@@ -165,16 +165,16 @@ TEST_F(ServerLossTest, ABrokenPipeDoesNotEndTheProgram) {
 
 TEST_F(ServerLossTest, TheReceiverMayEndThePlatform) {
     int told = 0;
-    std::unique_ptr<x11::X11Platform> second;
-    auto connected = x11::X11Platform::connect(
+    std::unique_ptr<X11Parts> second;
+    auto connected = x11::X11Server::connect(
         loop,
         [&] {
             ++told;
             second.reset();
         },
-        {}, server.displayName().c_str());
+        server.displayName().c_str());
     ASSERT_TRUE(connected.ok());
-    second = std::move(connected).value();
+    second = std::make_unique<X11Parts>(std::move(connected).value());
     server.crash();
     ASSERT_TRUE(until([&told] { return told > 0; }));
     EXPECT_EQ(second, nullptr);
@@ -183,7 +183,7 @@ TEST_F(ServerLossTest, TheReceiverMayEndThePlatform) {
 }
 
 TEST_F(ServerLossTest, NoServerIsAnErrorInWords) {
-    const auto connected = x11::X11Platform::connect(loop, {}, {}, "unix:/no/such/server");
+    const auto connected = x11::X11Server::connect(loop, {}, "unix:/no/such/server");
     ASSERT_FALSE(connected.ok());
     EXPECT_EQ(connected.error().message, "No X server answers at unix:/no/such/server");
 }

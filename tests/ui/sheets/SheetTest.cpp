@@ -1,5 +1,6 @@
 #include "ui/sheets/SheetStack.h"
 #include "harness/WindowTest.h"
+#include "ui/window/DesktopLimits.h"
 
 #include <QSignalSpy>
 
@@ -297,6 +298,23 @@ TEST_F(SheetTest, AboutTellsVersionAndLimits) {
     tap(returnKey);
     EXPECT_TRUE(until([&] { return !shows("Version 1.2.3"); }));
     EXPECT_EQ(quits, 0);
+}
+
+TEST_F(SheetTest, AboutFollowsTheDesktop) {
+    openMainWindow();
+    click(get("Menu"));
+    click(get("About Velloran"));
+    platform::Desktop desktop;
+    desktop.clicks.limit = "Nothing clicks.";
+    desktop.trust.limit = "Nobody asks.";
+    desktop.hotKeys.limit = "Nothing is heard.";
+    desktop.pointer.limit = "Nothing is seen.";
+    window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(desktop)));
+    for (const char* const sentence : {"This desktop", "Nothing clicks.", "Nothing is heard.", "Nothing is seen."}) {
+        EXPECT_TRUE(until([&] { return shows(sentence); })) << sentence;
+    }
+    window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of({})));
+    EXPECT_TRUE(until([&] { return !shows("This desktop"); }));
 }
 
 TEST_F(SheetTest, AboutWithoutLimitsSaysNothingOfThem) {

@@ -1,0 +1,119 @@
+#include "chooseDesktop.h"
+
+#include "platform/qt/monitors.h"
+#include "platform/x11/X11Server.h"
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+namespace velloran {
+
+using platform::Desktop;
+using platform::DesktopPart;
+
+namespace {
+
+/// What one backend has for this session, or why it has nothing.
+using Candidate = Result<Desktop> (*)(const Environment& environment, const Backends& backends);
+
+/// A variable set to nothing counts as not set.
+bool isSet(const Environment& environment, const char* name) {
+    const auto value = environment(name);
+    return value && !value->empty();
+}
+
+Result<Desktop> onX11(const Environment& environment, const Backends& backends) {
+    if (isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland") {
+        return Error{"this is a Wayland session, and an X server inside it reaches only some windows."};
+    }
+    if (!isSet(environment, "DISPLAY")) {
+        return Error{"there is no display."};
+    }
+    return backends.x11();
+}
+
+/// The best one first.
+constexpr std::array<Candidate, 1> candidates{onX11};
+
+template<typename Interface>
+void fill(DesktopPart<Interface>& part, const DesktopPart<Interface>& offered) {
+    if (!part.part && offered.part) {
+        part = offered;
+    }
+}
+
+void fill(Desktop& desktop, const Desktop& offered) {
+    if (!desktop.clicks.part && offered.clicks.part) {
+        // Nobody's permission is of use for another's clicks.
+        desktop.clicks = offered.clicks;
+        desktop.trust = offered.trust;
+    }
+    fill(desktop.pointer, offered.pointer);
+    fill(desktop.hotKeys, offered.hotKeys);
+    fill(desktop.keyCharacters, offered.keyCharacters);
+}
+
+template<typename Interface>
+void explain(DesktopPart<Interface>& part, const std::string& reason, const std::string& limit) {
+    if (!part.part) {
+        part = {nullptr, reason, limit};
+    }
+}
+
+/// An X server as a desktop: it has every part.
+Result<Desktop> connectX11(EventLoop& loop, const std::function<void()>& onServerLost) {
+    const auto connected = platform::x11::X11Server::connect(loop, onServerLost);
+    if (!connected) {
+        return connected.error();
+    }
+    const auto& server = connected.value();
+    const auto toPoints = [](platform::Point pixels) {
+        return platform::qt::pointsFromPixels(pixels, platform::qt::currentMonitors());
+    };
+    const auto clicks = server->pointerEvents();
+    if (!clicks) {
+        return Error{"The X server takes no further connection"};
+    }
+    Desktop desktop;
+    desktop.clicks = {clicks, "Input is posted through the X server: the session runs on one.", {}};
+    desktop.trust = {server->inputTrust(clicks), "An X server asks nobody for a permission.", {}};
+    desktop.pointer = {server->pointerPosition(toPoints), "The X server tells where the pointer is.", {}};
+    desktop.hotKeys = {server->hotKeys(), "The X server lets a program grab keys.", {}};
+    desktop.keyCharacters = {server->keyCharacters(), "The X server tells its keyboard layout.", {}};
+    return desktop;
+}
+
+} // namespace
+
+std::optional<std::string> processEnvironment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+Backends realBackends(EventLoop& loop, std::function<void()> onServerLost) {
+    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); }};
+}
+
+Desktop chooseDesktop(const Environment& environment, const Backends& backends) {
+    Desktop desktop;
+    std::string whyNot;
+    for (const Candidate candidate : candidates) {
+        const Result<Desktop> offered = candidate(environment, backends);
+        if (offered) {
+            fill(desktop, offered.value());
+        } else if (whyNot.empty()) {
+            whyNot = offered.error().message;
+        }
+    }
+    const std::string noClicks = "Input cannot be posted: " + (whyNot.empty() ? "nothing here does it." : whyNot);
+    explain(desktop.clicks, noClicks, noClicks);
+    explain(desktop.trust, "Nobody can be asked for the permission to click.", {});
+    explain(desktop.pointer, "No backend tells where the pointer is.",
+            "The pointer's position is not known here, so the still-mouse rule never lets a click through.");
+    explain(desktop.hotKeys, "No backend registers a hotkey.", "The global hotkey does not work here.");
+    explain(desktop.keyCharacters, "No backend tells the keyboard's layout.", {});
+    return desktop;
+}
+
+} // namespace velloran

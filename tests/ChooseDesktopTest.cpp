@@ -1,0 +1,179 @@
+#include "chooseDesktop.h"
+
+#include "fakes/RecordingPlatform.h"
+#include "harness/PrivateServer.h"
+#include "keys/DefaultKeyCharacters.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace velloran {
+
+namespace {
+
+using platform::Desktop;
+using Variables = std::map<std::string, std::string>;
+
+const std::string onWayland = "Input cannot be posted: this is a Wayland session, and an X server inside it reaches "
+                              "only some windows.";
+const std::string nowhere = "Input cannot be posted: there is no display.";
+
+class ChooseDesktopTest : public testing::Test {
+protected:
+    ChooseDesktopTest() {
+        whole.clicks.reason = "it clicks";
+        whole.keyCharacters.part = std::make_shared<keys::DefaultKeyCharacters>();
+    }
+
+    Desktop choose(const Variables& variables) {
+        const Environment environment = [&variables](const char* name) {
+            const auto found = variables.find(name);
+            return found != variables.end() ? std::optional(found->second) : std::nullopt;
+        };
+        return chooseDesktop(environment, backends);
+    }
+
+    /// The parts of the X server, as it told of them.
+    void expectX11(const Variables& variables) {
+        const int before = connections;
+        EXPECT_EQ(choose(variables), whole);
+        EXPECT_EQ(connections, before + 1);
+    }
+
+    /// No part at all, and an X server that nobody has asked.
+    void expectNothing(const Variables& variables, const std::string& why) {
+        expectMissing(choose(variables), why);
+        EXPECT_EQ(connections, 0);
+    }
+
+    static void expectMissing(const Desktop& desktop, const std::string& why) {
+        EXPECT_EQ(desktop.clicks.part, nullptr);
+        EXPECT_EQ(desktop.clicks.reason, why);
+        EXPECT_EQ(desktop.clicks.limit, why);
+        EXPECT_EQ(desktop.trust.part, nullptr);
+        EXPECT_FALSE(desktop.trust.reason.empty());
+        EXPECT_EQ(desktop.pointer.part, nullptr);
+        EXPECT_FALSE(desktop.pointer.reason.empty());
+        EXPECT_EQ(desktop.pointer.limit,
+                  "The pointer's position is not known here, so the still-mouse rule never lets a click through.");
+        EXPECT_EQ(desktop.hotKeys.part, nullptr);
+        EXPECT_FALSE(desktop.hotKeys.reason.empty());
+        EXPECT_EQ(desktop.hotKeys.limit, "The global hotkey does not work here.");
+        EXPECT_EQ(desktop.keyCharacters.part, nullptr);
+        EXPECT_FALSE(desktop.keyCharacters.reason.empty());
+        EXPECT_EQ(desktop.keyCharacters.limit, "") << "the default layout will do";
+    }
+
+    fakes::RecordingPlatform platform;
+    Desktop whole = platform.desktop.get();
+    int connections = 0;
+    Backends backends{.x11 = [this]() -> Result<Desktop> {
+        ++connections;
+        return whole;
+    }};
+};
+
+} // namespace
+
+TEST_F(ChooseDesktopTest, DisplayAloneIsAnXServer) {
+    expectX11({{"DISPLAY", ":0"}});
+}
+
+TEST_F(ChooseDesktopTest, DisplayOfAnX11SessionIsAnXServer) {
+    expectX11({{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", "x11"}});
+    expectX11({{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", "tty"}}); // started by hand from a console
+    expectX11({{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", ""}});
+}
+
+TEST_F(ChooseDesktopTest, WaylandSessionNeverGetsItsXServer) {
+    expectNothing({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-0"}, {"XDG_SESSION_TYPE", "wayland"}}, onWayland);
+    expectNothing({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-0"}}, onWayland);
+    expectNothing({{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", "wayland"}}, onWayland);
+}
+
+TEST_F(ChooseDesktopTest, WaylandDisplayCountsWhateverTheSessionCallsItself) {
+    expectNothing({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-0"}, {"XDG_SESSION_TYPE", "x11"}}, onWayland);
+}
+
+TEST_F(ChooseDesktopTest, WaylandWithoutAnXServer) {
+    expectNothing({{"WAYLAND_DISPLAY", "wayland-0"}}, onWayland);
+    expectNothing({{"XDG_SESSION_TYPE", "wayland"}}, onWayland);
+}
+
+TEST_F(ChooseDesktopTest, VariableSetToNothingCountsAsNotSet) {
+    expectNothing({{"DISPLAY", ""}}, nowhere);
+    expectX11({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", ""}});
+}
+
+TEST_F(ChooseDesktopTest, NothingAtAll) {
+    expectNothing({}, nowhere);
+    expectNothing({{"XDG_SESSION_TYPE", "x11"}}, nowhere);
+}
+
+TEST_F(ChooseDesktopTest, ServerThatDoesNotAnswerIsTheReason) {
+    backends.x11 = [] { return Error{"nobody is at home"}; };
+    expectMissing(choose({{"DISPLAY", ":0"}}), "Input cannot be posted: nobody is at home");
+}
+
+TEST_F(ChooseDesktopTest, EachPartMayBeMissing) {
+    const Desktop all = std::exchange(whole, Desktop{});
+    expectMissing(choose({{"DISPLAY", ":0"}}), "Input cannot be posted: nothing here does it.");
+    whole = all;
+    whole.hotKeys = {};
+    const Desktop withoutHotkeys = choose({{"DISPLAY", ":0"}});
+    EXPECT_EQ(withoutHotkeys.hotKeys.limit, "The global hotkey does not work here.");
+    EXPECT_EQ(withoutHotkeys.clicks, all.clicks);
+    EXPECT_EQ(withoutHotkeys.trust, all.trust);
+    EXPECT_EQ(withoutHotkeys.pointer, all.pointer);
+    EXPECT_EQ(withoutHotkeys.keyCharacters, all.keyCharacters);
+}
+
+TEST_F(ChooseDesktopTest, PermissionIsOfNoUseWithoutItsClicks) {
+    whole.clicks = {};
+    EXPECT_EQ(choose({{"DISPLAY", ":0"}}).trust.part, nullptr);
+}
+
+TEST(Environment, IsThatOfTheProcess) {
+    ASSERT_EQ(setenv("VELLORAN_ENVIRONMENT_TEST", "some value", 1), 0);
+    EXPECT_EQ(processEnvironment("VELLORAN_ENVIRONMENT_TEST"), "some value");
+    ASSERT_EQ(setenv("VELLORAN_ENVIRONMENT_TEST", "", 1), 0);
+    EXPECT_EQ(processEnvironment("VELLORAN_ENVIRONMENT_TEST"), "");
+    ASSERT_EQ(unsetenv("VELLORAN_ENVIRONMENT_TEST"), 0);
+    EXPECT_EQ(processEnvironment("VELLORAN_ENVIRONMENT_TEST"), std::nullopt);
+}
+
+TEST(RealBackends, XServerHasEveryPart) {
+    const tests::PrivateServer server;
+    ASSERT_TRUE(server.isUp());
+    ASSERT_EQ(setenv("DISPLAY", server.displayName().c_str(), 1), 0);
+    fakes::VirtualLoop loop;
+    const auto x11 = realBackends(loop, {}).x11();
+    ASSERT_TRUE(x11.ok()) << x11.error().message;
+    const Desktop& desktop = x11.value();
+    ASSERT_NE(desktop.clicks.part, nullptr);
+    ASSERT_NE(desktop.trust.part, nullptr);
+    EXPECT_TRUE(desktop.trust.part->isTrusted());
+    EXPECT_NE(desktop.pointer.part, nullptr);
+    EXPECT_NE(desktop.hotKeys.part, nullptr);
+    EXPECT_NE(desktop.keyCharacters.part, nullptr);
+    for (const std::string& limit : {desktop.clicks.limit, desktop.trust.limit, desktop.pointer.limit,
+                                     desktop.hotKeys.limit, desktop.keyCharacters.limit}) {
+        EXPECT_EQ(limit, "");
+    }
+    EXPECT_EQ(desktop.clicks.reason, "Input is posted through the X server: the session runs on one.");
+}
+
+TEST(RealBackends, XServerThatDoesNotAnswerHasNone) {
+    ASSERT_EQ(setenv("DISPLAY", "unix:/no/such/server", 1), 0);
+    fakes::VirtualLoop loop;
+    const auto x11 = realBackends(loop, {}).x11();
+    ASSERT_FALSE(x11.ok());
+    EXPECT_EQ(x11.error().message, "No X server answers at the display");
+}
+
+} // namespace velloran
