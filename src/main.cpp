@@ -9,24 +9,31 @@
 #include "donation/DonationManager.h"
 #include "engine/AutoClickerStore.h"
 #include "hotkeys/HotkeyManager.h"
+#include "platform/FallbackFileChooser.h"
 #include "platform/Platform.h"
 #include "platform/bus/SessionBus.h"
 #include "platform/bus/SingleInstance.h"
 #include "platform/windowmanager/WindowRaiser.h"
 #include "platform/windowmanager/windowManagerMenu.h"
+#include "platform/portal/PortalFileChooser.h"
+#include "platform/portal/PortalSettings.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/pulse/PulseSounds.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
+#include "platform/qt/WidgetFileChooser.h"
 #include "donation/view/DonationModel.h"
 #include "presets/view/PresetsModel.h"
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
+#include "presets/view/ConfigFiles.h"
 #include "hotkeys/view/KeyEventMonitor.h"
 #include "ui/window/DesktopLimits.h"
+#include "ui/window/DesktopWindowButtons.h"
 #include "ui/window/WindowManagerMenu.h"
+#include "ui/theme/DesktopAppearance.h"
 #include "ui/theme/Providers.h"
 
 #include <unistd.h>
@@ -119,7 +126,7 @@ struct OpenPreferences {
     ~OpenPreferences() { openPreferences = nullptr; }
 };
 
-int run(platform::bus::SingleInstance& instance) {
+int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
@@ -140,6 +147,15 @@ int run(platform::bus::SingleInstance& instance) {
     RunModel runModel(*store, loop);
     PresetsModel presetsModel(*store);
     DonationModel donationModel(donations);
+
+    platform::portal::Portal portal(bus);
+    platform::portal::PortalSettings settings(portal);
+    platform::portal::PortalFileChooser portalChooser(portal);
+    platform::qt::WidgetFileChooser widgetChooser;
+    platform::FallbackFileChooser chooser(portalChooser, widgetChooser);
+    ConfigFiles files(*store, chooser);
+    DesktopAppearance appearance(settings.wishes());
+    DesktopWindowButtons windowButtons(settings.wishes());
     WindowManagerMenu managerMenu(platform::windowmanager::showWindowManagerMenu);
 
     QQmlApplicationEngine engine;
@@ -148,7 +164,10 @@ int run(platform::bus::SingleInstance& instance) {
         {"config", QVariant::fromValue(&configModel)},
         {"run", QVariant::fromValue(&runModel)},
         {"presets", QVariant::fromValue(&presetsModel)},
+        {"files", QVariant::fromValue(&files)},
         {"donations", QVariant::fromValue(&donationModel)},
+        {"appearance", QVariant::fromValue(&appearance)},
+        {"windowButtons", QVariant::fromValue(&windowButtons)},
         {"managerMenu", QVariant::fromValue(&managerMenu)},
     });
     // By name and not by address: only an import makes the module's own types known.
@@ -215,5 +234,5 @@ int main(int argc, char* argv[]) {
     }
     QApplication::setWindowIcon(windowIcon());
     chooseTypeface();
-    return run(instance);
+    return run(bus, instance);
 }

@@ -2,8 +2,12 @@
 
 #include "base/fatal.h"
 
-#include <QDBusMessage>
+#include <QDBusArgument>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+#include <utility>
 
 namespace velloran::tests {
 
@@ -11,16 +15,22 @@ namespace {
 
 const auto service = QStringLiteral("org.freedesktop.portal.Desktop");
 const auto objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto connectionName = QStringLiteral("fake portal");
+const auto interfaces = QStringLiteral("org.freedesktop.portal.");
+
+/// The toolkit knows its connections by name.
+QString nextConnectionName() {
+    static int count = 0;
+    return QStringLiteral("fake portal %1").arg(++count);
+}
 
 } // namespace
 
-FakePortal::FakePortal(const std::string& busAddress)
-    : bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName)) {
+FakePortal::FakePortal(const std::string& busAddress, SettingGroups settings, Manner manner)
+    : bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), nextConnectionName())),
+      settings_(std::move(settings)),
+      manner_(manner) {
     qDBusRegisterMetaType<SettingGroups>();
-    new FakeSettings(*this);
-    new FakeFileChooser(*this);
-    if (!bus_.registerObject(objectPath, this) || !bus_.registerService(service)) {
+    if (!bus_.registerVirtualObject(objectPath, this, QDBusConnection::SubPath) || !bus_.registerService(service)) {
         fatalError("The bus takes no portal");
     }
 }
@@ -29,55 +39,93 @@ FakePortal::~FakePortal() {
     vanish();
 }
 
-void FakePortal::respond(uint response, const QStringList& uris) {
-    QDBusMessage signal = QDBusMessage::createSignal(request.path, QStringLiteral("org.freedesktop.portal.Request"),
-                                                     QStringLiteral("Response"));
-    signal << response << QVariantMap{{QStringLiteral("uris"), uris}};
-    bus_.send(signal);
+void FakePortal::respond(uint response, const QVariantMap& results) {
+    signal(request.path, interfaces + "Request", "Response", {response, results});
 }
 
-void FakePortal::changeButtonLayout(const QString& layout) {
-    buttonLayout = layout;
-    QDBusMessage signal = QDBusMessage::createSignal(objectPath, QStringLiteral("org.freedesktop.portal.Settings"),
-                                                     QStringLiteral("SettingChanged"));
-    signal << QStringLiteral("org.gnome.desktop.wm.preferences") << QStringLiteral("button-layout")
-           << QVariant::fromValue(QDBusVariant(layout));
-    bus_.send(signal);
+void FakePortal::closeSession(const QString& path) {
+    signal(path, interfaces + "Session", "Closed", {});
+}
+
+void FakePortal::change(const QString& group, const QString& key, const QVariant& value) {
+    settings_[group][key] = value;
+    signal(objectPath, interfaces + "Settings", "SettingChanged",
+           {group, key, QVariant::fromValue(QDBusVariant(value))});
 }
 
 void FakePortal::vanish() {
-    bus_.unregisterService(service);
-    bus_.unregisterObject(objectPath);
-    QDBusConnection::disconnectFromBus(connectionName);
-}
-
-SettingGroups FakeSettings::ReadAll(const QStringList& groups) {
-    const auto group = QStringLiteral("org.gnome.desktop.wm.preferences");
-    if (!groups.contains(group) || portal_.buttonLayout.isEmpty()) {
-        return {};
+    const QString name = bus_.name();
+    if (name.isEmpty()) {
+        return;
     }
-    return {{group, {{QStringLiteral("button-layout"), portal_.buttonLayout}}}};
+    bus_.unregisterService(service);
+    bus_.unregisterObject(objectPath, QDBusConnection::UnregisterTree);
+    bus_ = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(name);
 }
 
-QDBusObjectPath FakeFileChooser::OpenFile(const QString& parentWindow, const QString& title, const QVariantMap& options,
-                                          const QDBusMessage& message) {
-    return take("OpenFile", parentWindow, title, options, message);
+QString FakePortal::introspect(const QString& /*path*/) const {
+    return {};
 }
 
-QDBusObjectPath FakeFileChooser::SaveFile(const QString& parentWindow, const QString& title, const QVariantMap& options,
-                                          const QDBusMessage& message) {
-    return take("SaveFile", parentWindow, title, options, message);
+bool FakePortal::handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) {
+    const QString method = message.member();
+    calls.append(method == "Get" ? message.arguments().value(0).toString() : method);
+    if (manner_ == Manner::staysSilent) {
+        message.setDelayedReply(true);
+    } else if (method == "Get") {
+        answer(message, {QVariant::fromValue(QDBusVariant(3U))});
+    } else if (method == "ReadAll") {
+        SettingGroups told;
+        for (const QString& group : message.arguments().value(0).toStringList()) {
+            if (settings_.contains(group)) {
+                told.insert(group, settings_.value(group));
+            }
+        }
+        answer(message, {QVariant::fromValue(told)});
+    } else if (method == "Register") {
+        names.append(message.arguments().value(0).toString());
+        answer(message, {});
+    } else if (method == "Close") {
+        closed.append(message.path());
+    } else {
+        takeRequest(message);
+    }
+    return true;
 }
 
-QDBusObjectPath FakeFileChooser::take(const QString& method, const QString& parentWindow, const QString& title,
-                                      const QVariantMap& options, const QDBusMessage& message) {
+void FakePortal::answer(const QDBusMessage& message, const QVariantList& values) {
+    if (manner_ == Manner::refuses && message.member() != "Get") {
+        bus_.send(message.createErrorReply(QDBusError::AccessDenied, "not for you"));
+    } else {
+        bus_.send(message.createReply(values));
+    }
+}
+
+void FakePortal::takeRequest(const QDBusMessage& message) {
+    request.method = message.member();
+    request.arguments = message.arguments();
+    request.options = qdbus_cast<QVariantMap>(request.arguments.takeLast());
     const QString sender = message.service().mid(1).replace(u'.', u'_');
     const QString token =
-        portal_.usesOwnPaths ? QStringLiteral("t%1").arg(portal_.requests) : options.value("handle_token").toString();
-    const QString path = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
-    portal_.request = {method, parentWindow, title, options, path};
-    ++portal_.requests;
-    return QDBusObjectPath(path);
+        usesOwnPaths ? QStringLiteral("t%1").arg(requests) : request.options.value("handle_token").toString();
+    request.path = QStringLiteral("%1/request/%2/%3").arg(objectPath, sender, token);
+    ++requests;
+    if (manner_ == Manner::hangs) {
+        message.setDelayedReply(true);
+        return;
+    }
+    if (manner_ == Manner::hurries) {
+        respond(0);
+    }
+    answer(message, {QVariant::fromValue(QDBusObjectPath(request.path))});
+}
+
+void FakePortal::signal(const QString& path, const QString& interface, const QString& name,
+                        const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createSignal(path, interface, name);
+    message.setArguments(arguments);
+    bus_.send(message);
 }
 
 } // namespace velloran::tests

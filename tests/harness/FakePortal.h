@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QDBusAbstractAdaptor>
+#include <QByteArray>
 #include <QDBusConnection>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QMap>
-#include <QObject>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -16,87 +15,77 @@ namespace velloran::tests {
 /// The settings of a desktop, by group and key.
 using SettingGroups = QMap<QString, QVariantMap>;
 
-/// What a program asked the portal for.
-struct FileRequest {
-    /// "OpenFile" or "SaveFile"; empty when nothing was asked.
-    QString method;
-    QString parentWindow;
-    QString title;
-    QVariantMap options;
-    QString path;
-};
-
-/// Stands for the desktop's portal on a message bus: it shows nothing, and answers when a test says so.
-class FakePortal : public QObject {
+/// Stands for the desktop's portal on a message bus, on a connection of its own: it tells its settings, shows nothing,
+/// and answers requests when a test says so.
+class FakePortal : public QDBusVirtualObject {
     Q_OBJECT
 
 public:
+    enum class Manner {
+        answers,
+        /// Takes every question and answers none.
+        staysSilent,
+        /// Says that it is a portal, and takes requests without a word.
+        hangs,
+        /// Says that it is a portal, and answers requests with an error.
+        refuses,
+        /// Tells how a request ended before it has said that it took it.
+        hurries,
+    };
+
+    /// What a program asked for.
+    struct Request {
+        /// Empty when nothing was asked.
+        QString method;
+        QVariantList arguments;
+        QVariantMap options;
+        QString path;
+    };
+
     /// Takes the portal's place on the bus at that address.
-    explicit FakePortal(const std::string& busAddress);
+    explicit FakePortal(const std::string& busAddress, SettingGroups settings = {}, Manner manner = Manner::answers);
+    FakePortal(const FakePortal&) = delete;
+    FakePortal& operator=(const FakePortal&) = delete;
     ~FakePortal() override;
 
-    /// Ends the last request as the user would: 0 for a choice, 1 for none.
-    void respond(uint response, const QStringList& uris = {});
+    /// Ends the last request as the user would: 0 for a grant, 1 for a refusal.
+    void respond(uint response, const QVariantMap& results = {});
 
-    /// Tells everybody that the window buttons have changed.
-    void changeButtonLayout(const QString& layout);
+    /// The same for a question for files.
+    void choose(const QString& uri) { respond(0, {{QStringLiteral("uris"), QStringList{uri}}}); }
+
+    /// Closes a session.
+    void closeSession(const QString& path);
+
+    /// Changes a setting and tells everybody.
+    void change(const QString& group, const QString& key, const QVariant& value);
 
     /// Goes away without an answer.
     void vanish();
 
-    /// The window buttons that it tells; empty when it knows of none.
-    QString buttonLayout;
-    FileRequest request;
+    /// The methods of what was called, one after another; for `Get`, what was asked for the version of.
+    QStringList calls;
+    /// What programs said that they are called.
+    QStringList names;
+    Request request;
+    /// How many there were.
     int requests = 0;
+    /// Paths of the requests and sessions that the program closed.
+    QStringList closed;
     /// Whether requests come back under another path than the caller expects, as from portals of old.
     bool usesOwnPaths = false;
-    int closed = 0;
+
+    [[nodiscard]] QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
+    void answer(const QDBusMessage& message, const QVariantList& values);
+    void takeRequest(const QDBusMessage& message);
+    void signal(const QString& path, const QString& interface, const QString& name, const QVariantList& arguments);
+
     QDBusConnection bus_;
-};
-
-/// The settings of the portal.
-class FakeSettings : public QDBusAbstractAdaptor {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    explicit FakeSettings(FakePortal& portal) : QDBusAbstractAdaptor(&portal), portal_(portal) {}
-
-public slots:
-    // The name is the interface's own.
-    velloran::tests::SettingGroups ReadAll(const QStringList& groups);
-
-signals:
-    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
-private:
-    FakePortal& portal_;
-};
-
-/// The file dialogs of the portal.
-class FakeFileChooser : public QDBusAbstractAdaptor {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
-    Q_PROPERTY(uint version READ version CONSTANT)
-
-public:
-    explicit FakeFileChooser(FakePortal& portal) : QDBusAbstractAdaptor(&portal), portal_(portal) {}
-
-    [[nodiscard]] uint version() const { return 3; }
-
-public slots:
-    QDBusObjectPath OpenFile(const QString& parentWindow, const QString& title, const QVariantMap& options,
-                             const QDBusMessage& message);
-    QDBusObjectPath SaveFile(const QString& parentWindow, const QString& title, const QVariantMap& options,
-                             const QDBusMessage& message);
-
-private:
-    QDBusObjectPath take(const QString& method, const QString& parentWindow, const QString& title,
-                         const QVariantMap& options, const QDBusMessage& message);
-
-    FakePortal& portal_;
+    SettingGroups settings_;
+    Manner manner_;
 };
 
 } // namespace velloran::tests

@@ -71,6 +71,7 @@ WindowTest::WindowTest() {
     runModel = std::make_unique<RunModel>(*store, platform.loop);
     presetsModel = std::make_unique<PresetsModel>(*store);
     donationModel = std::make_unique<DonationModel>(*donations);
+    files = std::make_unique<ConfigFiles>(*store, chooser);
     engine = std::make_unique<QQmlEngine>();
     registerProviders(*engine);
     QObject::connect(engine.get(), &QQmlEngine::quit, [this] { ++quits; });
@@ -80,6 +81,7 @@ WindowTest::WindowTest() {
 WindowTest::~WindowTest() {
     root.reset();
     engine.reset();
+    files.reset();
     donationModel.reset();
     presetsModel.reset();
     runModel.reset();
@@ -92,6 +94,8 @@ WindowTest::~WindowTest() {
 }
 
 void WindowTest::open(const QByteArray& qml) {
+    appearance = std::make_unique<DesktopAppearance>(settings.wishes());
+    windowButtons = std::make_unique<DesktopWindowButtons>(settings.wishes());
     QQmlComponent component(engine.get());
     component.setData("import QtQuick\nimport Velloran\n" + qml, QUrl("qrc:/test.qml"));
     if (!component.isReady()) {
@@ -101,7 +105,10 @@ void WindowTest::open(const QByteArray& qml) {
         {"config", QVariant::fromValue(configModel.get())},
         {"run", QVariant::fromValue(runModel.get())},
         {"presets", QVariant::fromValue(presetsModel.get())},
+        {"files", QVariant::fromValue(files.get())},
         {"donations", QVariant::fromValue(donationModel.get())},
+        {"appearance", QVariant::fromValue(appearance.get())},
+        {"windowButtons", QVariant::fromValue(windowButtons.get())},
     }));
     window = qobject_cast<QQuickWindow*>(root.get());
     if (window == nullptr) {

@@ -2,14 +2,22 @@
 
 #include "donation/DonationManager.h"
 #include "engine/AutoClickerStore.h"
+#include "fakes/RecordingPlatform.h"
 #include "fakes/makeStore.h"
+#include "platform/FallbackFileChooser.h"
+#include "platform/portal/PortalFileChooser.h"
+#include "platform/portal/PortalSettings.h"
 #include "platform/qt/QtEventLoop.h"
+#include "platform/qt/WidgetFileChooser.h"
 #include "platform/x11/X11Server.h"
 #include "donation/view/DonationModel.h"
 #include "presets/view/PresetsModel.h"
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
+#include "presets/view/ConfigFiles.h"
 #include "hotkeys/view/KeyEventMonitor.h"
+#include "ui/theme/DesktopAppearance.h"
+#include "ui/window/DesktopWindowButtons.h"
 #include "harness/EventMarker.h"
 #include "harness/Screen.h"
 
@@ -133,6 +141,15 @@ protected:
     std::unique_ptr<RunModel> runModel;
     std::unique_ptr<PresetsModel> presetsModel;
     std::unique_ptr<DonationModel> donationModel;
+    platform::bus::SessionBus bus{platform::bus::findSessionBus()};
+    platform::portal::Portal desktopPortal{bus};
+    platform::portal::PortalSettings settings{desktopPortal};
+    platform::portal::PortalFileChooser portalChooser{desktopPortal};
+    platform::qt::WidgetFileChooser widgetChooser;
+    platform::FallbackFileChooser chooser{portalChooser, widgetChooser};
+    std::unique_ptr<ConfigFiles> files;
+    std::unique_ptr<DesktopAppearance> appearance;
+    std::unique_ptr<DesktopWindowButtons> windowButtons;
     int quits = 0;
     std::unique_ptr<QQmlEngine> engine;
     std::unique_ptr<QObject> root;

@@ -1,4 +1,3 @@
-#include "platform/bus/SessionBus.h"
 #include "harness/ChildProcess.h"
 
 #include <QGuiApplication>
@@ -21,6 +20,5 @@ int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_ACCESSIBILITY", "0");
     const QGuiApplication application(argc, argv);
-    const velloran::platform::bus::SessionBus sessionBus(velloran::platform::bus::findSessionBus());
     return RUN_ALL_TESTS();
 }

@@ -1,4 +1,3 @@
-#include "platform/bus/SessionBus.h"
 #include "harness/Screen.h"
 
 #include <QApplication>
@@ -24,7 +23,6 @@ int main(int argc, char* argv[]) {
     qputenv("QT_ACCESSIBILITY", "0");
     const velloran::tests::Screen screen;
     QApplication application(argc, argv);
-    const velloran::platform::bus::SessionBus sessionBus(velloran::platform::bus::findSessionBus());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName("velloran");
     QApplication::setApplicationVersion("1.2.3");

@@ -15,8 +15,10 @@ constexpr auto longestRetry = 60s;
 /// Short, because quitting waits for it.
 constexpr auto longestProbe = 500ms;
 
-QString connectionName(int number) {
-    return QStringLiteral("velloran-%1").arg(number);
+/// The toolkit knows its connections by name.
+QString nextConnectionName() {
+    static int count = 0;
+    return QStringLiteral("velloran-%1").arg(++count);
 }
 
 QDBusConnection connectToBus(const QByteArray& address, const QString& name) {
@@ -26,39 +28,45 @@ QDBusConnection connectToBus(const QByteArray& address, const QString& name) {
 
 } // namespace
 
-SessionBus* SessionBus::current_ = nullptr;
-
-SessionBus::SessionBus(BusPlace place) : address_(std::move(place.address)), connection_(QString()) {
+SessionBus::SessionBus(BusPlace place, Start start) : address_(std::move(place.address)), connection_(QString()) {
     retry_.setSingleShot(true);
     retry_.setInterval(firstRetry);
     connect(&retry_, &QTimer::timeout, this, &SessionBus::reconnect);
-    current_ = this;
-    if (place.state == BusState::silent) {
-        isKeptFromOthers_ = true;
+    if (start == Start::inBackground) {
+        reconnect();
+        return;
+    }
+    isKeptFromOthers_ = place.state == BusState::silent;
+    if (!isKeptFromOthers_) {
+        connection_ = connectToBus(address_, nextConnectionName());
+    }
+    if (!watch() && !address_.isEmpty()) {
         retry_.start();
-    } else {
-        connection_ = connectToBus(address_, connectionName(connectionCount_));
-        watch();
     }
 }
 
 SessionBus::~SessionBus() {
-    current_ = nullptr;
     if (connecting_) {
         connecting_->wait();
+        QDBusConnection::disconnectFromBus(nextName_);
     }
     const QString name = connection_.name();
     connection_ = QDBusConnection(QString());
     QDBusConnection::disconnectFromBus(name);
 }
 
-void SessionBus::watch() {
+/// False when there is no connection to be watched, or none any more: of what came before, nothing is told.
+bool SessionBus::watch() {
     connection_.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                         QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                         SLOT(loseConnection()));
+    return connection_.isConnected();
 }
 
 void SessionBus::loseConnection() {
+    if (retry_.isActive() || connecting_) {
+        return;
+    }
     retry_.setInterval(firstRetry);
     retry_.start();
     emit lost();
@@ -70,8 +78,8 @@ void SessionBus::reconnect() {
     const QString oldName = connection_.name();
     connection_ = QDBusConnection(QString());
     QDBusConnection::disconnectFromBus(oldName);
-    ++connectionCount_;
-    connecting_.reset(QThread::create([address = address_, name = connectionName(connectionCount_)] {
+    nextName_ = nextConnectionName();
+    connecting_.reset(QThread::create([address = address_, name = nextName_] {
         if (address.isEmpty() || probeBus(address, longestProbe) == BusState::answers) {
             connectToBus(address, name);
         }
@@ -83,13 +91,12 @@ void SessionBus::reconnect() {
 void SessionBus::reconnected() {
     connecting_->wait();
     connecting_.reset();
-    connection_ = QDBusConnection(connectionName(connectionCount_));
-    if (!connection_.isConnected()) {
+    connection_ = QDBusConnection(nextName_);
+    if (!watch()) {
         retry_.setInterval(std::min<std::chrono::milliseconds>(retry_.intervalAsDuration() * 2, longestRetry));
         retry_.start();
         return;
     }
-    watch();
     if (std::exchange(isKeptFromOthers_, false)) {
         offerSessionBus(address_);
     }

@@ -14,19 +14,24 @@ namespace velloran::platform::bus {
 /// The program's connection to the session bus, which is made anew when the bus goes away and there is one at the same
 /// address again. In place of the toolkit's common connection, which ends with the bus that it was made to.
 ///
-/// One for the process. Main thread only; needs the toolkit's application object.
+/// Main thread only; needs the toolkit's application object.
 class SessionBus final : public QObject {
     Q_OBJECT
 
 public:
-    /// Connects to a bus that answered. A silent one is tried again later.
-    explicit SessionBus(BusPlace place);
+    enum class Start {
+        /// Waits for the bus, when it answered.
+        atOnce,
+        /// In another thread: there is no connection yet. For connections of their own beside the first.
+        inBackground,
+    };
+
+    /// Connects. A bus that was silent or absent is tried again later; where the environment names no place, none is
+    /// looked for.
+    explicit SessionBus(BusPlace place, Start start = Start::atOnce);
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
     ~SessionBus() override;
-
-    /// The one of this process; nothing where none was made.
-    static SessionBus* current() { return current_; }
 
     /// The connection as it is now; not connected while there is no bus.
     [[nodiscard]] QDBusConnection connection() const { return connection_; }
@@ -41,11 +46,9 @@ private slots:
     void loseConnection();
 
 private:
-    void watch();
+    bool watch();
     void reconnect();
     void reconnected();
-
-    static SessionBus* current_;
 
     QByteArray address_;
     /// Whether the environment does not name the bus, because it was silent.
@@ -53,7 +56,8 @@ private:
     QDBusConnection connection_;
     QTimer retry_;
     std::unique_ptr<QThread> connecting_;
-    int connectionCount_ = 0;
+    /// Of the connection that is being made.
+    QString nextName_;
 };
 
 } // namespace velloran::platform::bus

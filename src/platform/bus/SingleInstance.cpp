@@ -5,8 +5,10 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 #include <QDeadlineTimer>
-#include <QThread>
+#include <QEventLoop>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -21,7 +23,6 @@ const auto applicationInterface = QStringLiteral("org.freedesktop.Application");
 
 constexpr int longestWaitForBus = 2'000;    // milliseconds
 constexpr int longestWaitForOther = 10'000; // milliseconds
-constexpr int pauseBetweenTries = 100;      // milliseconds
 
 /// The bus's answer to a request for a name that another one has.
 constexpr uint isTaken = 3;
@@ -77,6 +78,11 @@ SingleInstance::Claim SingleInstance::claim(const ActivationToken& token) {
     listen();
     const QDBusConnection bus = bus_.connection();
     const QDeadlineTimer deadline(longestWaitForOther);
+    // Before the first question, so that no change is missed.
+    const QDBusServiceWatcher watcher(applicationName, bus, QDBusServiceWatcher::WatchForOwnerChange);
+    QEventLoop wait;
+    connect(&watcher, &QDBusServiceWatcher::serviceOwnerChanged, &wait, &QEventLoop::quit);
+    connect(&bus_, &SessionBus::lost, &wait, &QEventLoop::quit);
     while (bus.isConnected() && !deadline.hasExpired()) {
         const QDBusMessage standing = bus.call(requestForName(), QDBus::Block, longestWaitForBus);
         if (standing.type() != QDBusMessage::ReplyMessage || standing.arguments().value(0).toUInt() != isTaken) {
@@ -90,8 +96,9 @@ SingleInstance::Claim SingleInstance::claim(const ActivationToken& token) {
         if (!mayHaveEnded(answer)) {
             return Claim::unanswered;
         }
-        // Whoever has the name may claim to have ended, again and again.
-        QThread::msleep(pauseBetweenTries);
+        // Whoever has the name may claim to have ended, and keep it.
+        QTimer::singleShot(static_cast<int>(deadline.remainingTime()), &wait, &QEventLoop::quit);
+        wait.exec();
     }
     return bus.isConnected() ? Claim::unanswered : Claim::first;
 }

@@ -8,6 +8,7 @@ Item {
 
     required property ConfigModel config
     required property PresetsModel presets
+    required property ConfigFiles files
 
     readonly property int padding: 10
     property PresetsMenu openMenu: null
@@ -16,12 +17,6 @@ Item {
         if (!root.openMenu?.opened)
             root.openMenu = presetsMenu.createObject(presetsButton, { ownPresets: root.presets.own() }) as PresetsMenu;
         root.openMenu.toggle(byKey);
-    }
-
-    function exportConfig() {
-        const bytes = root.config.exportData();
-        if (bytes.byteLength > 0)
-            dialogs.exportFile(bytes);
     }
 
     implicitWidth: row.implicitWidth + 2 * root.padding
@@ -88,13 +83,13 @@ Item {
         FooterButton {
             label: "Import"
             systemImage: "square.and.arrow.down"
-            onTriggered: dialogs.importFile()
+            onTriggered: root.files.importConfig(root.Window.window)
         }
 
         FooterButton {
             label: "Export"
             systemImage: "square.and.arrow.up"
-            onTriggered: root.exportConfig()
+            onTriggered: root.files.exportConfig(root.Window.window)
         }
 
         FooterButton {
@@ -140,16 +135,9 @@ Item {
         }
     }
 
-    FileDialogs {
-        id: dialogs
-
-        window: root.Window.window
-        onImported: bytes => root.config.importData(bytes)
-    }
-
     // While a file dialog is open, the window below it can be seen only.
     Sheet {
-        shown: dialogs.isOpen
+        shown: root.files.isAsking
 
         Item {}
     }

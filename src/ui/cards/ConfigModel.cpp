@@ -106,12 +106,4 @@ void ConfigModel::resetToDefaults() {
     store_.resetToDefaults();
 }
 
-QByteArray ConfigModel::exportData() const {
-    return QByteArray::fromStdString(store_.exportConfigData().value_or(Bytes()));
-}
-
-bool ConfigModel::importData(const QByteArray& bytes) {
-    return store_.importConfig(bytes.toStdString());
-}
-
 } // namespace velloran

@@ -4,7 +4,6 @@
 #include "engine/AutoClickerStore.h"
 #include "ui/controls/WholeNumber.h"
 
-#include <QByteArray>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -136,10 +135,6 @@ public:
     Q_INVOKABLE void chooseHotkey(int index);
     Q_INVOKABLE void clearHotkey();
     Q_INVOKABLE void resetToDefaults();
-    /// The bytes of an export file; empty when the configuration has no exportable form.
-    [[nodiscard]] Q_INVOKABLE QByteArray exportData() const;
-    /// Takes over what an export file holds. False, and no change, when it cannot be read.
-    Q_INVOKABLE bool importData(const QByteArray& bytes);
 
 signals:
     void changed();

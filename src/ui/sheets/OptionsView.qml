@@ -8,6 +8,7 @@ Item {
 
     required property ConfigModel config
     required property PresetsModel presets
+    required property ConfigFiles files
 
     signal done
 
@@ -33,6 +34,7 @@ Item {
             Layout.fillWidth: true
             config: root.config
             presets: root.presets
+            files: root.files
         }
 
         FaceButton {

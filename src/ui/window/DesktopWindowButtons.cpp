@@ -1,7 +1,5 @@
 #include "ui/window/DesktopWindowButtons.h"
 
-#include "ui/theme/DesktopSettings.h"
-
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -11,11 +9,16 @@ namespace velloran {
 
 namespace {
 
-const auto preferencesGroup = QStringLiteral("org.gnome.desktop.wm.preferences");
-const auto layoutKey = QStringLiteral("button-layout");
-
 bool isPlasma() {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(QStringLiteral("KDE"));
+}
+
+WindowButtonLayout kwinLayout() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    QSettings settings(folder + QStringLiteral("/kwinrc"), QSettings::IniFormat);
+    settings.beginGroup(QStringLiteral("org.kde.kdecoration2"));
+    return WindowButtonLayout::fromLetters(settings.value(QStringLiteral("ButtonsOnLeft")).toString(),
+                                           settings.value(QStringLiteral("ButtonsOnRight"), "IAX").toString());
 }
 
 QList<QString> namesOf(const std::vector<WindowButton>& buttons) {
@@ -28,12 +31,16 @@ QList<QString> namesOf(const std::vector<WindowButton>& buttons) {
 
 } // namespace
 
-DesktopWindowButtons::DesktopWindowButtons(QObject* parent) : QObject(parent) {
+DesktopWindowButtons::DesktopWindowButtons(const Published<platform::DesktopWishes>& wishes) {
     if (isPlasma()) {
-        readKWinLayout();
-    } else {
-        followSettings();
+        layout_ = kwinLayout();
+        return;
     }
+    subscription_ = wishes.stream().subscribe([this](const platform::DesktopWishes& now) {
+        if (now.windowButtons) {
+            setLayout(WindowButtonLayout::fromNames(QString::fromStdString(*now.windowButtons)));
+        }
+    });
 }
 
 QList<QString> DesktopWindowButtons::left() const {
@@ -42,24 +49,6 @@ QList<QString> DesktopWindowButtons::left() const {
 
 QList<QString> DesktopWindowButtons::right() const {
     return namesOf(layout_.right);
-}
-
-void DesktopWindowButtons::readKWinLayout() {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    QSettings settings(folder + QStringLiteral("/kwinrc"), QSettings::IniFormat);
-    settings.beginGroup(QStringLiteral("org.kde.kdecoration2"));
-    setLayout(WindowButtonLayout::fromLetters(settings.value(QStringLiteral("ButtonsOnLeft")).toString(),
-                                              settings.value(QStringLiteral("ButtonsOnRight"), "IAX").toString()));
-}
-
-void DesktopWindowButtons::followSettings() {
-    auto* const settings = new DesktopSettings({preferencesGroup}, this);
-    connect(settings, &DesktopSettings::told, this,
-            [this](const QString& /*group*/, const QString& key, const QVariant& value) {
-                if (key == layoutKey && value.metaType() == QMetaType::fromType<QString>()) {
-                    setLayout(WindowButtonLayout::fromNames(value.toString()));
-                }
-            });
 }
 
 void DesktopWindowButtons::setLayout(WindowButtonLayout layout) {

@@ -8,7 +8,10 @@ ShellWindow {
     required property ConfigModel config
     required property RunModel run
     required property PresetsModel presets
+    required property ConfigFiles files
     required property DonationModel donations
+    /// What the desktop's user wishes for.
+    required property DesktopAppearance appearance
     /// What does not work on this desktop.
     property desktopLimits desktopLimits
 
@@ -26,30 +29,27 @@ ShellWindow {
         OptionsView {
             config: root.config
             presets: root.presets
+            files: root.files
             onDone: root.isOptionsShown = false
         }
-    }
-
-    DesktopAppearance {
-        id: appearance
     }
 
     Binding {
         target: Theme
         property: "reducedMotion"
-        value: appearance.reducedMotion
+        value: root.appearance.reducedMotion
     }
 
     Binding {
         target: Theme
         property: "highContrast"
-        value: appearance.highContrast
+        value: root.appearance.highContrast
     }
 
     Binding {
         target: Theme
         property: "fontScale"
-        value: appearance.textScale
+        value: root.appearance.textScale
     }
 
     ContentView {

@@ -18,6 +18,7 @@ T.ApplicationWindow {
     /// What does not work on this desktop, in sentences.
     property list<string> limits: []
 
+    required property DesktopWindowButtons windowButtons
     /// The window manager's menu for this window, if it has one.
     property WindowManagerMenu managerMenu: null
 
@@ -92,6 +93,7 @@ T.ApplicationWindow {
         window: root
         titleHeight: 64
         isMenuEnabled: !root.isSheetOpen
+        buttons: root.windowButtons
         managerMenu: root.managerMenu
         onOptionsRequested: root.showOptions()
         onAboutRequested: root.showAbout()

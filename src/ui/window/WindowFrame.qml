@@ -11,6 +11,7 @@ FocusScope {
     required property int titleHeight
     /// Whether the menu can be used.
     required property bool isMenuEnabled
+    required property DesktopWindowButtons buttons
     /// The window manager's menu for the window; without one, the frame has its own.
     required property WindowManagerMenu managerMenu
 
@@ -24,10 +25,6 @@ FocusScope {
     signal optionsRequested
     signal aboutRequested
     signal quitRequested
-
-    DesktopWindowButtons {
-        id: desktopButtons
-    }
 
     DragArea {
         width: parent.width
@@ -80,7 +77,7 @@ FocusScope {
         x: root.buttonMargin
         y: Math.round((root.titleHeight - height) / 2)
         window: root.window
-        names: desktopButtons.left
+        names: root.buttons.left
     }
 
     Row {
@@ -124,7 +121,7 @@ FocusScope {
 
         WindowButtonGroup {
             window: root.window
-            names: desktopButtons.right
+            names: root.buttons.right
         }
     }
 

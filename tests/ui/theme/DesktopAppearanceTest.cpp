@@ -1,8 +1,10 @@
 #include "ui/theme/DesktopAppearance.h"
 
-#include "ui/theme/FakePortal.h"
+#include "platform/portal/PortalSettings.h"
+#include "harness/FakePortal.h"
 
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -29,8 +31,8 @@ class DesktopAppearanceTest : public testing::Test {
 protected:
     /// Asks a portal with these settings and waits for its answer, which changes something.
     void askPortalWith(const SettingGroups& settings) {
-        portal_.emplace(settings);
-        appearance_.emplace();
+        portal_.emplace(busAddress(), settings);
+        ask();
         ASSERT_TRUE(waitForChange());
     }
 
@@ -50,14 +52,24 @@ protected:
         return {appearance_->reducedMotion(), appearance_->highContrast(), appearance_->textScale()};
     }
 
+    [[nodiscard]] static std::string busAddress() { return qgetenv("DBUS_SESSION_BUS_ADDRESS").toStdString(); }
+
+    void ask() {
+        settings_.emplace(connection_);
+        appearance_.emplace(settings_->wishes());
+    }
+
+    platform::bus::SessionBus session_{platform::bus::findSessionBus()};
+    platform::portal::Portal connection_{session_};
     std::optional<FakePortal> portal_;
+    std::optional<platform::portal::PortalSettings> settings_;
     std::optional<DesktopAppearance> appearance_;
 };
 
 TEST_F(DesktopAppearanceTest, StartsPlainAndTakesOverTheAnswer) {
-    portal_.emplace(SettingGroups{{appearanceGroup, {{"reduced-motion", 1U}, {"contrast", 1U}}},
-                                  {gnomeGroup, {{"text-scaling-factor", 1.25}}}});
-    appearance_.emplace();
+    portal_.emplace(busAddress(), SettingGroups{{appearanceGroup, {{"reduced-motion", 1U}, {"contrast", 1U}}},
+                                                {gnomeGroup, {{"text-scaling-factor", 1.25}}}});
+    ask();
     EXPECT_EQ(shown(), Shown());
     ASSERT_TRUE(waitForChange());
     EXPECT_EQ(shown(), (Shown{true, true, 1.25}));
@@ -109,18 +121,18 @@ TEST_F(DesktopAppearanceTest, KeepsTheTextReadable) {
 }
 
 TEST_F(DesktopAppearanceTest, AsksAPortalThatComesLater) {
-    appearance_.emplace();
+    ask();
     // The bus is asked before the portal is there.
-    portal_.emplace(SettingGroups{{appearanceGroup, {{"contrast", 1U}}}});
+    portal_.emplace(busAddress(), SettingGroups{{appearanceGroup, {{"contrast", 1U}}}});
     ASSERT_TRUE(waitForChange());
     EXPECT_EQ(shown(), (Shown{false, true, 1}));
 }
 
 TEST_F(DesktopAppearanceTest, ASilentPortalHoldsNothingUp) {
-    portal_.emplace(SettingGroups{{appearanceGroup, {{"contrast", 1U}}}}, FakePortal::Manner::staysSilent);
-    QSignalSpy questions(&*portal_, &FakePortal::asked);
-    appearance_.emplace();
-    ASSERT_TRUE(questions.wait());
+    portal_.emplace(busAddress(), SettingGroups{{appearanceGroup, {{"contrast", 1U}}}},
+                    FakePortal::Manner::staysSilent);
+    ask();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return portal_->calls.contains("ReadAll"); }));
     EXPECT_EQ(shown(), Shown());
     // Changes are heard all the same.
     change(appearanceGroup, "reduced-motion", 1U);

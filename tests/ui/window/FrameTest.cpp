@@ -84,8 +84,9 @@ TEST_F(FrameTest, WhereTheDesktopSaysNothingTheButtonsAreOnTheRight) {
 }
 
 TEST_F(FrameTest, TheButtonsStandWhereTheDesktopHasThem) {
-    FakePortal portal(Screen::current().busAddress());
-    portal.buttonLayout = "close,minimize:appmenu,maximize";
+    const auto group = QStringLiteral("org.gnome.desktop.wm.preferences");
+    const auto key = QStringLiteral("button-layout");
+    FakePortal portal(Screen::current().busAddress(), {{group, {{key, "close,minimize:appmenu,maximize"}}}});
     openMainWindow();
     EXPECT_TRUE(until([&] { return buttons() == QStringList{"Close", "Minimize", "Menu", "Maximize"}; }));
     const double inset = property("leftInset").toDouble();
@@ -94,7 +95,7 @@ TEST_F(FrameTest, TheButtonsStandWhereTheDesktopHasThem) {
     EXPECT_GT(frame(get("Velloran")).left(), inset);
     keepPicture("buttons-left");
 
-    portal.changeButtonLayout(":close");
+    portal.change(group, key, ":close");
     EXPECT_TRUE(until([&] { return buttons() == QStringList{"Menu", "Close"}; }));
     EXPECT_TRUE(until([&] { return property("leftInset").toDouble() == 0.0; }));
 }

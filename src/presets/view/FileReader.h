@@ -3,10 +3,10 @@
 #include "async/BackgroundJob.h"
 
 #include <QByteArray>
+#include <QFutureWatcher>
 #include <QObject>
 #include <QString>
 
-#include <memory>
 #include <optional>
 
 namespace velloran {
@@ -18,9 +18,8 @@ class FileReader : public QObject {
 
 public:
     explicit FileReader(QObject* parent = nullptr);
-    ~FileReader() override;
 
-    /// Has the file read, which ends with one of the signals. Asking again before that may drop the file before.
+    /// Has the file read, which ends with one of the signals. Drops a file that is being read, which may hang for ever.
     void read(const QString& path);
 
 signals:
@@ -28,16 +27,13 @@ signals:
     void done(const QByteArray& bytes);
     /// It cannot be read, or is not to be read whole.
     void failed();
-    /// For the reader itself: the file has been read, by the other thread. Nothing when it could not be.
-    void arrived(const std::optional<QByteArray>& bytes);
 
 private:
-    struct Shared;
+    void tell();
 
-    void tell(const std::optional<QByteArray>& bytes);
-
-    std::shared_ptr<Shared> shared_;
-    BackgroundJob reading_;
+    QFutureWatcher<std::optional<QByteArray>> result_;
+    /// A job, and a thread, for each file: nobody knows whether the one before will ever be through.
+    std::optional<BackgroundJob> reading_;
 };
 
 } // namespace velloran

@@ -1,4 +1,4 @@
-#include "ui/dialogs/fileTransfer.h"
+#include "presets/view/fileTransfer.h"
 
 #include <QFile>
 #include <QFileInfo>

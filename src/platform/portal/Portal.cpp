@@ -1,0 +1,129 @@
+#include "platform/portal/Portal.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+
+#include <utility>
+
+namespace velloran::platform::portal {
+
+namespace {
+
+const auto portalName = QStringLiteral("org.freedesktop.portal.Desktop");
+const auto busName = QStringLiteral("org.freedesktop.DBus");
+const auto busPath = QStringLiteral("/org/freedesktop/DBus");
+
+QDBusMessage callToBus(const QString& method, const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(busName, busPath, busName, method);
+    message.setArguments(arguments);
+    return message;
+}
+
+QDBusMessage messageOf(const PortalCall& call) {
+    QDBusMessage message = QDBusMessage::createMethodCall(portalName, call.path, call.interface, call.method);
+    message.setArguments(call.arguments);
+    return message;
+}
+
+/// The toolkit's own way to tell of the end of a call does not outlive the connection, nor begin without one.
+void tellWhenDone(const QDBusPendingCall& call, QObject* context, std::function<void(const QDBusMessage&)> done) {
+    auto* const watcher = new QDBusPendingCallWatcher(call);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
+                     [watcher, done = std::move(done)] { done(watcher->reply()); });
+}
+
+} // namespace
+
+Portal::Portal(bus::SessionBus& bus, QString applicationName)
+    : bus_(bus), applicationName_(std::move(applicationName)) {
+    connect(&bus_, &bus::SessionBus::connected, this, &Portal::follow);
+    connect(&bus_, &bus::SessionBus::lost, this, [this] { setOwner({}); });
+    follow();
+}
+
+void Portal::call(const PortalCall& call, QObject* context, std::function<void(const QDBusMessage&)> done) {
+    const QDBusConnection bus = bus_.connection();
+    tellWhenDone(bus.isConnected() ? bus.asyncCall(messageOf(call), static_cast<int>(call.longestWait.count()))
+                                   : QDBusPendingCall::fromError(QDBusError(QDBusError::Disconnected, {})),
+                 context, std::move(done));
+}
+
+void Portal::tell(const PortalCall& call) {
+    QDBusMessage message = messageOf(call);
+    message.setAutoStartService(false);
+    bus_.connection().send(message);
+}
+
+/// Named by the portal's well-known name, the sender would be looked up by the toolkit, which waits for the bus.
+void Portal::listen(const QString& path, const QString& interface, const QString& signal, QObject* receiver,
+                    const char* slot) {
+    bus_.connection().connect(QString(), path, interface, signal, receiver, slot);
+}
+
+QString Portal::clientName() const {
+    return bus_.connection().baseService().mid(1).replace(u'.', u'_');
+}
+
+/// Asked in one go: the change is heard of when the bus starts it, and the question answered when it runs already.
+void Portal::follow() {
+    QDBusConnection bus = bus_.connection();
+    if (!bus.isConnected()) {
+        return;
+    }
+    bus.connect(QString(), busPath, busName, QStringLiteral("NameOwnerChanged"), {portalName}, QStringLiteral("sss"),
+                this, SLOT(ownerChanged(QString, QString, QString)));
+    bus.send(callToBus(QStringLiteral("StartServiceByName"), {portalName, 0U}));
+    tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("GetNameOwner"), {portalName})), this,
+                 [this](const QDBusMessage& answer) {
+                     if (answer.type() == QDBusMessage::ReplyMessage) {
+                         setOwner(answer.arguments().value(0).toString());
+                     }
+                 });
+}
+
+void Portal::ownerChanged(const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {
+    setOwner(newOwner);
+}
+
+void Portal::setOwner(const QString& owner) {
+    if (owner == owner_) {
+        return;
+    }
+    owner_ = owner;
+    nameError_.clear();
+    if (std::exchange(isThere_, false)) {
+        emit vanished();
+    }
+    // Unless that has changed it again.
+    if (owner.isEmpty() || owner != owner_) {
+        return;
+    }
+    if (applicationName_.isEmpty()) {
+        announce();
+    } else {
+        introduce();
+    }
+}
+
+/// Portals of old do not know of names, and go by what they see.
+void Portal::introduce() {
+    call({QStringLiteral("org.freedesktop.host.portal.Registry"),
+          QStringLiteral("Register"),
+          {applicationName_, QVariantMap()}},
+         this, [this, owner = owner_](const QDBusMessage& answer) {
+             if (owner == owner_) {
+                 nameError_ = answer.errorMessage();
+                 announce();
+             }
+         });
+}
+
+void Portal::announce() {
+    isThere_ = true;
+    emit appeared();
+}
+
+} // namespace velloran::platform::portal
