@@ -52,13 +52,13 @@ public:
             retype(delay_, text);
             break;
         case '+':
-            for (ui::EditedNumber* field : fields()) {
+            for (EditedNumber* field : fields()) {
                 field->stepUp();
             }
             requireBounds();
             break;
         case '-':
-            for (ui::EditedNumber* field : fields()) {
+            for (EditedNumber* field : fields()) {
                 field->stepDown();
             }
             requireBounds();
@@ -128,9 +128,9 @@ private:
         delay_.valueChanged(config().startDelaySeconds);
     }
 
-    std::vector<ui::EditedNumber*> fields() { return {&count_, &interval_, &delay_}; }
+    std::vector<EditedNumber*> fields() { return {&count_, &interval_, &delay_}; }
 
-    static void retype(ui::EditedNumber& field, const std::string& text) {
+    static void retype(EditedNumber& field, const std::string& text) {
         field.beginEditing();
         field.type(text);
         field.endEditing();
@@ -146,9 +146,9 @@ private:
     }
 
     const std::shared_ptr<AutoClickerStore> store_;
-    ui::NumberField<std::int64_t> count_;
-    ui::NumberField<double> interval_;
-    ui::NumberField<double> delay_;
+    NumberField<std::int64_t> count_;
+    NumberField<double> interval_;
+    NumberField<double> delay_;
     const Subscription subscription_;
 };
 

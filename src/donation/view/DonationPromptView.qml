@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
 import Velloran
-import Velloran
 
 /// Asks for a donation and, once the page for it has been opened, waits to hear that it is done. A new one asks anew.
 Item {

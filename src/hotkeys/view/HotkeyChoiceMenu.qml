@@ -1,5 +1,4 @@
 import QtQuick
-import QtQml.Models
 
 /// The ready-made shortcuts, behind a small round button.
 PlainButton {
@@ -32,10 +31,8 @@ PlainButton {
 
         endsRight: true
 
-        Instantiator {
+        Repeater {
             model: root.choices
-            onObjectAdded: (index, item) => menu.insertItem(index, item)
-            onObjectRemoved: (index, item) => menu.removeItem(item)
 
             PopupMenuItem {
                 required property int index

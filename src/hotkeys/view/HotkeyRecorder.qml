@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
 import Velloran
-import Velloran
 
 /// Sets a shortcut by having it pressed.
 FocusScope {

@@ -33,7 +33,7 @@ void ConfigModel::setManual(bool isManual) {
     }
 }
 
-ui::WholeNumber ConfigModel::clickCount() const {
+WholeNumber ConfigModel::clickCount() const {
     return {config().maxClicks.value_or(defaultClickCount)};
 }
 

@@ -22,7 +22,7 @@ class ConfigModel : public QObject {
     Q_PROPERTY(int mouseButton READ mouseButton WRITE setMouseButton NOTIFY changed FINAL)
     Q_PROPERTY(double clickIntervalSeconds READ clickIntervalSeconds WRITE setClickIntervalSeconds NOTIFY changed FINAL)
     Q_PROPERTY(bool isManual READ isManual WRITE setManual NOTIFY changed FINAL)
-    Q_PROPERTY(velloran::ui::WholeNumber clickCount READ clickCount WRITE setClickCount NOTIFY changed FINAL)
+    Q_PROPERTY(velloran::WholeNumber clickCount READ clickCount WRITE setClickCount NOTIFY changed FINAL)
     Q_PROPERTY(double startDelaySeconds READ startDelaySeconds WRITE setStartDelaySeconds NOTIFY changed FINAL)
     Q_PROPERTY(bool hasStartDelay READ hasStartDelay WRITE setHasStartDelay NOTIFY changed FINAL)
     Q_PROPERTY(
@@ -35,8 +35,8 @@ class ConfigModel : public QObject {
 
     Q_PROPERTY(double intervalMin READ intervalMin CONSTANT FINAL)
     Q_PROPERTY(double intervalMax READ intervalMax CONSTANT FINAL)
-    Q_PROPERTY(velloran::ui::WholeNumber clicksMin READ clicksMin CONSTANT FINAL)
-    Q_PROPERTY(velloran::ui::WholeNumber clicksMax READ clicksMax CONSTANT FINAL)
+    Q_PROPERTY(velloran::WholeNumber clicksMin READ clicksMin CONSTANT FINAL)
+    Q_PROPERTY(velloran::WholeNumber clicksMax READ clicksMax CONSTANT FINAL)
     Q_PROPERTY(double delayMin READ delayMin CONSTANT FINAL)
     Q_PROPERTY(double delayMax READ delayMax CONSTANT FINAL)
     Q_PROPERTY(double stationaryMin READ stationaryMin CONSTANT FINAL)
@@ -70,9 +70,9 @@ public:
     /// Choosing the counted mode while no count is stored stores 100.
     void setManual(bool isManual);
     /// The stored count, or 100 when there is none.
-    [[nodiscard]] ui::WholeNumber clickCount() const;
+    [[nodiscard]] WholeNumber clickCount() const;
 
-    void setClickCount(ui::WholeNumber count) { set(&AutoClickerConfig::maxClicks, count.value); }
+    void setClickCount(WholeNumber count) { set(&AutoClickerConfig::maxClicks, count.value); }
 
     [[nodiscard]] double startDelaySeconds() const { return config().startDelaySeconds; }
 
@@ -107,9 +107,9 @@ public:
 
     [[nodiscard]] double intervalMax() const { return AutoClickerConfig::intervalMax; }
 
-    [[nodiscard]] ui::WholeNumber clicksMin() const { return {AutoClickerConfig::clicksMin}; }
+    [[nodiscard]] WholeNumber clicksMin() const { return {AutoClickerConfig::clicksMin}; }
 
-    [[nodiscard]] ui::WholeNumber clicksMax() const { return {AutoClickerConfig::clicksMax}; }
+    [[nodiscard]] WholeNumber clicksMax() const { return {AutoClickerConfig::clicksMax}; }
 
     [[nodiscard]] double delayMin() const { return AutoClickerConfig::delayMin; }
 

@@ -2,7 +2,7 @@
 
 #include "platform/Platform.h"
 
-namespace velloran::ui {
+namespace velloran {
 
 CountFieldModel::CountFieldModel(QObject* parent) : NumberFieldModel(parent) {
     connect(this, &NumberFieldModel::settingsChanged, this, [this] {
@@ -42,4 +42,4 @@ void CountFieldModel::store(std::int64_t value) {
     emit stored(value_);
 }
 
-} // namespace velloran::ui
+} // namespace velloran

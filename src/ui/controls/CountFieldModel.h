@@ -7,18 +7,18 @@
 
 #include <optional>
 
-namespace velloran::ui {
+namespace velloran {
 
 // The toolkit's linter knows the base by its whole name only.
 /// A field of whole numbers.
-class CountFieldModel : public velloran::ui::NumberFieldModel {
+class CountFieldModel : public velloran::NumberFieldModel {
     Q_OBJECT
     QML_ELEMENT
 
     /// The number that is edited; bound to its owner, who hears of every number stored by `stored`.
-    Q_PROPERTY(velloran::ui::WholeNumber value READ value WRITE setValue NOTIFY changed FINAL)
-    Q_PROPERTY(velloran::ui::WholeNumber from MEMBER from_ NOTIFY settingsChanged FINAL)
-    Q_PROPERTY(velloran::ui::WholeNumber to MEMBER to_ NOTIFY settingsChanged FINAL)
+    Q_PROPERTY(velloran::WholeNumber value READ value WRITE setValue NOTIFY changed FINAL)
+    Q_PROPERTY(velloran::WholeNumber from MEMBER from_ NOTIFY settingsChanged FINAL)
+    Q_PROPERTY(velloran::WholeNumber to MEMBER to_ NOTIFY settingsChanged FINAL)
     /// What a step adds or takes away; 0 for no stepping.
     Q_PROPERTY(int step MEMBER step_ NOTIFY settingsChanged FINAL)
 
@@ -35,7 +35,7 @@ public:
 
 signals:
     /// The field has stored this number, which may be the one it had.
-    void stored(velloran::ui::WholeNumber value);
+    void stored(velloran::WholeNumber value);
 
 private:
     [[nodiscard]] NumberField<std::int64_t>::Settings settings() const;
@@ -48,4 +48,4 @@ private:
     int step_ = 0;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

@@ -7,7 +7,6 @@ PlainButton {
 
     /// The name of the icon, or nothing.
     property string systemImage: ""
-    property real iconSize: 12
     property color fill: Theme.fieldFill
     property color stroke: Theme.fieldStroke
 
@@ -22,12 +21,32 @@ PlainButton {
         stroke: root.stroke
     }
 
-    contentItem: FaceContent {
-        systemImage: root.systemImage
-        iconSize: root.iconSize
-        label: root.label
-        size: root.size
-        weight: root.weight
-        color: root.color
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 6
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.systemImage !== ""
+                name: root.systemImage
+                pointSize: 12
+                color: root.color
+            }
+
+            BodyText {
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.label
+                size: root.size
+                weight: root.weight
+                color: root.color
+                exposed: false
+            }
+        }
     }
 }

@@ -42,7 +42,7 @@ FocusScope {
     }
 
     FocusRing {
-        shown: input.hasKeyboardFocus
+        shown: input.visualFocus
         around: Theme.radius.field
     }
 

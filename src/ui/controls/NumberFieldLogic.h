@@ -11,7 +11,7 @@
 #include <string>
 #include <utility>
 
-namespace velloran::ui {
+namespace velloran {
 
 /// How a number type is written and read by a number field.
 template<typename T>
@@ -228,4 +228,4 @@ private:
     ScheduledCall badge_;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

@@ -2,7 +2,7 @@
 
 #include "ui/controls/NumberFieldLogic.h"
 
-namespace velloran::ui {
+namespace velloran {
 
 QString NumberFieldModel::text() const {
     return field_ != nullptr ? QString::fromStdString(field_->text()) : QString();
@@ -47,4 +47,4 @@ void NumberFieldModel::show(EditedNumber& field) {
     emit changed();
 }
 
-} // namespace velloran::ui
+} // namespace velloran

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QtQmlIntegration>
 
-namespace velloran::ui {
+namespace velloran {
 
 class EditedNumber;
 
@@ -52,4 +52,4 @@ private:
     EditedNumber* field_ = nullptr;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

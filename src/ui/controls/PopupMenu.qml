@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Velloran
 
-/// A pull-down menu in the look of the program. It holds `PopupMenuItem`, `MenuSection`, `MenuDivider` and further menus; what
-/// is made from a list comes in through an `Instantiator` with `insertItem` and `removeItem`.
+/// A pull-down menu in the look of the program. It holds `PopupMenuItem`, `MenuSection`, `MenuDivider` and further menus.
 ///
 /// While it is open everything below it rests: a press beside it only closes it.
 T.Menu {
@@ -114,7 +113,8 @@ T.Menu {
 
     function rememberFocus() {
         root.focusBefore = root.parent.Window.activeFocusItem;
-        root.hadKeyboard = root.isByKey || ((root.focusBefore as T.Control)?.visualFocus ?? false);
+        root.hadKeyboard = root.isByKey || ((root.focusBefore as T.Control)?.visualFocus
+                ?? (root.focusBefore as TextBox)?.visualFocus ?? false);
     }
 
     // Unless what was chosen has given the focus to somebody else. A submenu's focus is its parent's business.
@@ -128,6 +128,8 @@ T.Menu {
         // The toolkit may have given it back already, for a reason of its own.
         if (root.hadKeyboard && before instanceof T.Control)
             (before as T.Control).focusReason = Qt.TabFocusReason;
+        else if (root.hadKeyboard && before instanceof TextBox)
+            (before as TextBox).focusReason = Qt.TabFocusReason;
     }
 
     onAboutToShow: {

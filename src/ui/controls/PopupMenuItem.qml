@@ -47,6 +47,8 @@ T.MenuItem {
     background: RoundedFace {
         radius: 6
         fill: root.highlighted ? Theme.accentBlueSoft : "transparent"
+        // Outlines stand out where faint fills may not.
+        stroke: root.highlighted && Theme.highContrast ? Theme.accentBlue : "transparent"
 
         // Under the pointer it is highlighted, as by a key.
         PointerVeil {

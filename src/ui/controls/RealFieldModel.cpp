@@ -2,7 +2,7 @@
 
 #include "platform/Platform.h"
 
-namespace velloran::ui {
+namespace velloran {
 
 RealFieldModel::RealFieldModel(QObject* parent) : NumberFieldModel(parent) {
     connect(this, &NumberFieldModel::settingsChanged, this, [this] {
@@ -45,4 +45,4 @@ void RealFieldModel::store(double value) {
     emit stored(value_);
 }
 
-} // namespace velloran::ui
+} // namespace velloran

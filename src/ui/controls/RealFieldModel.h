@@ -6,11 +6,11 @@
 
 #include <optional>
 
-namespace velloran::ui {
+namespace velloran {
 
 // The toolkit's linter knows the base by its whole name only.
 /// A field of real numbers.
-class RealFieldModel : public velloran::ui::NumberFieldModel {
+class RealFieldModel : public velloran::NumberFieldModel {
     Q_OBJECT
     QML_ELEMENT
 
@@ -50,4 +50,4 @@ private:
     int decimals_ = -1;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

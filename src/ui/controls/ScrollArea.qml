@@ -76,8 +76,6 @@ Flickable {
     }
 
     ScrollToFocus {
-        id: follower
-
         view: root
         isHeld: press.active
     }

@@ -5,29 +5,56 @@ import QtQuick.Templates as T
 T.TextField {
     id: root
 
+    /// What assistive tools call it.
+    required property string label
+    /// Stands in the field while it is empty.
+    required property string placeholder
+    property real size: 13
+    property int weight: Font.Normal
     /// How far around the text a right click is still one on it: the room that a frame leaves.
     property real reach: 0
     /// Whether the text is being edited: by the keyboard, or by its menu, which has the keyboard meanwhile.
     readonly property bool isEdited: root.activeFocus || root.openedMenu !== null
 
-    property EditMenu openedMenu: null
-    // Why the field has the focus when the menu has given it back.
-    property int reasonAfter: Qt.OtherFocusReason
+    /// Whether the focus came by a key, as other controls tell it; a pointer leaves no ring behind.
+    readonly property bool visualFocus: root.activeFocus && (root.focusReason === Qt.TabFocusReason
+            || root.focusReason === Qt.BacktabFocusReason || root.focusReason === Qt.ShortcutFocusReason)
 
-    function makeMenu(byKey: bool): EditMenu {
-        root.reasonAfter = byKey ? Qt.ShortcutFocusReason : root.focusReason;
+    property EditMenu openedMenu: null
+
+    function makeMenu(): EditMenu {
         root.openedMenu = editMenu.createObject(root) as EditMenu;
         return root.openedMenu;
     }
 
+    font: Theme.font(root.size, root.weight)
+    color: Theme.textPrimary
+    selectedTextColor: Theme.textPrimary
+    verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
     // The menu acts on what is selected.
     persistentSelection: root.openedMenu !== null
 
+    Accessible.name: root.label
+
     Keys.onPressed: event => {
         event.accepted = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
         if (event.accepted)
-            root.makeMenu(true).openBeside(Qt.rect(root.cursorRectangle.x, 0, root.cursorRectangle.width, root.height), true);
+            root.makeMenu().openBeside(Qt.rect(root.cursorRectangle.x, 0, root.cursorRectangle.width, root.height), true);
+    }
+
+    BodyText {
+        anchors.fill: parent
+        anchors.leftMargin: root.leftPadding
+        anchors.rightMargin: root.rightPadding
+        visible: root.length === 0 && root.preeditText === ""
+        text: root.placeholder
+        size: root.size
+        weight: root.weight
+        color: Theme.textMuted
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        exposed: false
     }
 
     TapHandler {
@@ -37,7 +64,7 @@ T.TextField {
         onTapped: point => {
             if (!root.activeFocus)
                 root.forceActiveFocus(Qt.MouseFocusReason);
-            root.makeMenu(false).openAt(point.position);
+            root.makeMenu().openAt(point.position);
         }
     }
 
@@ -51,11 +78,8 @@ T.TextField {
             // By now the focus is back, so that at no moment the field seems to be left.
             onClosed: {
                 // Unless a newer one is open.
-                if (root.openedMenu === menu) {
-                    if (root.activeFocus)
-                        root.focusReason = root.reasonAfter;
+                if (root.openedMenu === menu)
                     root.openedMenu = null;
-                }
                 menu.destroy();
             }
         }

@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-namespace velloran::ui {
+namespace velloran {
 
 /// A whole number of 64 bits on its way through the views. The numbers of their language are real ones, which round
 /// beyond 2^53; this one is only handed on there, and comes out as it went in.
@@ -24,4 +24,4 @@ public:
     std::int64_t value = 0;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

@@ -3,6 +3,10 @@ import QtQuick.Templates as T
 import Velloran
 
 /// A panel over the whole window that keeps everything below it from being used. What it holds is made anew for every showing.
+///
+/// The toolkit's modal popup would spare eighty lines, and was tried. It lies over the window's frame and takes every press beside
+/// it, so that the window could be neither moved nor closed below a sheet. Lifted into the layer of the popups, the frame gets no
+/// press either, comes before the content in the order of the Tab key and covers the menus.
 FocusScope {
     id: root
 
@@ -46,8 +50,8 @@ FocusScope {
             if (siblings[i] !== root && siblings[i].focus)
                 root.focusBefore = siblings[i];
         }
-        const control = T.ApplicationWindow.activeFocusControl as T.Control;
-        root.hadVisualFocus = control !== null && control.visualFocus;
+        const focused = T.ApplicationWindow.activeFocusControl;
+        root.hadVisualFocus = (focused as T.Control)?.visualFocus ?? (focused as TextBox)?.visualFocus ?? false;
     }
 
     function restoreFocus() {

@@ -10,8 +10,6 @@ Item {
     property alias wrapMode: label.wrapMode
     property alias horizontalAlignment: label.horizontalAlignment
     property alias verticalAlignment: label.verticalAlignment
-    property alias maximumLineCount: label.maximumLineCount
-    readonly property alias lineCount: label.lineCount
     readonly property alias truncated: label.truncated
     /// Follows from size and weight.
     readonly property alias font: label.font

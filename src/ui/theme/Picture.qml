@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 /// One of the program's own pictures, kept in proportion inside the size given. It is scaled down once, while it is read, and
 /// never coarser than the screen.

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 /// A strip at the edge of the window, or a corner, by which its size is changed.
 DragArea {

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 /// The window buttons at one end of the title bar.
 Row {

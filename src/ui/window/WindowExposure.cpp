@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QQuickWindow>
 
-namespace velloran::ui {
+namespace velloran {
 
 WindowExposure::WindowExposure(QQuickItem* parent) : QQuickItem(parent) {}
 
@@ -41,4 +41,4 @@ void WindowExposure::refresh() {
     }
 }
 
-} // namespace velloran::ui
+} // namespace velloran

@@ -4,7 +4,7 @@
 #include <QQuickItem>
 #include <QWindow>
 
-namespace velloran::ui {
+namespace velloran {
 
 /// Tells whether the window around this item is on a screen: not hidden, not minimised, and not reported as covered by
 /// the desktop. To be placed in the item that wants to know.
@@ -34,4 +34,4 @@ private:
     bool exposed_ = false;
 };
 
-} // namespace velloran::ui
+} // namespace velloran

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Velloran
 
 /// What the desktop's own title bar would do, laid over the window: moving, resizing, the window buttons and the menu.

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 /// The menu of the window's frame.
 PopupMenu {

@@ -207,19 +207,19 @@ TEST_F(EditMenu, KeepsThePartThatWasSelectedByKeys) {
     waitUntilClosed(stage);
     EXPECT_EQ(selected(stage), "1");
     EXPECT_TRUE(box(stage).hasActiveFocus());
-    EXPECT_TRUE(box(stage).property("hasKeyboardFocus").toBool());
+    EXPECT_TRUE(box(stage).property("visualFocus").toBool());
     // The pointer takes nothing of that away, and adds nothing to a focus of its own.
     rightClick(stage);
     stage.key(Qt::Key_Escape);
     waitUntilClosed(stage);
     EXPECT_EQ(selected(stage), "1");
-    EXPECT_TRUE(box(stage).property("hasKeyboardFocus").toBool());
+    EXPECT_TRUE(box(stage).property("visualFocus").toBool());
     stage.clickAt({400, 300});
     stage.click(stage.item("start"));
     rightClick(stage);
     stage.key(Qt::Key_Escape);
     waitUntilClosed(stage);
-    EXPECT_FALSE(box(stage).property("hasKeyboardFocus").toBool());
+    EXPECT_FALSE(box(stage).property("visualFocus").toBool());
 }
 
 TEST_F(EditMenu, WorksInANameField) {

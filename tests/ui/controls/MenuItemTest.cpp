@@ -100,6 +100,23 @@ TEST(MouseButtonSelect, WorksFromTheKeyboard) {
     EXPECT_TRUE(face.hasActiveFocus());
 }
 
+TEST(MouseButtonSelect, WithHighContrastTheSelectedEntryHasAnOutline) {
+    Stage stage(chooser);
+    const auto edge = [&] {
+        stage.key(Qt::Key_Tab);
+        stage.key(Qt::Key_Space);
+        waitUntil([&] { return isOpen(stage); });
+        const QRectF selected = Stage::frame(*stage.itemsOf("PopupMenuItem").at(1));
+        const QColor color = stage.pixel({selected.center().x(), selected.top()});
+        stage.key(Qt::Key_Escape);
+        waitUntil([&] { return !isOpen(stage); });
+        return color;
+    };
+    EXPECT_NE(edge().name(), stage.themeColor("accentBlue").name());
+    stage.setTheme("highContrast", true);
+    EXPECT_EQ(edge().name(), stage.themeColor("accentBlue").name());
+}
+
 TEST(MouseButtonSelect, ASecondPressOnTheFaceClosesTheMenu) {
     Stage stage(chooser);
     stage.click(stage.item("chooser"));

@@ -12,7 +12,7 @@ namespace velloran::test {
 /// A field and what it has told its surroundings.
 template<typename T>
 struct Bench {
-    using Field = ui::NumberField<T>;
+    using Field = NumberField<T>;
 
     Bench(T value, typename Field::Settings settings)
         : field(loop, value, std::move(settings),

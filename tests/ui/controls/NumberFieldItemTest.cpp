@@ -41,7 +41,7 @@ public:
     }
 
     void set(const char* property, std::int64_t number) const {
-        root->setProperty(property, QVariant::fromValue(ui::WholeNumber{number}));
+        root->setProperty(property, QVariant::fromValue(WholeNumber{number}));
     }
 };
 
@@ -307,7 +307,7 @@ TEST(NumberFieldItem, WholeNumbersAreExact) {
         retype(stage, digits);
         stage.key(Qt::Key_Return);
         EXPECT_EQ(stage.takeLog(), QStringList(digits));
-        EXPECT_EQ(stage.root->property("told").value<ui::WholeNumber>().value, QByteArray(digits).toLongLong());
+        EXPECT_EQ(stage.root->property("told").value<WholeNumber>().value, QByteArray(digits).toLongLong());
         EXPECT_EQ(shownText(stage), digits);
         EXPECT_TRUE(stage.shows("Updated"));
     }

@@ -61,9 +61,9 @@ TEST(NumberField, TheBadgeRunsOnUnderAPendingChange) {
 TEST(NumberField, FocusIsGoneBeforeTheCommitThatItsLossBrings) {
     fakes::VirtualLoop loop;
     bool wasFocused = true;
-    ui::NumberField<std::int64_t>* field = nullptr;
-    ui::NumberField<std::int64_t> real(
-        loop, 1, {0, 10, {}, {}}, {.store = [&](std::int64_t) { wasFocused = field->isFocused(); }, .changed = {}});
+    NumberField<std::int64_t>* field = nullptr;
+    NumberField<std::int64_t> real(loop, 1, {0, 10, {}, {}},
+                                   {.store = [&](std::int64_t) { wasFocused = field->isFocused(); }, .changed = {}});
     field = &real;
     real.beginEditing();
     real.type("2");
@@ -151,7 +151,7 @@ TEST(NumberField, NewSettingsReshapeTheTextThatIsNotPending) {
 TEST(NumberField, TheBadgeEndsWithTheField) {
     fakes::VirtualLoop loop;
     {
-        ui::NumberField<std::int64_t> field(loop, 1, {0, 10, {}, {}}, {});
+        NumberField<std::int64_t> field(loop, 1, {0, 10, {}, {}}, {});
         field.type("2");
         field.commitWithFlash();
         EXPECT_TRUE(field.justUpdated());
@@ -162,9 +162,9 @@ TEST(NumberField, TheBadgeEndsWithTheField) {
 
 TEST(NumberField, TheSameNumberFromItsOwnerWhileStoringChangesNothing) {
     fakes::VirtualLoop loop;
-    ui::NumberField<double>* field = nullptr;
-    ui::NumberField<double> real(loop, 1, {0, 10, {}, {}},
-                                 {.store = [&](double number) { field->valueChanged(number); }, .changed = {}});
+    NumberField<double>* field = nullptr;
+    NumberField<double> real(loop, 1, {0, 10, {}, {}},
+                             {.store = [&](double number) { field->valueChanged(number); }, .changed = {}});
     field = &real;
     real.type("2");
     real.commitWithFlash();

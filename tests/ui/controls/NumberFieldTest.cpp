@@ -142,7 +142,7 @@ TEST(NumberField, TakesOneLeadingPlusAndAnExponent) {
 
 TEST(NumberFieldDeathTest, ARangeUpsideDownIsAFault) {
     fakes::VirtualLoop loop;
-    EXPECT_DEATH((ui::NumberField<std::int64_t>(loop, 1, {10, 0, {}, {}}, {})), "Fatal error: The lower bound");
+    EXPECT_DEATH((NumberField<std::int64_t>(loop, 1, {10, 0, {}, {}}, {})), "Fatal error: The lower bound");
 }
 
 } // namespace

@@ -164,6 +164,20 @@ TEST_F(SheetTest, TheFocusGoesBackToWhereItWas) {
     EXPECT_EQ(focused(), "First");
 }
 
+TEST_F(SheetTest, ANumberFieldHasItsRingAgain) {
+    openMainWindow();
+    for (int i = 0; i < 60 && focused() != "Click Interval"; ++i) {
+        tap(tabKey);
+    }
+    ASSERT_TRUE(window->activeFocusItem()->property("visualFocus").toBool());
+    tap(commaKey, {controlKey});
+    get("Done");
+    tap(escapeKey);
+    EXPECT_TRUE(until([&] { return !shows("Done"); }));
+    EXPECT_EQ(focused(), "Click Interval");
+    EXPECT_TRUE(window->activeFocusItem()->property("visualFocus").toBool());
+}
+
 TEST_F(SheetTest, WhatLiesBelowCannotBeUsed) {
     openSmallWindow();
     openSheet();

@@ -194,6 +194,17 @@ TEST_F(MenuTest, APressBesideItOnlyClosesIt) {
     EXPECT_NE(store->runtime().get().status, before);
 }
 
+TEST_F(MenuTest, ANumberFieldHasItsRingAgainAfterAMenuThatAPointerOpened) {
+    goTo("Click Interval");
+    ASSERT_TRUE(hasRing());
+    click(button("Menu"));
+    ASSERT_FALSE(menuEntries().isEmpty());
+    tap(escapeKey);
+    expectNoMenu();
+    EXPECT_EQ(focused(), "Click Interval");
+    EXPECT_TRUE(hasRing());
+}
+
 TEST_F(MenuTest, OnceClosedItKeepsNobodyFromGoingOn) {
     open(R"(
         ShellWindow {
