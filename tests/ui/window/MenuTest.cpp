@@ -4,7 +4,7 @@ namespace velloran::tests {
 
 namespace {
 
-const QString chooser = "Choose a preset hotkey";
+const QString chooserButton = "Choose a preset hotkey";
 
 /// The menus of the real window, with a real keyboard and mouse.
 class MenuTest : public WindowTest {
@@ -40,9 +40,9 @@ protected:
 
     [[nodiscard]] bool hasRing() const { return window->activeFocusItem()->property("visualFocus").toBool(); }
 
-    /// Whether the chooser's help is to be seen: then it lies in front of the button, which has the same text.
+    /// Whether the chooserButton's help is to be seen: then it lies in front of the button, which has the same text.
     [[nodiscard]] bool isHelpShown() const {
-        const QQuickItem* front = find(chooser);
+        const QQuickItem* front = find(chooserButton);
         return front != nullptr && !front->inherits("QQuickAbstractButton");
     }
 
@@ -65,13 +65,13 @@ protected:
 } // namespace
 
 TEST_F(MenuTest, ADoubleClickOnTheChooserChoosesNothing) {
-    doubleClickAt(frame(get(chooser)).center());
+    doubleClickAt(frame(get(chooserButton)).center());
     expectNoMenu();
     EXPECT_FALSE(store->config.get().hotkey);
 }
 
 TEST_F(MenuTest, OpensAboveItsButtonWhereThereIsNoRoomBelow) {
-    const QRectF opener = frame(button(chooser));
+    const QRectF opener = frame(button(chooserButton));
     clickAt(opener.center());
     ASSERT_EQ(menuEntries().size(), 10);
     // The menu has a padding of 5 and keeps a distance of 4.
@@ -98,8 +98,8 @@ TEST_F(MenuTest, TheWindowsMenuOpensBesideThePointer) {
 }
 
 TEST_F(MenuTest, TheHoverHelpGoesWhenAMenuOpens) {
-    goTo(chooser);
-    moveTo(frame(button(chooser)).center());
+    goTo(chooserButton);
+    moveTo(frame(button(chooserButton)).center());
     ASSERT_TRUE(until([&] { return isHelpShown(); }));
     tap(spaceKey);
     ASSERT_FALSE(menuEntries().isEmpty());
@@ -107,7 +107,7 @@ TEST_F(MenuTest, TheHoverHelpGoesWhenAMenuOpens) {
 }
 
 TEST_F(MenuTest, OpenedByAKeyItHasASelectionThatTheKeysMove) {
-    goTo(chooser);
+    goTo(chooserButton);
     tap(spaceKey);
     const QStringList all = menuEntries();
     ASSERT_EQ(all.size(), 10);
@@ -135,7 +135,7 @@ TEST_F(MenuTest, OpenedByAKeyItHasASelectionThatTheKeysMove) {
 }
 
 TEST_F(MenuTest, OpenedByThePointerItTakesTheSameKeys) {
-    click(get(chooser));
+    click(get(chooserButton));
     ASSERT_EQ(menuEntries().size(), 10);
     EXPECT_EQ(selected(), "");
     tap(upKey);
@@ -155,20 +155,20 @@ TEST_F(MenuTest, TheRingIsBackOnTheButtonAfterwards) {
         EXPECT_EQ(focused(), label);
         EXPECT_TRUE(hasRing()) << label;
     }
-    goTo(chooser);
+    goTo(chooserButton);
     tap(spaceKey);
     tap(returnKey);
     expectNoMenu();
-    EXPECT_EQ(focused(), chooser);
+    EXPECT_EQ(focused(), chooserButton);
     EXPECT_TRUE(hasRing());
 }
 
 TEST_F(MenuTest, APointerLeavesNoRing) {
-    click(get(chooser));
+    click(get(chooserButton));
     ASSERT_FALSE(menuEntries().isEmpty());
     tap(escapeKey);
     expectNoMenu();
-    EXPECT_EQ(focused(), chooser);
+    EXPECT_EQ(focused(), chooserButton);
     EXPECT_FALSE(hasRing());
 }
 
@@ -185,7 +185,7 @@ TEST_F(MenuTest, TheRingIsBackAfterASheetThatAMenuOpened) {
 
 TEST_F(MenuTest, APressBesideItOnlyClosesIt) {
     const ClickerStatus before = store->runtime().get().status;
-    click(get(chooser));
+    click(get(chooserButton));
     ASSERT_FALSE(menuEntries().isEmpty());
     click(get("Start"));
     expectNoMenu();
