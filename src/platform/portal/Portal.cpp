@@ -27,7 +27,7 @@ QDBusMessage messageOf(const PortalCall& call) {
     return message;
 }
 
-/// The toolkit's own way to tell of the end of a call does not outlive the connection, nor begin without one.
+/// The watcher belongs to nobody: who is told may end whoever asked.
 void tellWhenDone(const QDBusPendingCall& call, QObject* context, std::function<void(const QDBusMessage&)> done) {
     auto* const watcher = new QDBusPendingCallWatcher(call);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
@@ -57,7 +57,8 @@ void Portal::tell(const PortalCall& call) {
     bus_.connection().send(message);
 }
 
-/// Named by the portal's well-known name, the sender would be looked up by the toolkit, which waits for the bus.
+/// Whatever name the sender is given, its owner is looked up by the toolkit, which waits for the bus. Only of the bus's
+/// own name it needs no telling.
 void Portal::listen(const QString& path, const QString& interface, const QString& signal, QObject* receiver,
                     const char* slot) {
     bus_.connection().connect(QString(), path, interface, signal, receiver, slot);
@@ -73,7 +74,7 @@ void Portal::follow() {
     if (!bus.isConnected()) {
         return;
     }
-    bus.connect(QString(), busPath, busName, QStringLiteral("NameOwnerChanged"), {portalName}, QStringLiteral("sss"),
+    bus.connect(busName, busPath, busName, QStringLiteral("NameOwnerChanged"), {portalName}, QStringLiteral("sss"),
                 this, SLOT(ownerChanged(QString, QString, QString)));
     bus.send(callToBus(QStringLiteral("StartServiceByName"), {portalName, 0U}));
     tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("GetNameOwner"), {portalName})), this,

@@ -2,6 +2,7 @@
 
 #include "platform/portal/PortalRequest.h"
 
+#include <memory>
 #include <optional>
 
 namespace velloran::platform::portal {

@@ -89,6 +89,23 @@ TEST_F(PortalTest, GoesWithTheBusAndComesWithIt) {
     bringPortal();
 }
 
+TEST_F(PortalTest, OnlyTheBusIsBelievedWhoItIs) {
+    bringPortal();
+    QSignalSpy vanished(&portal, &Portal::vanished);
+    QDBusConnection other = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), "other");
+    const QString busName = "org.freedesktop.DBus";
+    QDBusMessage lie = QDBusMessage::createTargetedSignal(session.connection().baseService(), "/org/freedesktop/DBus",
+                                                          busName, "NameOwnerChanged");
+    lie << "org.freedesktop.portal.Desktop" << QString() << other.baseService();
+    ASSERT_TRUE(other.send(lie));
+    // The bus has passed it on before it answers this.
+    other.call(QDBusMessage::createMethodCall(busName, "/org/freedesktop/DBus", busName, "GetId"));
+    settle();
+    QDBusConnection::disconnectFromBus("other");
+    EXPECT_EQ(vanished.count(), 0);
+    EXPECT_TRUE(portal.isThere());
+}
+
 TEST_F(PortalTest, IsToldTheNameBeforeAnythingElse) {
     platform::bus::SessionBus own({QByteArray::fromStdString(bus.address()), platform::bus::BusState::answers},
                                   platform::bus::SessionBus::Start::inBackground);
