@@ -36,7 +36,7 @@ void ConfigFiles::ask(FileQuestion question, QWindow* window, Use use) {
         return;
     }
     question.window = window != nullptr ? window->winId() : 0;
-    dialog_ = chooser_.ask(question, [this, use](const platform::FileAnswer& answer) {
+    dialog_ = chooser_.ask(question, [this, use = std::move(use)](const platform::FileAnswer& answer) {
         dialog_.reset();
         emit isAskingChanged();
         if (answer.outcome == platform::FileAnswer::Outcome::chosen) {
