@@ -31,6 +31,9 @@ public:
     StoreTest& operator=(const StoreTest&) = delete;
 
 protected:
+    /// What is said of an interval that is out of bounds.
+    static constexpr const char* intervalMessage = "Click interval must be between 0.01 and 3600.0 seconds.";
+
     StoreTest() = default;
 
     /// Makes the store, with `config` stored before.

@@ -19,8 +19,9 @@ namespace velloran::platform::qt {
 /// process wrote stay. What cannot be written is kept in memory, is what reading gives, and goes to disk with the next
 /// change that can. A file that is there but cannot be read is left alone.
 ///
-/// The toolkit's own settings class is not used: it waits without end for the lock of a process that has been stopped,
-/// and drops every line that it cannot read.
+/// The toolkit's own settings class is not used. Tried again with 6.4, it waits without end for the lock of a process
+/// that has been stopped; and although it reports lines that it cannot read, it writes the file without them and
+/// without the comments.
 class QtPreferences final : public Preferences {
 public:
     /// How long the end waits for changes to be written.
