@@ -2,7 +2,7 @@
 
 #include "fakes/RecordingPlatform.h"
 #include "harness/PrivateServer.h"
-#include "keys/DefaultKeyCharacters.h"
+#include "platform/KeyCharacters.h"
 
 #include <gtest/gtest.h>
 
@@ -23,11 +23,15 @@ const std::string onWayland = "Input cannot be posted: this is a Wayland session
                               "only some windows.";
 const std::string nowhere = "Input cannot be posted: there is no display.";
 
+struct SilentKeys final : platform::KeyCharacters {
+    std::optional<std::string> charactersIgnoringModifiers(std::uint32_t, bool) override { return std::nullopt; }
+};
+
 class ChooseDesktopTest : public testing::Test {
 protected:
     ChooseDesktopTest() {
         whole.clicks.reason = "it clicks";
-        whole.keyCharacters.part = std::make_shared<keys::DefaultKeyCharacters>();
+        whole.keyCharacters.part = std::make_shared<SilentKeys>();
     }
 
     Desktop choose(const Variables& variables) {

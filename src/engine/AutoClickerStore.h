@@ -9,6 +9,7 @@
 #include "model/AutoClickerConfig.h"
 #include "model/AutoClickerRuntime.h"
 #include "platform/Desktop.h"
+#include "presets/ConfigOwner.h"
 #include "presets/Preset.h"
 #include "presets/PresetStore.h"
 
@@ -25,7 +26,7 @@ class HotkeyManager;
 /// The controller: owns configuration, run state and presets, runs the click loop, saves the configuration shortly
 /// after every change and keeps the hotkey registered to what the configuration names. Main thread only. Shared,
 /// because a running loop keeps it alive until the loop ends.
-class AutoClickerStore : public std::enable_shared_from_this<AutoClickerStore> {
+class AutoClickerStore final : public ConfigOwner, public std::enable_shared_from_this<AutoClickerStore> {
 public:
     /// A store that follows the parts of `desktop` as they come and go; it is the desktop of the installed platform.
     /// What is given by reference must outlive the store.
@@ -36,7 +37,7 @@ public:
     AutoClickerStore(const AutoClickerStore&) = delete;
     AutoClickerStore& operator=(const AutoClickerStore&) = delete;
     /// Ends saving and hotkey wiring. Leaves the registered hotkey as it is.
-    ~AutoClickerStore();
+    ~AutoClickerStore() override;
 
     /// The configuration; views write it directly. A running loop works from its own copy.
     Published<AutoClickerConfig> config;
@@ -44,14 +45,8 @@ public:
     /// The live record of the current or last run.
     [[nodiscard]] const Published<AutoClickerRuntime>& runtime() const { return runtime_; }
 
-    /// The user's own presets, in order.
-    [[nodiscard]] const Published<std::vector<Preset>>& presets() const { return presets_; }
-
     /// Whether synthetic input could be posted when last asked.
     [[nodiscard]] const Published<bool>& hasAccessibilityPermission() const { return hasAccessibilityPermission_; }
-
-    /// The built-in presets followed by the user's.
-    [[nodiscard]] std::vector<Preset> allPresets() const;
 
     /// Starts or stops, by the status. For the global hotkey.
     void toggleStartStop();
@@ -74,23 +69,17 @@ public:
     /// For the user, who wants the permission.
     void openAccessibilitySettings();
 
-    /// Takes over all of the preset's configuration but its hotkey.
-    void apply(const Preset& preset);
-
-    /// Appends a preset of the current configuration, under the name as it is.
-    void saveCurrentAsPreset(std::string named);
-
-    /// Removes the user's presets with this one's identifier.
-    void deletePreset(const Preset& preset);
-
     /// Goes back to the default configuration; the hotkey stays.
     void resetToDefaults();
 
-    /// The bytes of an export file; nothing when the configuration has no JSON form.
-    [[nodiscard]] std::optional<Bytes> exportConfigData() const;
+    [[nodiscard]] const Published<std::vector<Preset>>& presets() const override { return presets_; }
 
-    /// Takes over the configuration in an export file, hotkey included. False, and no change, when it cannot be read.
-    bool importConfig(const Bytes& from);
+    [[nodiscard]] std::vector<Preset> allPresets() const override;
+    void apply(const Preset& preset) override;
+    void saveCurrentAsPreset(std::string named) override;
+    void deletePreset(const Preset& preset) override;
+    [[nodiscard]] std::optional<Bytes> exportConfigData() const override;
+    bool importConfig(const Bytes& from) override;
 
 private:
     struct Private {};

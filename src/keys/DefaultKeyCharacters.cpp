@@ -6,7 +6,8 @@ namespace velloran::keys {
 
 DefaultKeyCharacters::DefaultKeyCharacters() : layout_(KeyboardLayout::fromNames({})) {}
 
-std::optional<std::string> DefaultKeyCharacters::charactersIgnoringModifiers(std::uint32_t evdevCode, bool shiftHeld) {
+std::optional<std::string> DefaultKeyCharacters::charactersIgnoringModifiers(std::uint32_t evdevCode,
+                                                                             bool shiftHeld) const {
     if (!layout_) {
         return std::nullopt;
     }

@@ -51,6 +51,9 @@ FORBIDDEN = [
     ("ui/cards/RunModel.cpp", "<xcb/xcb.h>"),
     ("presets/PresetStore.cpp", '"presets/view/SavePresetModel.h"'),
     ("hotkeys/view/KeyEventMonitor.cpp", '"platform/x11/X11Keyboard.h"'),
+    ("presets/view/PresetsModel.cpp", '"engine/AutoClickerStore.h"'),
+    ("donation/view/DonationModel.cpp", '"ui/cards/RunModel.h"'),
+    ("keys/KeyNames.cpp", '"platform/KeyCharacters.h"'),
     ("engine/clickLoop.cpp", '"engine/NoSuchFile.h"'),
     ("engine/clickLoop.cpp", "SOME_MACRO"),
 ]

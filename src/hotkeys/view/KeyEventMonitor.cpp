@@ -133,7 +133,7 @@ bool KeyEventMonitor::takePress(const QKeyEvent& event) {
     if (keyCode && *keyCode <= std::numeric_limits<std::uint16_t>::max()) {
         const bool shiftHeld = event.modifiers().testFlag(Qt::ShiftModifier);
         const KeyEvent pressed{modifierFlags(event.modifiers()), static_cast<std::uint16_t>(*keyCode),
-                               characters().charactersIgnoringModifiers(scanCode - firstScanCode, shiftHeld)};
+                               charactersOf(scanCode - firstScanCode, shiftHeld)};
         const Handler handler = handler_; // the call may remove it
         handler(pressed);
     }
@@ -151,18 +151,18 @@ bool KeyEventMonitor::takeRelease(const QKeyEvent& event) {
     return true;
 }
 
-/// Events pass through here only while somebody waits for a key or a taken key is down: every event of the program
-/// would.
-platform::KeyCharacters& KeyEventMonitor::characters() {
+std::optional<std::string> KeyEventMonitor::charactersOf(std::uint32_t evdevCode, bool shiftHeld) {
     if (const auto& told = desktop_.get().keyCharacters.part) {
-        return *told;
+        return told->charactersIgnoringModifiers(evdevCode, shiftHeld);
     }
     if (!defaultCharacters_) {
         defaultCharacters_.emplace();
     }
-    return *defaultCharacters_;
+    return defaultCharacters_->charactersIgnoringModifiers(evdevCode, shiftHeld);
 }
 
+/// Events pass through here only while somebody waits for a key or a taken key is down: every event of the program
+/// would.
 void KeyEventMonitor::filterWhileNeeded() {
     const bool isNeeded = isInstalled() || !heldKeys_.empty();
     if (isNeeded == isFiltering_) {

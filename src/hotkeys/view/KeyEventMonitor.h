@@ -45,7 +45,7 @@ private:
     bool takeRelease(const QKeyEvent& event);
     void filterWhileNeeded();
 
-    platform::KeyCharacters& characters();
+    std::optional<std::string> charactersOf(std::uint32_t evdevCode, bool shiftHeld);
 
     const Published<platform::Desktop>& desktop_;
     /// Made when it is needed: reading a layout takes its time.

@@ -12,13 +12,13 @@ using platform::FileQuestion;
 
 } // namespace
 
-ConfigFiles::ConfigFiles(AutoClickerStore& store, platform::FileChooser& chooser) : store_(store), chooser_(chooser) {
+ConfigFiles::ConfigFiles(ConfigOwner& owner, platform::FileChooser& chooser) : owner_(owner), chooser_(chooser) {
     connect(&reader_, &FileReader::done, this,
-            [this](const QByteArray& bytes) { store_.importConfig(bytes.toStdString()); });
+            [this](const QByteArray& bytes) { owner_.importConfig(bytes.toStdString()); });
 }
 
 void ConfigFiles::exportConfig(QWindow* window) {
-    const auto bytes = store_.exportConfigData();
+    const auto bytes = owner_.exportConfigData();
     if (!bytes) {
         return;
     }

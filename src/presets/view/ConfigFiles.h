@@ -4,8 +4,8 @@
 #include <QtQmlIntegration>
 #include <QWindow>
 
-#include "engine/AutoClickerStore.h"
 #include "platform/FileChooser.h"
+#include "presets/ConfigOwner.h"
 #include "presets/view/FileReader.h"
 
 #include <memory>
@@ -25,7 +25,7 @@ class ConfigFiles : public QObject {
 
 public:
     /// Both have to outlive this.
-    ConfigFiles(AutoClickerStore& store, platform::FileChooser& chooser);
+    ConfigFiles(ConfigOwner& owner, platform::FileChooser& chooser);
 
     [[nodiscard]] bool isAsking() const { return dialog_ != nullptr; }
 
@@ -42,7 +42,7 @@ private:
     template<typename Use>
     void ask(platform::FileQuestion question, QWindow* window, Use use);
 
-    AutoClickerStore& store_;
+    ConfigOwner& owner_;
     platform::FileChooser& chooser_;
     std::unique_ptr<platform::FileDialog> dialog_;
     FileReader reader_{this};

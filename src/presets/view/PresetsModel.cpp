@@ -1,7 +1,5 @@
 #include "presets/view/PresetsModel.h"
 
-#include "ui/utf8.h"
-
 #include <algorithm>
 
 namespace velloran {
@@ -11,42 +9,43 @@ namespace {
 QVariantList listOf(const std::vector<Preset>& presets) {
     QVariantList list;
     for (const Preset& preset : presets) {
-        list.append(QVariantMap{{"id", text(preset.id.text())}, {"name", text(preset.name)}});
+        list.append(QVariantMap{{"id", QString::fromStdString(preset.id.text())},
+                                {"name", QString::fromStdString(preset.name)}});
     }
     return list;
 }
 
 } // namespace
 
-PresetsModel::PresetsModel(AutoClickerStore& store, QObject* parent) : QObject(parent), store_(store) {}
+PresetsModel::PresetsModel(ConfigOwner& owner, QObject* parent) : QObject(parent), owner_(owner) {}
 
 QVariantList PresetsModel::builtIns() const {
     return listOf(Preset::builtIns());
 }
 
 QVariantList PresetsModel::own() const {
-    return listOf(store_.presets().get());
+    return listOf(owner_.presets().get());
 }
 
 void PresetsModel::apply(const QString& id) {
     if (const auto preset = presetWith(id)) {
-        store_.apply(*preset);
+        owner_.apply(*preset);
     }
 }
 
 void PresetsModel::remove(const QString& id) {
     if (const auto preset = presetWith(id)) {
-        store_.deletePreset(*preset);
+        owner_.deletePreset(*preset);
     }
 }
 
 void PresetsModel::saveCurrent(const QString& name) {
-    store_.saveCurrentAsPreset(name.toStdString());
+    owner_.saveCurrentAsPreset(name.toStdString());
 }
 
 std::optional<Preset> PresetsModel::presetWith(const QString& id) const {
     const auto wanted = Uuid::fromText(id.toStdString());
-    const auto all = store_.allPresets();
+    const auto all = owner_.allPresets();
     const auto found = std::find_if(all.begin(), all.end(), [&](const Preset& preset) { return preset.id == wanted; });
     return found != all.end() ? std::optional(*found) : std::nullopt;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/AutoClickerStore.h"
+#include "presets/ConfigOwner.h"
 
 #include <QObject>
 #include <QString>
@@ -20,8 +20,8 @@ class PresetsModel : public QObject {
     Q_PROPERTY(QVariantList builtIns READ builtIns CONSTANT FINAL)
 
 public:
-    /// `store` outlives this object.
-    explicit PresetsModel(AutoClickerStore& store, QObject* parent = nullptr);
+    /// `owner` outlives this object.
+    explicit PresetsModel(ConfigOwner& owner, QObject* parent = nullptr);
 
     [[nodiscard]] QVariantList builtIns() const;
     /// The user's own at this moment.
@@ -35,7 +35,7 @@ public:
 private:
     [[nodiscard]] std::optional<Preset> presetWith(const QString& id) const;
 
-    AutoClickerStore& store_;
+    ConfigOwner& owner_;
 };
 
 } // namespace velloran
