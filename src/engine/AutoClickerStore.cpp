@@ -135,13 +135,13 @@ void AutoClickerStore::start() {
         return;
     }
     if (!PermissionChecker::isAccessibilityTrusted()) {
-        setPermission(false);
+        hasAccessibilityPermission_.set(false);
         if (refuse(PermissionChecker::permissionErrorMessage())) {
             PermissionChecker::openAccessibilitySettings();
         }
         return;
     }
-    setPermission(true);
+    hasAccessibilityPermission_.set(true);
     const AutoClickerConfig& settings = config.get();
     const bool hasDelay = settings.startDelaySeconds > 0;
     AutoClickerRuntime fresh;
@@ -154,7 +154,10 @@ void AutoClickerStore::start() {
         order = ++orders_;
         run_ = order;
     });
-    if (isWanted) {
+    if (isWanted && !hasAccessibilityPermission_.get()) {
+        // Gone while the start was told of.
+        stop();
+    } else if (isWanted) {
         mouseTracker_.reset();
         startLoop();
     }
@@ -188,11 +191,11 @@ void AutoClickerStore::cancelLoop() {
 }
 
 void AutoClickerStore::refreshPermission() {
-    if (!PermissionChecker::isAccessibilityTrusted() && !isPermissionTakenBack_) {
+    if (!PermissionChecker::isAccessibilityTrusted()) {
         PermissionChecker::requestAccessibilityPrompt();
-        isPromptDue_ = !desktop_.get().trust.part;
+        isPromptDue_ = !parts_.clicks.part || !parts_.trust.part;
     }
-    setPermission(PermissionChecker::isAccessibilityTrusted());
+    hasAccessibilityPermission_.set(PermissionChecker::isAccessibilityTrusted());
     if (hasAccessibilityPermission_.get()) {
         alter([this] { return runtime_.get().status != ClickerStatus::error; },
               [](AutoClickerRuntime& runtime) {
@@ -205,15 +208,9 @@ void AutoClickerStore::refreshPermission() {
 void AutoClickerStore::recheckPermission() {
     const bool isTrusted = PermissionChecker::isAccessibilityTrusted();
     const bool isRunUnderWay = loopTask_ && !loopTask_->isFinished();
-    isPermissionTakenBack_ = isPermissionTakenBack_ || hasAccessibilityPermission_.get();
     if (!isTrusted && isRunUnderWay) {
         stop();
     }
-    setPermission(isTrusted);
-}
-
-void AutoClickerStore::setPermission(bool isTrusted) {
-    isPermissionTakenBack_ = isPermissionTakenBack_ && !isTrusted;
     hasAccessibilityPermission_.set(isTrusted);
 }
 

@@ -58,8 +58,7 @@ public:
     /// Ends the run. The counts stay.
     void stop();
 
-    /// Asks for the permission when it is missing, but for one that the desktop has taken back: that is for the user to
-    /// want again. Clears an error when it is there.
+    /// Asks for the permission when it is missing, and clears an error when it is there.
     void refreshPermission();
 
     /// Looks whether the permission is still there, and ends the run when it is not. Asks the user nothing. Called
@@ -69,15 +68,13 @@ public:
     /// For the user, who wants the permission.
     void openAccessibilitySettings();
 
-    /// Goes back to the default configuration; the hotkey stays.
-    void resetToDefaults();
-
     [[nodiscard]] const Published<std::vector<Preset>>& presets() const override { return presets_; }
 
     [[nodiscard]] std::vector<Preset> allPresets() const override;
     void apply(const Preset& preset) override;
     void saveCurrentAsPreset(std::string named) override;
     void deletePreset(const Preset& preset) override;
+    void resetToDefaults() override;
     [[nodiscard]] std::optional<Bytes> exportConfigData() const override;
     bool importConfig(const Bytes& from) override;
 
@@ -98,7 +95,6 @@ private:
     void listenToTrust();
     void startLoop();
     void cancelLoop();
-    void setPermission(bool isTrusted);
     void applyHotkey(const std::optional<HotkeyCombo>& combo);
     void click(const AutoClickerConfig& snapshot, std::uint64_t run);
 
@@ -130,8 +126,6 @@ private:
     std::uint64_t run_ = 0;
     Published<std::vector<Preset>> presets_;
     Published<bool> hasAccessibilityPermission_;
-    /// The desktop has reported that the permission is gone, and it has not been seen since.
-    bool isPermissionTakenBack_ = false;
     /// The permission was to be asked for while there was nobody to ask.
     bool isPromptDue_ = false;
     /// Shared with the clicks that are still to be posted.

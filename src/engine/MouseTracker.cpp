@@ -8,7 +8,7 @@
 namespace velloran {
 
 std::optional<platform::Point> MouseTracker::currentPosition() const {
-    const auto& pointer = desktop_.get().pointer.part;
+    const auto pointer = desktop_.get().pointer.part;
     return pointer ? pointer->currentPosition() : std::nullopt;
 }
 

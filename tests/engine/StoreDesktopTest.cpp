@@ -170,7 +170,6 @@ TEST_F(StoreDesktopTest, LostClicksEndTheRunAndAreTakenUpAgainWithoutAQuestion) 
     platform.isTrusted = false;
     platform.desktop.set(whole);
     EXPECT_FALSE(hasPermission());
-    store->refreshPermission();
     EXPECT_EQ(platform.count("prompt"), 0);
     platform.isTrusted = true;
     platform.trustChanged();
@@ -180,6 +179,30 @@ TEST_F(StoreDesktopTest, LostClicksEndTheRunAndAreTakenUpAgainWithoutAQuestion) 
     store->start();
     platform.loop.runDue();
     expectClicks({0.0, 7.0, 68.0});
+}
+
+TEST_F(StoreDesktopTest, ClicksLostWhileTheStartIsToldOfEndTheRun) {
+    for (const ClickerStatus moment : {ClickerStatus::idle, ClickerStatus::running}) {
+        platform.desktop.set(whole);
+        platform.isTrusted = false;
+        open(unlimited());
+        store->refreshPermission();
+        platform.isTrusted = true;
+        bool isLost = false;
+        const auto lose = [&] {
+            if (status() == moment && hasPermission() && !std::exchange(isLost, true)) {
+                loseClicks();
+            }
+        };
+        const Subscription permission = store->hasAccessibilityPermission().stream().subscribe([&](bool) { lose(); });
+        const Subscription record = store->runtime().stream().subscribe([&](const AutoClickerRuntime&) { lose(); });
+        store->start();
+        advance(60.0);
+        EXPECT_TRUE(isLost);
+        EXPECT_EQ(status(), ClickerStatus::idle);
+        EXPECT_EQ(runtime().clicksCompleted, 0);
+        EXPECT_FALSE(hasPermission());
+    }
 }
 
 TEST_F(StoreDesktopTest, ListensToThePermissionOfTheMoment) {
@@ -214,6 +237,17 @@ TEST_F(StoreDesktopTest, PermissionThatComesLateIsAskedForOnce) {
     platform.desktop.set(whole);
     EXPECT_EQ(platform.count("prompt for trust"), 1) << "the window is up already";
     change([](Desktop& desktop) { desktop.trust = {}; });
+    platform.desktop.set(whole);
+    EXPECT_EQ(platform.count("prompt for trust"), 1);
+}
+
+TEST_F(StoreDesktopTest, PermissionWithoutClicksIsAskedForWithThem) {
+    loseClicks();
+    open();
+    store->refreshPermission();
+    platform.isTrusted = false;
+    change([this](Desktop& desktop) { desktop.trust = whole.trust; });
+    EXPECT_EQ(platform.count("prompt"), 0);
     platform.desktop.set(whole);
     EXPECT_EQ(platform.count("prompt for trust"), 1);
 }

@@ -277,42 +277,15 @@ TEST_F(StorePermissionTest, RefreshKeepsTheCountsOfTheRun) {
 
 TEST_F(StorePermissionTest, WhatWasTakenBackIsAskedForByTheUserAlone) {
     open(unlimited());
-    report(false);
+    store->start();
     platform.journal.clear();
-    store->refreshPermission();
-    EXPECT_EQ(platform.count("prompt"), 0) << "the window may come up again";
+    report(false);
+    advance(60.0);
+    EXPECT_EQ(platform.journal, Journal{"ask trust"}) << "and nobody is asked for it";
     store->openAccessibilitySettings();
     store->start();
     EXPECT_EQ(platform.count("open settings"), 2);
     EXPECT_EQ(platform.count("prompt"), 0);
-    report(false);
-    store->refreshPermission();
-    EXPECT_EQ(platform.count("prompt"), 0) << "it is still gone";
-}
-
-TEST_F(StorePermissionTest, WhatWasGivenBackMayBeAskedForAgain) {
-    const std::vector<std::function<void()>> waysToSeeIt{
-        [this] { report(true); }, [this] { store->refreshPermission(); }, [this] { store->start(); }};
-    open(counted(1));
-    for (const auto& see : waysToSeeIt) {
-        report(false);
-        platform.isTrusted = true;
-        see();
-        platform.isTrusted = false;
-        platform.journal.clear();
-        store->refreshPermission();
-        EXPECT_EQ(platform.count("prompt"), 1) << "nobody has reported that it was taken back";
-        platform.isTrusted = true;
-        store->refreshPermission();
-    }
-}
-
-TEST_F(StorePermissionTest, ReportWhileThereIsNoneIsNoLoss) {
-    platform.isTrusted = false;
-    open();
-    report(false);
-    store->refreshPermission();
-    EXPECT_EQ(platform.count("prompt"), 1);
 }
 
 TEST_F(StorePermissionTest, SettingsAreOpenedOnRequest) {
