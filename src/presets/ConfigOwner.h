@@ -33,6 +33,9 @@ public:
     /// Removes the user's presets with this one's identifier.
     virtual void deletePreset(const Preset& preset) = 0;
 
+    /// Goes back to the default configuration; the hotkey stays.
+    virtual void resetToDefaults() = 0;
+
     /// The bytes of an export file; nothing when the configuration has no JSON form.
     [[nodiscard]] virtual std::optional<Bytes> exportConfigData() const = 0;
 

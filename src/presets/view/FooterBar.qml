@@ -6,7 +6,6 @@ import Velloran
 Item {
     id: root
 
-    required property ConfigModel config
     required property PresetsModel presets
     required property ConfigFiles files
 
@@ -95,7 +94,7 @@ Item {
         FooterButton {
             label: "Reset"
             systemImage: "arrow.counterclockwise"
-            onTriggered: root.config.resetToDefaults()
+            onTriggered: root.presets.resetToDefaults()
         }
     }
 

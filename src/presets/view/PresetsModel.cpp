@@ -43,6 +43,10 @@ void PresetsModel::saveCurrent(const QString& name) {
     owner_.saveCurrentAsPreset(name.toStdString());
 }
 
+void PresetsModel::resetToDefaults() {
+    owner_.resetToDefaults();
+}
+
 std::optional<Preset> PresetsModel::presetWith(const QString& id) const {
     const auto wanted = Uuid::fromText(id.toStdString());
     const auto all = owner_.allPresets();

@@ -31,6 +31,8 @@ public:
     Q_INVOKABLE void remove(const QString& id);
     /// Keeps the configuration as it is now.
     Q_INVOKABLE void saveCurrent(const QString& name);
+    /// Goes back to the default configuration; the hotkey stays.
+    Q_INVOKABLE void resetToDefaults();
 
 private:
     [[nodiscard]] std::optional<Preset> presetWith(const QString& id) const;

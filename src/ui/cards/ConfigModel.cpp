@@ -88,7 +88,9 @@ QString ConfigModel::stationaryText() const {
 }
 
 void ConfigModel::setHotkey(const QVariant& combo) {
-    set(&AutoClickerConfig::hotkey, combo.value<HotkeyCombo>());
+    if (combo.canConvert<HotkeyCombo>()) {
+        set(&AutoClickerConfig::hotkey, combo.value<HotkeyCombo>());
+    }
 }
 
 void ConfigModel::chooseHotkey(int index) {
@@ -100,10 +102,6 @@ void ConfigModel::chooseHotkey(int index) {
 
 void ConfigModel::clearHotkey() {
     set(&AutoClickerConfig::hotkey, std::nullopt);
-}
-
-void ConfigModel::resetToDefaults() {
-    store_.resetToDefaults();
 }
 
 } // namespace velloran

@@ -134,7 +134,6 @@ public:
     /// Takes over the built-in choice at that place.
     Q_INVOKABLE void chooseHotkey(int index);
     Q_INVOKABLE void clearHotkey();
-    Q_INVOKABLE void resetToDefaults();
 
 signals:
     void changed();

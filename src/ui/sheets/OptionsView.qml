@@ -32,7 +32,6 @@ Item {
 
         FooterBar {
             Layout.fillWidth: true
-            config: root.config
             presets: root.presets
             files: root.files
         }

@@ -165,7 +165,7 @@ TEST_F(ConfigFilesTest, ImportsWhatWasExported) {
     configModel->chooseHotkey(3);
     const AutoClickerConfig wanted = store->config.get();
     write("config.json", exported());
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     ask(portal, "Import");
     EXPECT_EQ(portal.request.method, "OpenFile");
     EXPECT_EQ(portal.request.options.value("multiple"), false);
@@ -197,12 +197,12 @@ TEST_F(ConfigFilesTest, LongFilesAreReadWhole) {
     configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig wanted = store->config.get();
     const QByteArray bytes = exported();
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     for (const qint64 size : {qint64{1024 * 1024 + 1}, longestFile}) {
         write("long.json", QByteArray(size - bytes.size(), ' ') + bytes);
         importFile(portal, "long.json");
         EXPECT_EQ(store->config.get(), wanted) << size;
-        configModel->resetToDefaults();
+        presetsModel->resetToDefaults();
     }
 }
 
@@ -211,7 +211,7 @@ TEST_F(ConfigFilesTest, TheWindowDoesNotWaitForAFile) {
     configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig wanted = store->config.get();
     write("slow.json", exported());
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     HeldFile slow(path("slow.json"));
     if (!slow.isHeld()) {
         GTEST_SKIP() << "This system lets the test hold no file";
@@ -231,7 +231,7 @@ TEST_F(ConfigFilesTest, AFileThatIsReadSlowlyArrivesWhateverIsShownByThen) {
     configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig wanted = store->config.get();
     write("slow.json", exported());
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     HeldFile slow(path("slow.json"));
     if (!slow.isHeld()) {
         GTEST_SKIP() << "This system lets the test hold no file";
@@ -251,7 +251,7 @@ TEST_F(ConfigFilesTest, AFileThatHangsHoldsUpNoOther) {
     configModel->setClickIntervalSeconds(42);
     const AutoClickerConfig wanted = store->config.get();
     write("other.json", exported());
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     HeldFile hanging(path("hanging.json"));
     if (!hanging.isHeld()) {
         GTEST_SKIP() << "This system lets the test hold no file";
@@ -343,7 +343,7 @@ TEST_F(ConfigFilesTest, WithoutAPortalTheToolkitAsks) {
     EXPECT_TRUE(isFree());
     EXPECT_EQ(read("plain.json"), exported());
 
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     click(get("Import"));
     box = dialog();
     ASSERT_NE(box, nullptr);
