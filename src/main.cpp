@@ -142,7 +142,7 @@ int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance)
 
     const auto store = AutoClickerStore::create(loop, desktop, sounds, std::make_unique<PresetStore>(preferences));
     DonationManager donations(loop, preferences, urlOpener);
-    const KeyEventMonitor keyMonitor(desktop);
+    KeyEventMonitor keyMonitor(desktop);
     ConfigModel configModel(*store);
     RunModel runModel(*store, loop);
     PresetsModel presetsModel(*store);

@@ -67,7 +67,7 @@ public:
     /// The first answer decides. With a status other than `noErr` there is no hot key, the result has no effect any
     /// more, and no other answer follows. After `noErr` there is one for every change: a status when the desktop takes
     /// the hot key back, and `noErr` when it gives it back or binds another trigger. The result may be destroyed from
-    /// inside an answer; none comes after that.
+    /// inside an answer; none comes after that. The desktop's parts do not change inside this call.
     virtual Subscription registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
                                         AnswerReceiver answered) = 0;
 };

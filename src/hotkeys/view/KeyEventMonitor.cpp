@@ -152,7 +152,7 @@ bool KeyEventMonitor::takeRelease(const QKeyEvent& event) {
 }
 
 std::optional<std::string> KeyEventMonitor::charactersOf(std::uint32_t evdevCode, bool shiftHeld) {
-    if (const auto& told = desktop_.get().keyCharacters.part) {
+    if (const auto told = desktop_.get().keyCharacters.part) {
         return told->charactersIgnoringModifiers(evdevCode, shiftHeld);
     }
     if (!defaultCharacters_) {

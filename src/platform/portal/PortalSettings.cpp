@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <chrono>
 #include <utility>
 
 namespace velloran::platform::portal {
@@ -75,18 +76,21 @@ void PortalSettings::ask() {
     portal_.listen(portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                    SLOT(settingChanged(QString, QString, QDBusVariant, QDBusMessage)));
     const QStringList groups{commonGroup, gnomeGroup, gnomeAccessGroup, windowsGroup, plasmaGroup};
-    portal_.call({settingsInterface, QStringLiteral("ReadAll"), {groups}}, this, [this](const QDBusMessage& answer) {
-        if (answer.signature() != QLatin1String("a{sa{sv}}")) {
-            return;
-        }
-        const auto told = qdbus_cast<Groups>(answer.arguments().value(0));
-        for (auto group = told.begin(); group != told.end(); ++group) {
-            for (auto setting = group->begin(); setting != group->end(); ++setting) {
-                take(group.key(), setting.key(), setting.value());
-            }
-        }
-        workOut();
-    });
+    // A desktop that is only starting itself may take its time.
+    constexpr std::chrono::seconds longestWait(60);
+    portal_.call({settingsInterface, QStringLiteral("ReadAll"), {groups}, longestWait}, this,
+                 [this](const QDBusMessage& answer) {
+                     if (answer.signature() != QLatin1String("a{sa{sv}}")) {
+                         return;
+                     }
+                     const auto told = qdbus_cast<Groups>(answer.arguments().value(0));
+                     for (auto group = told.begin(); group != told.end(); ++group) {
+                         for (auto setting = group->begin(); setting != group->end(); ++setting) {
+                             take(group.key(), setting.key(), setting.value());
+                         }
+                     }
+                     workOut();
+                 });
 }
 
 void PortalSettings::settingChanged(const QString& group, const QString& key, const QDBusVariant& value,

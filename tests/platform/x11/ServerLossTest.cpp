@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <memory>
 #include <thread>
 
 namespace velloran::tests {
@@ -26,10 +27,10 @@ protected:
     }
 
     [[nodiscard]] std::pair<Subscription, Status> registered(std::uint32_t keyCode) {
-        Status status = 1;
+        const auto status = std::make_shared<Status>(1);
         Subscription hotKey = x11->hotKeys().registerHotKey(
-            keyCode, controlModifier, {}, [&status](const HotKeyAnswer& answer) { status = answer.status; });
-        return {std::move(hotKey), status};
+            keyCode, controlModifier, {}, [status](const HotKeyAnswer& answer) { *status = answer.status; });
+        return {std::move(hotKey), *status};
     }
 
     /// Everything that the platform offers, on a server that is gone.
