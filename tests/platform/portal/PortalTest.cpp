@@ -5,7 +5,9 @@
 #include "platform/portal/PortalSession.h"
 #include "platform/portal/PortalSettings.h"
 
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 #include <atomic>
 #include <chrono>
@@ -76,6 +78,14 @@ TEST_F(PortalTest, OneThatIsThereAlreadyIsFound) {
     const Portal later(session);
     EXPECT_FALSE(later.isThere());
     EXPECT_TRUE(until([&] { return later.isThere(); }));
+}
+
+TEST_F(PortalTest, OneThatIsNotRunningIsStarted) {
+    const QTemporaryDir folder;
+    const QString mark = folder.filePath("started");
+    bus.offer("org.freedesktop.portal.Desktop", "/usr/bin/touch " + mark.toStdString());
+    const Portal later(session);
+    EXPECT_TRUE(until([&] { return QFile::exists(mark); }));
 }
 
 TEST_F(PortalTest, GoesWithTheBusAndComesWithIt) {
