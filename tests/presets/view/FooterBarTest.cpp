@@ -141,7 +141,7 @@ TEST_F(FooterBarTest, ChoosingABuiltInKeepsTheHotkey) {
 TEST_F(FooterBarTest, ChoosingAnOwnPresetAppliesIt) {
     configModel->setClickIntervalSeconds(42);
     save("Slow");
-    configModel->resetToDefaults();
+    presetsModel->resetToDefaults();
     click(get("Presets"));
     click(get("Slow"));
     EXPECT_EQ(store->config.get().clickIntervalSeconds, 42);
