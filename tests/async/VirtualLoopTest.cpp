@@ -127,7 +127,7 @@ TEST(VirtualLoop, WatchesHearOfTheirDescriptorWhileTheyExist) {
     const Counter full(1);
     const Counter empty(0);
     auto watch = loop.watch(full.descriptor, readable, [&] { order.push_back(1); });
-    const auto writing = loop.watch(full.descriptor, writable, [&] { order.push_back(2); });
+    const auto writing = loop.watch(empty.descriptor, writable, [&] { order.push_back(2); });
     const auto other = loop.watch(empty.descriptor, readable, [&] { order.push_back(3); });
     EXPECT_TRUE(order.empty());
     loop.look();
