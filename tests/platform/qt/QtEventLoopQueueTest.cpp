@@ -103,17 +103,24 @@ TEST(QtEventLoopEnd, PendingCallsAreDroppedEvenWhenTheyHoldEachOther) {
 }
 
 TEST(QtEventLoopEnd, WhatIsAskedForWhileItEndsIsDroppedToo) {
+    auto held = std::make_shared<int>(0);
+    const std::weak_ptr<int> watched = held;
     bool isCalled = false;
     {
         QtEventLoop loop;
-        // Its end asks for three more calls.
-        const std::shared_ptr<void> asking(nullptr, [&](void*) {
-            loop.post([&isCalled] { isCalled = true; });
-            loop.callAfter(0, [&isCalled] { isCalled = true; });
-            loop.postFromAnyThread([&isCalled] { isCalled = true; });
+        // Its end asks for three more calls, and happens only when the end of another has asked for it.
+        const auto function = [held, &isCalled] { isCalled = true; };
+        const std::shared_ptr<void> second(nullptr, [function, &loop](void*) {
+            loop.post(function);
+            loop.callAfter(0, function);
+            loop.postFromAnyThread(function);
         });
-        loop.postFromAnyThread([asking] {});
+        const std::shared_ptr<void> first(nullptr, [second, &loop](void*) { loop.postFromAnyThread([second] {}); });
+        loop.postFromAnyThread([first] {});
+        held.reset();
     }
+    EXPECT_TRUE(watched.expired());
     EXPECT_FALSE(isCalled);
 }
+
 } // namespace velloran::platform::qt
