@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace velloran::tests {
 
@@ -38,7 +39,10 @@ TEST_F(ServerPartsTest, ClicksWorkAlone) {
 
 TEST_F(ServerPartsTest, PermissionKeepsTheClicksItIsFor) {
     const auto own = connect();
-    const auto trust = own->inputTrust(own->pointerEvents());
+    auto clicks = own->pointerEvents();
+    const std::weak_ptr<x11::X11PointerEvents> kept = clicks;
+    const auto trust = own->inputTrust(std::move(clicks));
+    ASSERT_FALSE(kept.expired());
     EXPECT_TRUE(trust->isTrusted());
 }
 
