@@ -5,6 +5,8 @@
 #include "harness/FakePortal.h"
 #include "harness/PrivateBus.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -34,6 +36,17 @@ protected:
         QObject context;
         portal.call({"org.freedesktop.DBus.Peer", "Ping"}, &context, [&](const QDBusMessage&) { isAnswered = true; });
         ASSERT_TRUE(until([&] { return isAnswered; }));
+    }
+
+    /// Has another program on the bus send the message, and lets it arrive.
+    void sendFromElsewhere(const QDBusMessage& message) {
+        QDBusConnection other = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), "other");
+        ASSERT_TRUE(other.send(message));
+        // The bus has passed it on before it answers this.
+        other.call(QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                  "org.freedesktop.DBus", "GetId"));
+        settle();
+        QDBusConnection::disconnectFromBus("other");
     }
 
     PrivateBus bus;

@@ -73,6 +73,14 @@ TEST_F(PortalSessionTest, EndsWhenThePortalClosesIt) {
     EXPECT_EQ(fake->closed, QStringList());
 }
 
+TEST_F(PortalSessionTest, NobodyElseIsBelieved) {
+    open();
+    sendFromElsewhere(QDBusMessage::createTargetedSignal(session.connection().baseService(), path,
+                                                         "org.freedesktop.portal.Session", "Closed"));
+    EXPECT_TRUE(session_->isOpen());
+    EXPECT_EQ(ended, 0);
+}
+
 TEST_F(PortalSessionTest, MayBeClosedBeforeItIsOpen) {
     ask();
     fake->closeSession(path);
