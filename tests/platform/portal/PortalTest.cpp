@@ -170,11 +170,11 @@ TEST_F(PortalTest, NobodyWaitsForABusThatAnswersLate) {
 
 TEST_F(PortalTest, NobodyWaitsForABusThatComesToRest) {
     bringPortal();
-    PortalSettings settings(portal);
     std::optional<PortalSession> remote;
     remote.emplace(portal, "org.freedesktop.portal.RemoteDesktop");
     settle();
     const HeldBus held(bus);
+    const PortalSettings settings(portal);
     const PortalRequest request(portal, {"org.freedesktop.portal.Some", "Thing"}, {}, [](const PortalResponse&) {});
     remote.reset();
     QCoreApplication::processEvents();
