@@ -93,6 +93,15 @@ TEST_F(SheetTest, TheFocusGoesBackToWhereItWas) {
     EXPECT_EQ(focused(), "First");
 }
 
+TEST_F(SheetTest, APointerLeavesNoRing) {
+    openSmallWindow();
+    openSheet();
+    tap(tabKey);
+    tap(escapeKey);
+    EXPECT_EQ(focused(), "Second");
+    EXPECT_FALSE(window->activeFocusItem()->property("visualFocus").toBool());
+}
+
 TEST_F(SheetTest, ANumberFieldHasItsRingAgain) {
     openMainWindow();
     for (int i = 0; i < 60 && focused() != "Click Interval"; ++i) {
