@@ -44,9 +44,6 @@ T.Menu {
     property bool heedsPointer: true
     property var pointerPlace: null
 
-    // Whether it only fades out any more.
-    property bool isLeaving: false
-
     /// Opens below the menu's parent, or above it where there is more room; never over it. Closes the menu when it is open.
     function toggle(byKey: bool) {
         if (root.opened)
@@ -106,11 +103,6 @@ T.Menu {
         return isTyped && root.select(root.currentIndex + 1, 1, event.text.toLowerCase());
     }
 
-    // A menu that only fades out any more keeps nobody from going on.
-    function letGo() {
-        root.isLeaving = root.visible && !root.opened;
-    }
-
     function rememberFocus() {
         root.focusBefore = root.parent.Window.activeFocusItem;
         root.hadKeyboard = root.isByKey || ((root.focusBefore as T.Control)?.visualFocus
@@ -133,7 +125,6 @@ T.Menu {
     }
 
     onAboutToShow: {
-        root.isLeaving = false;
         root.rememberFocus();
         if (root.isSubmenu) {
             root.heedsPointer = ((root.parent as T.MenuItem).menu as PopupMenu).heedsPointer;
@@ -142,8 +133,6 @@ T.Menu {
         if (root.chosenIndex >= 0)
             root.currentIndex = root.chosenIndex;
     }
-    // Only once the press that closes the menu has been dealt with.
-    onAboutToHide: Qt.callLater(root.letGo)
     onOpened: {
         if (root.isByKey && root.currentIndex < 0)
             root.select(0, 1, "");
@@ -153,7 +142,7 @@ T.Menu {
         root.isByKey = false;
     }
 
-    modal: !root.isSubmenu && !root.isLeaving
+    modal: !root.isSubmenu
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     margins: 8
     padding: 5

@@ -205,42 +205,4 @@ TEST_F(MenuTest, ANumberFieldHasItsRingAgainAfterAMenuThatAPointerOpened) {
     EXPECT_TRUE(hasRing());
 }
 
-TEST_F(MenuTest, OnceClosedItKeepsNobodyFromGoingOn) {
-    open(R"(
-        ShellWindow {
-            id: window
-            property var log: []
-            FaceButton { anchors.fill: parent; label: "Below"; onTriggered: window.log.push("below") }
-            FaceButton {
-                y: 200; label: "Opener"; onTriggered: menu.toggle(false)
-                PopupMenu {
-                    id: menu
-                    // Does not end for as long as the test takes.
-                    exit: Transition { NumberAnimation { property: "opacity"; from: 1; to: 0.5; duration: 1000000 } }
-                    PopupMenuItem { label: "Entry"; onTriggered: window.log.push("entry") }
-                }
-            }
-        })");
-    const auto takeLog = [&] {
-        const QStringList log = property("log").value<QJSValue>().toVariant().toStringList();
-        window->setProperty("log", QVariant::fromValue(engine->newArray()));
-        return log;
-    };
-    const QPointF beside(400, 400);
-    for (int i = 0; i < 2; ++i) {
-        click(get("Opener"));
-        const QPointF entry = frame(get("Entry")).center();
-        // The press that closes it does nothing else.
-        clickAt(beside);
-        EXPECT_EQ(takeLog(), QStringList());
-        clickAt(beside);
-        EXPECT_EQ(takeLog(), QStringList("below"));
-        click(get("Opener"));
-        clickAt(entry);
-        EXPECT_EQ(takeLog(), QStringList("entry"));
-        clickAt(beside);
-        EXPECT_EQ(takeLog(), QStringList("below"));
-    }
-}
-
 } // namespace velloran::tests
