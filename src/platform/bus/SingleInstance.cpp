@@ -24,6 +24,9 @@ const auto applicationInterface = QStringLiteral("org.freedesktop.Application");
 constexpr int longestWaitForBus = 2'000;    // milliseconds
 constexpr int longestWaitForOther = 10'000; // milliseconds
 
+/// What the wait for a change ends with when there was none.
+constexpr int waitedLongEnough = 1;
+
 /// The bus's answer to a request for a name that another one has.
 constexpr uint isTaken = 3;
 
@@ -96,9 +99,12 @@ SingleInstance::Claim SingleInstance::claim(const ActivationToken& token) {
         if (!mayHaveEnded(answer)) {
             return Claim::unanswered;
         }
-        // Whoever has the name may claim to have ended, and keep it.
-        QTimer::singleShot(static_cast<int>(deadline.remainingTime()), &wait, &QEventLoop::quit);
-        wait.exec();
+        // Whoever has the name may claim to have ended, and keep it. The timer may be up before the deadline is, so
+        // that the time is over when it says so.
+        QTimer::singleShot(static_cast<int>(deadline.remainingTime()), &wait, [&wait] { wait.exit(waitedLongEnough); });
+        if (wait.exec() == waitedLongEnough) {
+            break;
+        }
     }
     return bus.isConnected() ? Claim::unanswered : Claim::first;
 }
