@@ -42,7 +42,7 @@ class Program:
             self.process = processes.start(command, self.environment, stdout=log, stderr=stderr or log, cwd=self.folder)
         self._window = None
         self._window_id = None
-        self._headline = None
+        self._status_texts = None
 
     # Life
 
@@ -151,9 +151,13 @@ class Program:
         return until(look, f"there is no card {title!r}")
 
     def _live_texts(self):
-        if self._headline is None:
-            self._headline = self.card("Status").find_all("alert message")
-        return self._headline
+        """The headline and the message. While one word fades into the next there may be no headline to be seen."""
+        def look():
+            found = self.card("Status").find_all("alert message")
+            return found if len(found) == 2 else None
+        if self._status_texts is None:
+            self._status_texts = until(look, "the status has no headline and message")
+        return self._status_texts
 
     @property
     def headline(self):
