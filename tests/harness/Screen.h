@@ -1,9 +1,9 @@
 #pragma once
 
-#include "harness/observer/InputSender.h"
-#include "harness/observer/Server.h"
 #include "harness/ChildProcess.h"
 #include "harness/PrivateServer.h"
+#include "harness/observer/InputSender.h"
+#include "harness/observer/Server.h"
 
 #include <memory>
 #include <string>

@@ -1,25 +1,25 @@
 #pragma once
 
 #include "donation/DonationManager.h"
+#include "donation/view/DonationModel.h"
 #include "engine/AutoClickerStore.h"
 #include "fakes/RecordingPlatform.h"
 #include "fakes/makeStore.h"
+#include "harness/EventMarker.h"
+#include "harness/Screen.h"
+#include "hotkeys/view/KeyEventMonitor.h"
 #include "platform/FallbackFileChooser.h"
 #include "platform/portal/PortalFileChooser.h"
 #include "platform/portal/PortalSettings.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/WidgetFileChooser.h"
 #include "platform/x11/X11Server.h"
-#include "donation/view/DonationModel.h"
+#include "presets/view/ConfigFiles.h"
 #include "presets/view/PresetsModel.h"
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
-#include "presets/view/ConfigFiles.h"
-#include "hotkeys/view/KeyEventMonitor.h"
 #include "ui/theme/DesktopAppearance.h"
 #include "ui/window/DesktopWindowButtons.h"
-#include "harness/EventMarker.h"
-#include "harness/Screen.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>

@@ -2,8 +2,8 @@
 
 #include "base/fatal.h"
 #include "hotkeys/HotkeyCombo.h"
-#include "platform/KeyCharacters.h"
 #include "keys/KeyCodes.h"
+#include "platform/KeyCharacters.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/bus/SessionBus.h"
 #include "platform/bus/ActivationToken.h"
+#include "platform/bus/SessionBus.h"
 
 #include <QObject>
 

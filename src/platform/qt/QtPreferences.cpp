@@ -1,7 +1,7 @@
 #include "platform/qt/QtPreferences.h"
 
-#include "platform/qt/PreferencesFile.h"
 #include "base/StoredValue.h"
+#include "platform/qt/PreferencesFile.h"
 
 #include <pwd.h>
 #include <unistd.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "async/EventLoop.h"
 #include "async/ConnectionLoss.h"
+#include "async/EventLoop.h"
 #include "platform/x11/XcbHandles.h"
 
 #include <deque>

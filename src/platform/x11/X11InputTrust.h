@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/InputTrust.h"
 #include "async/ConnectionLoss.h"
+#include "platform/InputTrust.h"
 #include "platform/x11/X11PointerEvents.h"
 
 #include <memory>

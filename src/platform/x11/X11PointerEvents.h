@@ -1,8 +1,8 @@
 #pragma once
 
+#include "async/ConnectionLoss.h"
 #include "platform/PointerEvents.h"
 #include "platform/x11/ButtonMapping.h"
-#include "async/ConnectionLoss.h"
 #include "platform/x11/XcbHandles.h"
 
 #include <vector>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/bus/SessionBus.h"
-#include "platform/portal/Portal.h"
 #include "harness/FakePortal.h"
 #include "harness/PrivateBus.h"
+#include "platform/bus/SessionBus.h"
+#include "platform/portal/Portal.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

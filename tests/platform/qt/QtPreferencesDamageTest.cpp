@@ -1,6 +1,6 @@
+#include "platform/qt/QtPreferences.h"
 #include "platform/qt/Scratch.h"
 #include "platform/qt/wholeValue.h"
-#include "platform/qt/QtPreferences.h"
 
 #include <QLockFile>
 #include <QString>

@@ -1,9 +1,9 @@
-#include "platform/qt/HeldDisk.h"
-#include "platform/qt/Scratch.h"
 #include "engine/AutoClickerStore.h"
 #include "fakes/makeStore.h"
 #include "hotkeys/HotkeyManager.h"
+#include "platform/qt/HeldDisk.h"
 #include "platform/qt/QtPreferences.h"
+#include "platform/qt/Scratch.h"
 
 #include <QLockFile>
 #include <QString>

@@ -1,8 +1,8 @@
-#include "harness/observer/ClickReport.h"
-#include "async/SerialQueue.h"
 #include "async/ConnectionLoss.h"
-#include "platform/x11/X11PointerEvents.h"
+#include "async/SerialQueue.h"
+#include "harness/observer/ClickReport.h"
 #include "platform/x11/Desktop.h"
+#include "platform/x11/X11PointerEvents.h"
 
 #include <poll.h>
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "harness/PrivateServer.h"
 #include "harness/observer/InputSender.h"
 #include "harness/observer/InputWatcher.h"
 #include "harness/observer/Server.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/x11/X11Server.h"
-#include "harness/PrivateServer.h"
 
 #include <gtest/gtest.h>
 

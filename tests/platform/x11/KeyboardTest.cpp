@@ -1,6 +1,6 @@
+#include "platform/x11/Desktop.h"
 #include "platform/x11/X11KeyCharacters.h"
 #include "platform/x11/X11Keyboard.h"
-#include "platform/x11/Desktop.h"
 
 #include <linux/input-event-codes.h>
 

@@ -1,9 +1,9 @@
 #include "async/ConnectionLoss.h"
 
 #include "async/SerialQueue.h"
+#include "platform/x11/Desktop.h"
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11PointerEvents.h"
-#include "platform/x11/Desktop.h"
 
 #include <atomic>
 #include <csignal>

@@ -1,7 +1,7 @@
 #include "presets/view/FileReader.h"
 
-#include "presets/view/fileTransfer.h"
 #include "presets/view/ConfigFilesBench.h"
+#include "presets/view/fileTransfer.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
-#include "ui/controls/WholeNumber.h"
 #include "ui/controls/NumberFieldStage.h"
+#include "ui/controls/WholeNumber.h"
 
 #include <gtest/gtest.h>
 

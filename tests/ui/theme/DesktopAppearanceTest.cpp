@@ -1,7 +1,7 @@
 #include "ui/theme/DesktopAppearance.h"
 
-#include "platform/portal/PortalSettings.h"
 #include "harness/FakePortal.h"
+#include "platform/portal/PortalSettings.h"
 
 #include <QSignalSpy>
 #include <QTest>
