@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Date.h"
+#include "base/Moment.h"
 
 #include <cstdint>
 #include <functional>
@@ -40,6 +41,9 @@ public:
 
     /// The wall clock. It may be set forward and back while the program runs.
     [[nodiscard]] virtual Date now() const = 0;
+
+    /// The clock that nobody sets, by which waiting goes.
+    [[nodiscard]] virtual Moment monotonicNow() const = 0;
 
     /// Calls `function` in a later turn. Posted functions are called in the order in which they were posted.
     virtual CallId post(Function function) = 0;

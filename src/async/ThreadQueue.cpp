@@ -5,11 +5,10 @@
 
 #include <sys/prctl.h>
 
-#include <utility>
-
 namespace velloran {
 
-ThreadQueue::ThreadQueue(const std::string& label) : thread_(startThread(label, [this] { work(); })) {
+ThreadQueue::ThreadQueue(const std::string& label)
+    : timer_(MonotonicTimer::Reading::waits), thread_(startThread(label, [this] { work(); })) {
     if (!thread_.joinable()) {
         fatalError("The system grants no thread");
     }
@@ -19,31 +18,36 @@ ThreadQueue::~ThreadQueue() {
     {
         const std::lock_guard lock(mutex_);
         isEnding_ = true;
+        timer_.arm(Moment::min());
     }
-    changed_.notify_one();
     thread_.join();
 }
 
-void ThreadQueue::async(std::function<void()> job) {
-    {
-        const std::lock_guard lock(mutex_);
-        jobs_.push_back(std::move(job));
+void ThreadQueue::asyncAt(Moment due, std::function<void()> job) {
+    const std::lock_guard lock(mutex_);
+    jobs_.emplace_back(due, std::move(job));
+    if (jobs_.size() == 1) {
+        timer_.arm(due);
     }
-    changed_.notify_one();
 }
 
 void ThreadQueue::work() {
     // Without it the kernel may let each wait run over by 50 microseconds.
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     std::unique_lock lock(mutex_);
-    while (true) {
-        changed_.wait(lock, [this] { return isEnding_ || !jobs_.empty(); });
-        if (jobs_.empty()) {
-            return;
+    while (!isEnding_ || !jobs_.empty()) {
+        if (jobs_.empty() || (!isEnding_ && jobs_.front().first > std::chrono::steady_clock::now())) {
+            lock.unlock();
+            timer_.take();
+            lock.lock();
+            continue;
         }
         {
-            const std::function<void()> job = std::move(jobs_.front());
+            const std::function<void()> job = std::move(jobs_.front().second);
             jobs_.pop_front();
+            if (!jobs_.empty()) {
+                timer_.arm(jobs_.front().first);
+            }
             lock.unlock();
             job();
         } // what the job holds is let go of outside the lock

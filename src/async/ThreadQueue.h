@@ -1,17 +1,19 @@
 #pragma once
 
+#include "async/MonotonicTimer.h"
 #include "async/SerialQueue.h"
 
-#include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace velloran {
 
 /// The serial queue of real loops: one thread of its own, started at once. The thread carries the label, takes no
-/// signals and asks for timers without slack. Without a thread the program ends. `async` may be called from any thread.
+/// signals and asks for timers without slack. Without a thread or a timer the program ends. Jobs may be handed over on
+/// any thread.
 class ThreadQueue final : public SerialQueue {
 public:
     explicit ThreadQueue(const std::string& label);
@@ -19,15 +21,18 @@ public:
     ThreadQueue& operator=(const ThreadQueue&) = delete;
     ~ThreadQueue() override;
 
-    void async(std::function<void()> job) override;
+    void asyncAt(Moment due, std::function<void()> job) override;
 
 private:
     void work();
 
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<std::function<void()>> jobs_;
+    /// Wakes the thread when the first job is due. Whoever hands that one over arms it, so that the thread wakes once
+    /// for a job, and not also to learn of it.
+    const MonotonicTimer timer_;
+    std::mutex mutex_; // guards what follows
+    std::deque<std::pair<Moment, std::function<void()>>> jobs_;
     bool isEnding_ = false;
+
     std::thread thread_;
 };
 

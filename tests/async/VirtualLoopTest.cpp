@@ -175,6 +175,36 @@ TEST(VirtualLoop, TakesCallsFromEveryThread) {
     EXPECT_FALSE(loop.runNext());
 }
 
+TEST(VirtualLoop, QueueDoesEachJobAtItsMomentAndInOrder) {
+    VirtualLoop loop;
+    loop.advanceNanoseconds(100);
+    std::vector<std::pair<int, std::uint64_t>> done;
+    const auto note = [&](int job) { return [&, job] { done.emplace_back(job, loop.elapsed()); }; };
+    const auto queue = loop.makeSerialQueue("jobs");
+    queue->asyncAt(later(loop.monotonicNow(), 50), note(1));
+    queue->async(note(2));
+    queue->asyncAt(later(loop.monotonicNow(), 20), note(3));
+    queue->asyncAt(later(loop.monotonicNow(), 70), note(4));
+    loop.advanceNanoseconds(1000);
+    queue->asyncAt(Moment(), note(5));
+    loop.runDue();
+    EXPECT_EQ(done, (decltype(done){{1, 150}, {2, 150}, {3, 150}, {4, 170}, {5, 1100}}));
+    EXPECT_EQ(loop.pendingCalls(), 0U);
+}
+
+TEST(VirtualLoop, QueueThatEndsDoesAtOnceWhatIsNotDueYet) {
+    VirtualLoop loop;
+    Order order;
+    auto queue = loop.makeSerialQueue("jobs");
+    queue->asyncAt(later(loop.monotonicNow(), 50), [&] { order.push_back(1); });
+    queue->asyncAt(later(loop.monotonicNow(), 90), [&] { order.push_back(2); });
+    loop.advanceNanoseconds(49);
+    EXPECT_TRUE(order.empty());
+    queue.reset();
+    EXPECT_EQ(order, (Order{1, 2}));
+    EXPECT_EQ(loop.pendingCalls(), 0U);
+}
+
 TEST(ScheduledCall, CancelsAtItsEndAndWhenAssignedOver) {
     VirtualLoop loop;
     Order order;

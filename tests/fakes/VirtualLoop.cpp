@@ -3,6 +3,7 @@
 #include "async/ThreadQueue.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <deque>
 #include <utility>
@@ -30,31 +31,50 @@ public:
 
     ~Queue() override {
         loop_.cancel(turn_);
-        drain();
+        while (!jobs_.empty()) {
+            doFirst();
+        }
     }
 
-    void async(std::function<void()> job) override {
-        jobs_.push_back(std::move(job));
+    void asyncAt(Moment due, std::function<void()> job) override {
+        jobs_.emplace_back(due, std::move(job));
         if (turn_ == CallId::none) {
-            turn_ = loop_.post([this] {
-                turn_ = CallId::none;
-                drain();
-            });
+            askForTurn();
         }
     }
 
 private:
-    void drain() {
-        while (!jobs_.empty()) {
-            const auto job = std::move(jobs_.front());
-            jobs_.pop_front();
-            job();
-        }
+    void askForTurn() {
+        turn_ = loop_.callAfter(nanosecondsBetween(loop_.monotonicNow(), jobs_.front().first), [this] {
+            turn_ = CallId::none;
+            while (!jobs_.empty() && jobs_.front().first <= loop_.monotonicNow()) {
+                doFirst();
+            }
+            if (!jobs_.empty() && turn_ == CallId::none) {
+                askForTurn();
+            }
+        });
+    }
+
+    void doFirst() {
+        const auto job = std::move(jobs_.front().second);
+        jobs_.pop_front();
+        job();
     }
 
     VirtualLoop& loop_;
-    std::deque<std::function<void()>> jobs_;
+    std::deque<std::pair<Moment, std::function<void()>>> jobs_;
     CallId turn_ = CallId::none;
+};
+
+class VirtualLoop::PromptThreadQueue final : public SerialQueue {
+public:
+    explicit PromptThreadQueue(const std::string& label) : queue_(label) {}
+
+    void asyncAt(Moment /*due*/, std::function<void()> job) override { queue_.async(std::move(job)); }
+
+private:
+    ThreadQueue queue_;
 };
 
 class VirtualLoop::VirtualWatch final : public EventLoop::Watch {
@@ -85,6 +105,10 @@ VirtualLoop::~VirtualLoop() {
 
 Date VirtualLoop::now() const {
     return start + (static_cast<double>(elapsed_) / static_cast<double>(nanosecondsPerSecond) + wallShift_);
+}
+
+Moment VirtualLoop::monotonicNow() const {
+    return later(Moment(), elapsed_);
 }
 
 EventLoop::CallId VirtualLoop::post(Function function) {
@@ -122,7 +146,7 @@ std::unique_ptr<EventLoop::Watch> VirtualLoop::watch(int fileDescriptor, Readine
 std::unique_ptr<SerialQueue> VirtualLoop::makeSerialQueue(std::string label) {
     queueLabel_ = std::move(label);
     if (usesThreads) {
-        return std::make_unique<ThreadQueue>(queueLabel_);
+        return std::make_unique<PromptThreadQueue>(queueLabel_);
     }
     return std::make_unique<Queue>(*this);
 }

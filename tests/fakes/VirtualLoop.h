@@ -26,13 +26,16 @@ public:
     ~VirtualLoop() override;
 
     Date now() const override;
+    /// That long after the beginning of the clock.
+    Moment monotonicNow() const override;
     CallId post(Function function) override;
     void postFromAnyThread(Function function) override;
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
     void cancel(CallId call) override;
     std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
 
-    /// A queue whose jobs run in turns of this loop, or at its destruction; with `usesThreads` one on a real thread.
+    /// A queue whose jobs run in turns of this loop, or at its destruction; with `usesThreads` one on a real thread,
+    /// which knows nothing of virtual time: there everything is due at once.
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
     bool usesThreads = false;
 
@@ -65,6 +68,7 @@ public:
 
 private:
     class Queue;
+    class PromptThreadQueue;
     class VirtualWatch;
     /// In the order of asking.
     using Watches = std::list<std::pair<pollfd, std::shared_ptr<Function>>>;

@@ -1,18 +1,14 @@
 #include "platform/qt/QtEventLoop.h"
 
 #include "async/ThreadQueue.h"
-#include "base/fatal.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 
 #include <sys/prctl.h>
-#include <sys/timerfd.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
 
 namespace velloran::platform::qt {
 
@@ -24,11 +20,6 @@ constexpr std::chrono::seconds referenceDateInUnixTime(978'307'200);
 QEvent::Type turnEvent() {
     static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
     return type;
-}
-
-std::uint64_t monotonicNow() {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<std::uint64_t>(std::chrono::nanoseconds(now).count());
 }
 
 class NotifierWatch final : public EventLoop::Watch {
@@ -46,13 +37,10 @@ private:
 
 } // namespace
 
-QtEventLoop::QtEventLoop() : timer_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
-    if (timer_ < 0) {
-        fatalError("The system grants no timer");
-    }
+QtEventLoop::QtEventLoop() : timer_(MonotonicTimer::Reading::returns) {
     // Without it the kernel may let each wait run over by 50 microseconds.
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
-    notifier_ = std::make_unique<QSocketNotifier>(timer_, QSocketNotifier::Read);
+    notifier_ = std::make_unique<QSocketNotifier>(timer_.descriptor(), QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { runDue(); });
 }
 
@@ -68,7 +56,6 @@ QtEventLoop::~QtEventLoop() {
             deadlines_.erase(dropped.key().second);
         }
     }
-    close(timer_);
 }
 
 Date QtEventLoop::now() const {
@@ -76,6 +63,10 @@ Date QtEventLoop::now() const {
     const std::chrono::duration<double> sinceReference =
         std::chrono::system_clock::now().time_since_epoch() - referenceDateInUnixTime;
     return Date(sinceReference.count());
+}
+
+Moment QtEventLoop::monotonicNow() const {
+    return std::chrono::steady_clock::now();
 }
 
 EventLoop::CallId QtEventLoop::post(Function function) {
@@ -95,9 +86,7 @@ void QtEventLoop::postFromAnyThread(Function function) {
 
 EventLoop::CallId QtEventLoop::callAfter(std::uint64_t nanoseconds, Function function) {
     const std::uint64_t id = ++lastId_;
-    const std::uint64_t now = monotonicNow();
-    const std::uint64_t most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    const std::uint64_t deadline = nanoseconds > most - now ? most : now + nanoseconds;
+    const Moment deadline = later(monotonicNow(), nanoseconds);
     timed_.emplace(Deadline(deadline, id), std::move(function));
     deadlines_.emplace(id, deadline);
     arm();
@@ -168,11 +157,9 @@ void QtEventLoop::runPosted() {
 }
 
 void QtEventLoop::runDue() {
-    std::uint64_t expirations = 0;
-    // Nothing to read means that the timer was set anew meanwhile.
-    [[maybe_unused]] const auto count = read(timer_, &expirations, sizeof expirations);
-    armedFor_ = 0;
-    const std::uint64_t now = monotonicNow();
+    timer_.take();
+    armedFor_.reset();
+    const Moment now = monotonicNow();
     while (!timed_.empty() && timed_.begin()->first.first <= now) {
         const auto node = timed_.extract(timed_.begin());
         deadlines_.erase(node.key().second);
@@ -184,15 +171,16 @@ void QtEventLoop::runDue() {
 }
 
 void QtEventLoop::arm() {
-    const std::uint64_t deadline = timed_.empty() ? 0 : std::max<std::uint64_t>(timed_.begin()->first.first, 1);
+    const auto deadline = timed_.empty() ? std::nullopt : std::optional(timed_.begin()->first.first);
     if (deadline == armedFor_) {
         return;
     }
     armedFor_ = deadline;
-    itimerspec when{};
-    when.it_value.tv_sec = static_cast<time_t>(deadline / nanosecondsPerSecond);
-    when.it_value.tv_nsec = static_cast<long>(deadline % nanosecondsPerSecond);
-    timerfd_settime(timer_, TFD_TIMER_ABSTIME, &when, nullptr);
+    if (deadline) {
+        timer_.arm(*deadline);
+    } else {
+        timer_.disarm();
+    }
 }
 
 } // namespace velloran::platform::qt

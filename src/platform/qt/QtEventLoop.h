@@ -1,6 +1,7 @@
 #pragma once
 
 #include "async/EventLoop.h"
+#include "async/MonotonicTimer.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -10,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -28,6 +30,7 @@ public:
     ~QtEventLoop() override;
 
     Date now() const override;
+    Moment monotonicNow() const override;
     CallId post(Function function) override;
     void postFromAnyThread(Function function) override;
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
@@ -39,7 +42,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    using Deadline = std::pair<std::uint64_t, std::uint64_t>; // monotonic nanoseconds, identifier
+    using Deadline = std::pair<Moment, std::uint64_t>; // and identifier
 
     void requestTurn();
     void takeOver();
@@ -54,9 +57,9 @@ private:
     std::vector<Function> handedOver_;
 
     std::map<Deadline, Function> timed_;
-    std::unordered_map<std::uint64_t, std::uint64_t> deadlines_;
-    int timer_ = -1;
-    std::uint64_t armedFor_ = 0;
+    std::unordered_map<std::uint64_t, Moment> deadlines_;
+    const MonotonicTimer timer_;
+    std::optional<Moment> armedFor_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 

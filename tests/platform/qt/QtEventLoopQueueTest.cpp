@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -30,6 +31,14 @@ TEST_F(QtEventLoopTest, AQueueDoesItsJobsInOrderOnAThreadOfItsOwn) {
         EXPECT_EQ(threads[static_cast<std::size_t>(index)], threads.front());
     }
     EXPECT_NE(threads.front(), std::this_thread::get_id());
+}
+
+TEST_F(QtEventLoopTest, AQueueDoesAJobAtAMomentOfTheClockOfTheLoop) {
+    auto queue = loop.makeSerialQueue("velloran.test");
+    const Moment due = later(loop.monotonicNow(), 5 * millisecond);
+    std::promise<Moment> done;
+    queue->asyncAt(due, [&] { done.set_value(loop.monotonicNow()); });
+    EXPECT_GE(done.get_future().get(), due);
 }
 
 TEST_F(QtEventLoopTest, TheLoopDoesNotWaitForAQueue) {
