@@ -1,9 +1,8 @@
 #include "async/ThreadQueue.h"
 
 #include "async/startThread.h"
+#include "async/wakePromptly.h"
 #include "base/fatal.h"
-
-#include <sys/prctl.h>
 
 namespace velloran {
 
@@ -32,8 +31,7 @@ void ThreadQueue::asyncAt(Moment due, std::function<void()> job) {
 }
 
 void ThreadQueue::work() {
-    // Without it the kernel may let each wait run over by 50 microseconds.
-    prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+    wakePromptly();
     std::unique_lock lock(mutex_);
     while (!isEnding_ || !jobs_.empty()) {
         if (jobs_.empty() || (!isEnding_ && jobs_.front().first > std::chrono::steady_clock::now())) {

@@ -12,7 +12,7 @@
 namespace velloran {
 
 /// The serial queue of real loops: one thread of its own, started at once. The thread carries the label, takes no
-/// signals and asks for timers without slack. Without a thread or a timer the program ends. Jobs may be handed over on
+/// signals and wakes promptly. Without a thread or a timer the program ends. Jobs may be handed over on
 /// any thread.
 class ThreadQueue final : public SerialQueue {
 public:
