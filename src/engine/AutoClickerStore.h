@@ -96,7 +96,8 @@ private:
     void startLoop();
     void cancelLoop();
     void applyHotkey(const std::optional<HotkeyCombo>& combo);
-    void click(const AutoClickerConfig& snapshot, std::uint64_t run);
+    /// Hands the click over, which is posted when it is due, and counts it.
+    void click(const AutoClickerConfig& snapshot, std::uint64_t run, Moment due);
 
     /// Lets `change` alter the run record unless `isOvertaken`: whoever is told of a change may start or stop, and what
     /// was to be written before that is then not written over it. Whether the writer may go on.

@@ -3,6 +3,7 @@
 #include "base/checked.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -22,6 +23,26 @@ std::optional<std::int64_t> clickLimit(const AutoClickerConfig& snapshot) {
 
 std::uint64_t nanoseconds(double seconds) {
     return checkedUInt64(seconds * static_cast<double>(nanosecondsPerSecond));
+}
+
+/// How long before it is due a click is handed over. This thread also draws a window and is late now and then; the one
+/// that posts does nothing else, and sleeps until the very moment. A 256th of a second: a date holds it exactly, and so
+/// whatever was exact as a date stays so.
+constexpr std::chrono::nanoseconds usualLead(3'906'250);
+static_assert(std::chrono::duration<double>(2 * usualLead).count() <= AutoClickerConfig::intervalMin);
+
+/// What the schedule takes for the present, on both clocks.
+struct Present {
+    Date date;
+    Moment moment;
+};
+
+/// Once a click is handed over, its moment is the present until it is past: what is decided ahead of time comes out as
+/// if it were decided when that click is posted, even when the wall clock is set in between.
+Present presentAfter(Moment handedOver, const EventLoop& loop) {
+    const Moment now = loop.monotonicNow();
+    const auto ahead = static_cast<double>(nanosecondsBetween(now, handedOver));
+    return {loop.now() + ahead / static_cast<double>(nanosecondsPerSecond), std::max(now, handedOver)};
 }
 
 } // namespace
@@ -47,9 +68,15 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
     }
 
     const std::optional<std::int64_t> limit = clickLimit(snapshot);
+    // What the gate says has to hold when the click is posted: a mouse that moved after a hand-over ahead of time would
+    // be clicked under.
+    const std::chrono::nanoseconds lead = snapshot.requireStationaryMouse ? std::chrono::nanoseconds(0) : usualLead;
     Date nextClick = loop.now();
+    // When the next click is due, and until that is known, when the last one was.
+    Moment due = loop.monotonicNow();
     while (!hasEnded()) {
-        if (limit && store->runtime_.get().clicksCompleted >= *limit) {
+        const std::int64_t clicks = store->runtime_.get().clicksCompleted;
+        if (limit && clicks >= *limit) {
             store->alter(hasEnded, [](AutoClickerRuntime& record) {
                 record.status = ClickerStatus::completed;
                 record.nextClickAt.reset();
@@ -58,10 +85,18 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
             co_return;
         }
 
-        const Date now = loop.now();
-        if (nextClick > now) {
-            const std::uint64_t wait = nanoseconds(nextClick - now);
+        // A click is handed over only when the one in front of it is due, so that after a stop one follows at most.
+        const Present present = presentAfter(due, loop);
+        due = present.moment;
+        Moment handOver = due;
+        if (nextClick > present.date) {
+            due = later(present.moment, nanoseconds(nextClick - present.date));
+            // The end of the run is told with its last click, and not before.
+            const bool isLast = limit && clicks + 1 == *limit;
+            handOver = isLast ? due : std::max(due - lead, present.moment);
             store->alter(hasEnded, [&](AutoClickerRuntime& record) { record.nextClickAt = nextClick; });
+        }
+        if (const std::uint64_t wait = nanosecondsBetween(loop.monotonicNow(), handOver); wait > 0) {
             co_await taskSleep(wait);
         } else {
             // A loop that is late at every pass would otherwise keep out whatever could stop it.
@@ -88,13 +123,14 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
             }
         }
 
-        store->click(snapshot, run);
-        nextClick = std::max(nextClick + snapshot.clickIntervalSeconds, loop.now());
+        store->click(snapshot, run, due);
+        nextClick = std::max(nextClick + snapshot.clickIntervalSeconds, presentAfter(due, loop).date);
     }
 }
 
-void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run) {
-    engineQueue_->async([engine = engine_, button = engineButton(snapshot.mouseButton)] { engine->post(button); });
+void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run, Moment due) {
+    engineQueue_->asyncAt(due,
+                          [engine = engine_, button = engineButton(snapshot.mouseButton)] { engine->post(button); });
     if (snapshot.playClickSound) {
         soundPlayer_.playClickTick();
     }
