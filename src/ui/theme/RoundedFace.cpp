@@ -120,10 +120,6 @@ private:
 
 RoundedFace::RoundedFace(QQuickItem* parent) : QQuickItem(parent) {
     setFlag(ItemHasContents);
-    for (const auto changed : {&RoundedFace::fillChanged, &RoundedFace::lowerFillChanged, &RoundedFace::strokeChanged,
-                               &RoundedFace::strokeWidthChanged, &RoundedFace::radiusChanged}) {
-        connect(this, changed, this, &QQuickItem::update);
-    }
 }
 
 QSGNode* RoundedFace::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
