@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// The ready-made shortcuts, behind a small round button.
 PlainButton {
@@ -9,13 +10,17 @@ PlainButton {
     signal chosen(int index)
     signal cleared()
 
+    function toggleMenu(byKey: bool) {
+        menu.get({ opener: root }).toggle(byKey);
+    }
+
     label: "Choose a preset hotkey"
     help: "Choose a preset hotkey"
     faceRadius: root.width / 2
     air: 0
-    onTriggered: menu.toggle(!root.isPointerPress)
-    Keys.onDownPressed: menu.toggle(true)
-    Keys.onUpPressed: menu.toggle(true)
+    onTriggered: root.toggleMenu(!root.isPointerPress)
+    Keys.onDownPressed: root.toggleMenu(true)
+    Keys.onUpPressed: root.toggleMenu(true)
 
     Accessible.role: Accessible.ButtonMenu
     Accessible.description: ""
@@ -26,28 +31,9 @@ PlainButton {
         color: Theme.faded(Theme.accentBlue, 0.85)
     }
 
-    PopupMenu {
+    OnDemand {
         id: menu
 
-        endsRight: true
-
-        Repeater {
-            model: root.choices
-
-            PopupMenuItem {
-                required property int index
-                required property string modelData
-
-                label: modelData
-                onTriggered: root.chosen(index)
-            }
-        }
-
-        MenuDivider {}
-
-        PopupMenuItem {
-            label: "Clear Hotkey"
-            onTriggered: root.cleared()
-        }
+        source: "HotkeyMenu.qml"
     }
 }

@@ -72,30 +72,34 @@ CardBackground {
             }
         }
 
-        PlainButton {
-            id: grant
+        OnDemand {
+            wanted: !root.run.hasAccessibilityPermission
 
-            visible: !root.run.hasAccessibilityPermission
-            label: "Grant Accessibility Permission"
-            onTriggered: root.run.openAccessibilitySettings()
+            PlainButton {
+                id: grant
 
-            contentItem: Row {
-                spacing: 6
+                visible: !root.run.hasAccessibilityPermission
+                label: "Grant Accessibility Permission"
+                onTriggered: root.run.openAccessibilitySettings()
 
-                Icon {
-                    anchors.verticalCenter: parent.verticalCenter
-                    name: "exclamationmark.shield.fill"
-                    pointSize: 12
-                    color: Theme.statusError
-                }
+                contentItem: Row {
+                    spacing: 6
 
-                BodyText {
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: grant.label
-                    size: 12
-                    weight: Font.DemiBold
-                    color: Theme.statusError
-                    exposed: false
+                    Icon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: "exclamationmark.shield.fill"
+                        pointSize: 12
+                        color: Theme.statusError
+                    }
+
+                    BodyText {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: grant.label
+                        size: 12
+                        weight: Font.DemiBold
+                        color: Theme.statusError
+                        exposed: false
+                    }
                 }
             }
         }

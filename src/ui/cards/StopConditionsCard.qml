@@ -84,23 +84,27 @@ CardBackground {
                                       : "Total number of clicks before automatically stopping."
         }
 
-        ColumnLayout {
-            visible: root.run.showsProgress
-            spacing: Theme.spacing.md
+        OnDemand {
+            wanted: root.run.showsProgress
 
-            ProgressBar {
-                Layout.fillWidth: true
-                label: "Progress"
-                progress: root.run.progress
-            }
+            ColumnLayout {
+                visible: root.run.showsProgress
+                spacing: Theme.spacing.md
 
-            BodyText {
-                Layout.fillWidth: true
-                text: root.run.progressText
-                size: 12
-                weight: Font.Medium
-                color: Theme.textSecondary
-                wrapMode: Text.Wrap
+                ProgressBar {
+                    Layout.fillWidth: true
+                    label: "Progress"
+                    progress: root.run.progress
+                }
+
+                BodyText {
+                    Layout.fillWidth: true
+                    text: root.run.progressText
+                    size: 12
+                    weight: Font.Medium
+                    color: Theme.textSecondary
+                    wrapMode: Text.Wrap
+                }
             }
         }
     }

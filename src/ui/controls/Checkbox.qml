@@ -75,8 +75,12 @@ FocusScope {
         }
     }
 
-    HelpTip {
-        help: root.help
-        shown: box.hovered && !box.down
+    OnDemand {
+        wanted: root.help !== "" && box.hovered
+
+        HelpTip {
+            help: root.help
+            shown: box.hovered && !box.down
+        }
     }
 }

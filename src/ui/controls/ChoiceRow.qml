@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// What a checkbox and a radio button show: a mark, which is the children, and a label.
 Item {
@@ -25,17 +26,29 @@ Item {
         height: 18
     }
 
-    PointerVeil {
-        anchors.fill: holder
-        radius: root.markRadius
-        hovered: root.isHovered
-        pressed: root.isPressed
-    }
+    OnDemand {
+        wanted: root.isHovered || root.isPressed || root.isFocused
 
-    FocusRing {
-        anchors.fill: holder
-        shown: root.isFocused
-        around: root.markRadius
+        Item {
+            id: answers
+
+            // What comes into being under the pointer fades in all the same.
+            property bool isReady: false
+
+            anchors.fill: holder
+            Component.onCompleted: answers.isReady = true
+
+            PointerVeil {
+                radius: root.markRadius
+                hovered: answers.isReady && root.isHovered
+                pressed: answers.isReady && root.isPressed
+            }
+
+            FocusRing {
+                shown: root.isFocused
+                around: root.markRadius
+            }
+        }
     }
 
     BodyText {

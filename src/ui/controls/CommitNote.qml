@@ -13,70 +13,93 @@ Item {
 
     signal updatePressed()
 
-    implicitWidth: root.pending ? root.gap + button.implicitWidth : root.updated ? root.gap + badge.implicitWidth : 0
-    implicitHeight: root.implicitWidth > 0 ? Math.max(button.implicitHeight, badge.implicitHeight) : 0
+    readonly property Item button: updateButton.made as Item
+    readonly property Item badge: updatedBadge.made as Item
+
+    implicitWidth: root.pending ? root.gap + (root.button?.implicitWidth ?? 0)
+                                : root.updated ? root.gap + (root.badge?.implicitWidth ?? 0) : 0
+    implicitHeight: root.implicitWidth > 0 ? Math.max(root.button?.implicitHeight ?? 0, root.badge?.implicitHeight ?? 0) : 0
 
     Behavior on implicitWidth {
         EaseInOut { seconds: 0.18 }
     }
 
-    PlainButton {
-        id: button
+    OnDemand {
+        id: updateButton
 
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
-        label: "Update"
-        size: 11
-        leftPadding: 10
-        rightPadding: 10
-        topPadding: 4
-        bottomPadding: 4
-        faceRadius: 6
-        // Taking the focus would commit before the press does.
-        focusPolicy: Qt.NoFocus
-        activeFocusOnTab: false
-        enabled: root.pending
-        visible: button.opacity > 0
-        opacity: root.pending ? 1 : 0
-        onTriggered: root.updatePressed()
+        wanted: root.pending || root.updated
 
-        background: RoundedFace {
-            radius: 6
-            fill: Theme.accentBlue
-        }
+        PlainButton {
+            id: button
 
-        Behavior on opacity {
-            EaseInOut { seconds: 0.18 }
+            // Fades in the first time as well.
+            property bool isReady: false
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            label: "Update"
+            size: 11
+            leftPadding: 10
+            rightPadding: 10
+            topPadding: 4
+            bottomPadding: 4
+            faceRadius: 6
+            // Taking the focus would commit before the press does.
+            focusPolicy: Qt.NoFocus
+            activeFocusOnTab: false
+            enabled: root.pending
+            visible: button.opacity > 0
+            opacity: root.pending && button.isReady ? 1 : 0
+            onTriggered: root.updatePressed()
+            Component.onCompleted: button.isReady = true
+
+            background: RoundedFace {
+                radius: 6
+                fill: Theme.accentBlue
+            }
+
+            Behavior on opacity {
+                EaseInOut { seconds: 0.18 }
+            }
         }
     }
 
-    Row {
-        id: badge
+    OnDemand {
+        id: updatedBadge
 
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 3
-        visible: badge.opacity > 0
-        opacity: root.updated && !root.pending ? 1 : 0
+        wanted: root.pending || root.updated
 
-        Behavior on opacity {
-            EaseInOut { seconds: 0.18 }
-        }
+        Row {
+            id: badge
 
-        Icon {
+            property bool isReady: false
+
+            anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            name: "checkmark.circle.fill"
-            pointSize: 11
-            color: Theme.statusRunning
-        }
+            spacing: 3
+            visible: badge.opacity > 0
+            opacity: root.updated && !root.pending && badge.isReady ? 1 : 0
+            Component.onCompleted: badge.isReady = true
 
-        BodyText {
-            anchors.verticalCenter: parent.verticalCenter
-            text: "Updated"
-            size: 11
-            weight: Font.DemiBold
-            color: Theme.statusRunning
-            Accessible.role: Accessible.AlertMessage
+            Behavior on opacity {
+                EaseInOut { seconds: 0.18 }
+            }
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "checkmark.circle.fill"
+                pointSize: 11
+                color: Theme.statusRunning
+            }
+
+            BodyText {
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Updated"
+                size: 11
+                weight: Font.DemiBold
+                color: Theme.statusRunning
+                Accessible.role: Accessible.AlertMessage
+            }
         }
     }
 }

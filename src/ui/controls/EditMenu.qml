@@ -5,7 +5,15 @@ import QtQuick
 PopupMenu {
     id: root
 
-    required property TextInput field
+    required property TextBox field
+
+    // By now the focus is back, so that at no moment the field seems to be left.
+    onClosed: {
+        // Unless a newer one is open.
+        if (root.field.openedMenu === root)
+            root.field.openedMenu = null;
+        root.destroy();
+    }
 
     PopupMenuItem {
         label: "Cut"

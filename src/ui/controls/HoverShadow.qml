@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// The glow under an action button, which grows wider and stronger as the pointer comes.
 Item {
@@ -10,25 +11,30 @@ Item {
     /// How far the pointer has come, 0…1.
     required property real hover
     /// How far the glow goes beyond what it lies under, at the most.
-    readonly property int reach: wide.reach + wide.offsetY
+    readonly property int reach: Math.ceil(root.wideBlur * 1.5) + root.offset
+
+    readonly property int wideBlur: 18
+    readonly property int offset: 8
 
     SoftShadow {
         radius: root.radius
         blur: 12
-        offsetY: 8
+        offsetY: root.offset
         color: Theme.faded(root.color, 0.35)
         opacity: 1 - root.hover
         visible: root.hover < 1
     }
 
-    SoftShadow {
-        id: wide
+    OnDemand {
+        wanted: root.hover > 0
 
-        radius: root.radius
-        blur: 18
-        offsetY: 8
-        color: Theme.faded(root.color, 0.5)
-        opacity: root.hover
-        visible: root.hover > 0
+        SoftShadow {
+            radius: root.radius
+            blur: root.wideBlur
+            offsetY: root.offset
+            color: Theme.faded(root.color, 0.5)
+            opacity: root.hover
+            visible: root.hover > 0
+        }
     }
 }

@@ -15,6 +15,10 @@ FocusScope {
 
     readonly property list<string> icons: ["computermouse", "computermouse.fill", "dot.circle"]
 
+    function toggleMenu(byKey: bool) {
+        menu.get({ chooser: root }).toggle(byKey);
+    }
+
     implicitWidth: face.implicitWidth
     implicitHeight: face.implicitHeight
 
@@ -29,9 +33,9 @@ FocusScope {
         topPadding: 9
         bottomPadding: 9
         faceRadius: Theme.radius.field
-        onTriggered: menu.toggle(!face.isPointerPress)
-        Keys.onDownPressed: menu.toggle(true)
-        Keys.onUpPressed: menu.toggle(true)
+        onTriggered: root.toggleMenu(!face.isPointerPress)
+        Keys.onDownPressed: root.toggleMenu(true)
+        Keys.onUpPressed: root.toggleMenu(true)
 
         Accessible.description: root.label
 
@@ -47,28 +51,9 @@ FocusScope {
         }
     }
 
-    PopupMenu {
+    OnDemand {
         id: menu
 
-        leastWidth: root.width
-        chosenIndex: root.selection
-
-        PopupMenuItem {
-            label: root.names[0]
-            systemImage: root.icons[0]
-            onTriggered: root.selected(0)
-        }
-
-        PopupMenuItem {
-            label: root.names[1]
-            systemImage: root.icons[1]
-            onTriggered: root.selected(1)
-        }
-
-        PopupMenuItem {
-            label: root.names[2]
-            systemImage: root.icons[2]
-            onTriggered: root.selected(2)
-        }
+        source: "MouseButtonMenu.qml"
     }
 }

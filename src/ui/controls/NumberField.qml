@@ -41,9 +41,13 @@ FocusScope {
                 Theme.faded(Theme.accentBlue, 0.6), root.pendingness)
     }
 
-    FocusRing {
-        shown: input.visualFocus
-        around: Theme.radius.field
+    OnDemand {
+        wanted: input.visualFocus
+
+        FocusRing {
+            shown: input.visualFocus
+            around: Theme.radius.field
+        }
     }
 
     TapHandler {

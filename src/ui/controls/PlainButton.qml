@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// A button without a look of its own: what it shows is its `contentItem`, by default its label. Every other button is made
 /// of it. It answers to the pointer, to Space and Return, and to assistive tools.
@@ -81,13 +82,6 @@ T.AbstractButton {
         exposed: false
     }
 
-    // While held down, every plain button steps back a little.
-    Binding {
-        target: root.contentItem
-        property: "opacity"
-        value: root.down ? Theme.pressedOpacity : 1
-    }
-
     // On an item of its own: a handler makes its parent take every mouse button, and a right click is no press.
     Item {
         anchors.fill: parent
@@ -103,23 +97,48 @@ T.AbstractButton {
         }
     }
 
-    PointerVeil {
-        z: 1
-        anchors.margins: -root.air
-        radius: root.faceRadius
-        hovered: root.hovered && root.enabled && !root.hasPointerLook
-        pressed: root.down && !root.hasPointerLook
+    OnDemand {
+        wanted: root.hovered || root.down || root.visualFocus
+
+        Item {
+            id: answers
+
+            // What comes into being under the pointer fades in all the same.
+            property bool isReady: false
+
+            anchors.fill: parent
+            z: 1
+            Component.onCompleted: answers.isReady = true
+
+            FocusRing {
+                shown: root.visualFocus
+                around: root.faceRadius
+                // Bare text needs some air.
+                gap: root.background ? 2 : 4
+            }
+
+            PointerVeil {
+                anchors.margins: -root.air
+                radius: root.faceRadius
+                hovered: answers.isReady && root.hovered && root.enabled && !root.hasPointerLook
+                pressed: answers.isReady && root.down && !root.hasPointerLook
+            }
+
+            // While held down, every plain button steps back a little.
+            Binding {
+                target: root.contentItem
+                property: "opacity"
+                value: root.down ? Theme.pressedOpacity : 1
+            }
+        }
     }
 
-    FocusRing {
-        shown: root.visualFocus
-        around: root.faceRadius
-        // Bare text needs some air.
-        gap: root.background ? 2 : 4
-    }
+    OnDemand {
+        wanted: root.help !== "" && root.isPointedAt
 
-    HelpTip {
-        help: root.help
-        shown: root.isPointedAt && !root.down
+        HelpTip {
+            help: root.help
+            shown: root.isPointedAt && !root.down
+        }
     }
 }

@@ -39,15 +39,29 @@ ChoiceButton {
         }
     }
 
-    PointerVeil {
-        z: 1
-        radius: Theme.radius.button
-        hovered: root.hovered
-        pressed: root.down
-    }
+    OnDemand {
+        wanted: root.hovered || root.down || root.visualFocus
 
-    FocusRing {
-        shown: root.visualFocus
-        around: Theme.radius.button
+        Item {
+            id: answers
+
+            // What comes into being under the pointer fades in all the same.
+            property bool isReady: false
+
+            anchors.fill: parent
+            z: 1
+            Component.onCompleted: answers.isReady = true
+
+            FocusRing {
+                shown: root.visualFocus
+                around: Theme.radius.button
+            }
+
+            PointerVeil {
+                radius: Theme.radius.button
+                hovered: answers.isReady && root.hovered
+                pressed: answers.isReady && root.down
+            }
+        }
     }
 }

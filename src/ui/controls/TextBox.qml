@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Velloran
 
 /// One line of text to edit. A right click, the menu key and Shift+F10 open its menu.
 T.TextField {
@@ -20,10 +21,11 @@ T.TextField {
     readonly property bool visualFocus: root.activeFocus && (root.focusReason === Qt.TabFocusReason
             || root.focusReason === Qt.BacktabFocusReason || root.focusReason === Qt.ShortcutFocusReason)
 
-    property EditMenu openedMenu: null
+    /// The menu, while it is open. Its type is not read before that.
+    property var openedMenu: null
 
-    function makeMenu(): EditMenu {
-        root.openedMenu = editMenu.createObject(root) as EditMenu;
+    function makeMenu(): var {
+        root.openedMenu = Qt.createComponent("EditMenu.qml").createObject(root, { field: root });
         return root.openedMenu;
     }
 
@@ -43,18 +45,22 @@ T.TextField {
             root.makeMenu().openBeside(Qt.rect(root.cursorRectangle.x, 0, root.cursorRectangle.width, root.height), true);
     }
 
-    BodyText {
-        anchors.fill: parent
-        anchors.leftMargin: root.leftPadding
-        anchors.rightMargin: root.rightPadding
-        visible: root.length === 0 && root.preeditText === ""
-        text: root.placeholder
-        size: root.size
-        weight: root.weight
-        color: Theme.textMuted
-        verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        exposed: false
+    OnDemand {
+        wanted: root.length === 0 && root.placeholder !== ""
+
+        BodyText {
+            anchors.fill: parent
+            anchors.leftMargin: root.leftPadding
+            anchors.rightMargin: root.rightPadding
+            visible: root.length === 0 && root.preeditText === ""
+            text: root.placeholder
+            size: root.size
+            weight: root.weight
+            color: Theme.textMuted
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+            exposed: false
+        }
     }
 
     TapHandler {
@@ -65,23 +71,6 @@ T.TextField {
             if (!root.activeFocus)
                 root.forceActiveFocus(Qt.MouseFocusReason);
             root.makeMenu().openAt(point.position);
-        }
-    }
-
-    Component {
-        id: editMenu
-
-        EditMenu {
-            id: menu
-
-            field: root
-            // By now the focus is back, so that at no moment the field seems to be left.
-            onClosed: {
-                // Unless a newer one is open.
-                if (root.openedMenu === menu)
-                    root.openedMenu = null;
-                menu.destroy();
-            }
         }
     }
 }

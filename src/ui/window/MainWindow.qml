@@ -26,11 +26,10 @@ ShellWindow {
     }
 
     options: Component {
-        OptionsView {
-            config: root.config
-            presets: root.presets
-            files: root.files
-            onDone: root.isOptionsShown = false
+        Loader {
+            focus: true
+            // By name: its types are not read before it is shown.
+            Component.onCompleted: setSource("MainOptions.qml", { window: root })
         }
     }
 
@@ -62,7 +61,9 @@ ShellWindow {
         leftInset: root.leftInset
     }
 
-    DonationSheet {
-        donations: root.donations
+    OnDemand {
+        wanted: root.donations.promptVisible
+        source: "DonationSheet.qml"
+        properties: ({ donations: root.donations })
     }
 }

@@ -100,21 +100,15 @@ T.ApplicationWindow {
         onQuitRequested: Qt.quit()
     }
 
-    Sheet {
-        shown: root.isOptionsShown
-        title: "Presets and Options"
-        content: root.options
-        onClosedByUser: root.isOptionsShown = false
+    OnDemand {
+        wanted: root.isOptionsShown
+        source: "OptionsSheet.qml"
+        properties: ({ shell: root })
     }
 
-    Sheet {
-        shown: root.isAboutShown
-        title: "About Velloran"
-        onClosedByUser: root.isAboutShown = false
-
-        AboutView {
-            limits: root.limits
-            onDone: root.isAboutShown = false
-        }
+    OnDemand {
+        wanted: root.isAboutShown
+        source: "AboutSheet.qml"
+        properties: ({ shell: root })
     }
 }

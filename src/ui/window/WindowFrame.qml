@@ -34,7 +34,7 @@ FocusScope {
         TapHandler {
             acceptedButtons: Qt.LeftButton
             gesturePolicy: TapHandler.DragThreshold
-            onDoubleTapped: windowMenu.toggleMaximized()
+            onDoubleTapped: windowMenu.get({ window: root.window }).toggleMaximized()
         }
 
         TapHandler {
@@ -42,14 +42,14 @@ FocusScope {
             gesturePolicy: TapHandler.DragThreshold
             onTapped: eventPoint => {
                 if (!root.managerMenu?.show(root.window))
-                    windowMenu.openAt(eventPoint.position);
+                    windowMenu.get({ window: root.window }).openAt(eventPoint.position);
             }
         }
 
-        WindowMenu {
+        OnDemand {
             id: windowMenu
 
-            window: root.window
+            source: "WindowMenu.qml"
         }
     }
 
@@ -90,31 +90,14 @@ FocusScope {
             label: "Menu"
             systemImage: "window.menu"
             enabled: root.isMenuEnabled
-            onTriggered: menu.toggle(!menuButton.isPointerPress)
-            Keys.onDownPressed: menu.toggle(true)
+            onTriggered: menu.get({ frame: root }).toggle(!menuButton.isPointerPress)
+            Keys.onDownPressed: menu.get({ frame: root }).toggle(true)
             Accessible.role: Accessible.ButtonMenu
 
-            PopupMenu {
+            OnDemand {
                 id: menu
 
-                endsRight: true
-
-                PopupMenuItem {
-                    label: "Presets and Options…"
-                    onTriggered: root.optionsRequested()
-                }
-
-                PopupMenuItem {
-                    label: "About Velloran"
-                    onTriggered: root.aboutRequested()
-                }
-
-                MenuDivider {}
-
-                PopupMenuItem {
-                    label: "Quit"
-                    onTriggered: root.quitRequested()
-                }
+                source: "MainMenu.qml"
             }
         }
 
