@@ -17,7 +17,9 @@ RunModel::RunModel(AutoClickerStore& store, EventLoop& loop, QObject* parent)
     : QObject(parent), store_(store), loop_(loop), shown_(current()), throttle_(loop, [this] { show(); }) {
     subscriptions_.push_back(store.runtime().stream().subscribe([this](const AutoClickerRuntime& runtime) {
         noteClicks(runtime);
-        throttle_.request();
+        if (isSeen_ || runtime.status != shown_.runtime.status) {
+            throttle_.request();
+        }
     }));
     subscriptions_.push_back(
         store.hasAccessibilityPermission().stream().subscribe([this](const bool&) { throttle_.request(); }));
@@ -51,6 +53,17 @@ double RunModel::progress() const {
 
 QString RunModel::progressText() const {
     return text(shown_.progress.value_or(RunProgress()).text());
+}
+
+void RunModel::setSeen(bool isSeen) {
+    if (isSeen == isSeen_) {
+        return;
+    }
+    isSeen_ = isSeen;
+    emit seenChanged();
+    if (isSeen_) {
+        show();
+    }
 }
 
 void RunModel::start() {

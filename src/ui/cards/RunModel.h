@@ -30,6 +30,9 @@ class RunModel : public QObject {
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged FINAL)
     Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged FINAL)
     Q_PROPERTY(bool hasAccessibilityPermission READ hasAccessibilityPermission NOTIFY permissionChanged FINAL)
+    /// Whether anybody can see the views. While nobody can, only another status is told; the rest waits until somebody
+    /// looks again.
+    Q_PROPERTY(bool isSeen READ isSeen WRITE setSeen NOTIFY seenChanged FINAL)
 
 public:
     /// The phases of a run, in the order of `ClickerStatus`.
@@ -56,6 +59,10 @@ public:
 
     [[nodiscard]] bool hasAccessibilityPermission() const { return shown_.hasPermission; }
 
+    [[nodiscard]] bool isSeen() const { return isSeen_; }
+
+    void setSeen(bool isSeen);
+
     Q_INVOKABLE void start();
     Q_INVOKABLE void stop();
     /// Whether a press of the left button at this moment is most likely the echo of this program's own last click.
@@ -68,6 +75,7 @@ signals:
     void messageChanged();
     void progressChanged();
     void permissionChanged();
+    void seenChanged();
 
 private:
     /// What the views show of the run at the moment.
@@ -85,6 +93,7 @@ private:
     AutoClickerStore& store_;
     EventLoop& loop_;
     Shown shown_;
+    bool isSeen_ = true;
     std::optional<Date> runStartedAt_;
     std::int64_t countedClicks_ = 0;
     std::optional<Date> lastOwnClick_;

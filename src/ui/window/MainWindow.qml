@@ -33,6 +33,16 @@ ShellWindow {
         }
     }
 
+    WindowExposure {
+        id: exposure
+    }
+
+    Binding {
+        target: root.run
+        property: "isSeen"
+        value: exposure.exposed
+    }
+
     Binding {
         target: Theme
         property: "reducedMotion"

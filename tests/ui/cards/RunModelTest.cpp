@@ -53,6 +53,28 @@ TEST_F(RunModelTest, ProgressThatNobodyIsShownIsNotTold) {
     EXPECT_FALSE(run->showsProgress());
 }
 
+TEST_F(RunModelTest, WhileNobodySeesItOnlyAnotherStatusIsTold) {
+    start(counted(200, 0.01));
+    run->setSeen(false);
+    advance(1.0);
+    EXPECT_EQ(told, 0);
+    advance(1.0);
+    EXPECT_EQ(run->status(), RunModel::Completed);
+    EXPECT_GT(told, 0);
+}
+
+TEST_F(RunModelTest, WhoLooksAgainSeesHowItIs) {
+    start(counted(100'000, 0.01));
+    run->setSeen(false);
+    advance(1.0);
+    run->setSeen(true);
+    EXPECT_EQ(run->progressText(), "151 / 100000 clicks completed");
+    EXPECT_EQ(run->message(), "151 / 100000 clicks completed");
+    told = 0;
+    advance(1.0);
+    EXPECT_GE(progressTold, 59);
+}
+
 TEST_F(RunModelTest, AnEditOfTheConfigurationIsNothingOfTheRun) {
     start(counted(100'000, 1000));
     config->setClickIntervalSeconds(2000);
