@@ -25,6 +25,7 @@
 #include "platform/qt/QtUrlOpener.h"
 #include "platform/qt/WidgetFileChooser.h"
 #include "platform/windowmanager/WindowRaiser.h"
+#include "platform/windowmanager/buttonEvents.h"
 #include "platform/windowmanager/windowManagerMenu.h"
 #include "presets/view/ConfigFiles.h"
 #include "presets/view/PresetsModel.h"
@@ -217,6 +218,7 @@ int main(int argc, char* argv[]) {
         // Only there the toolkit uses it up. It is meant for this start, and not for the browser's.
         qunsetenv("XDG_ACTIVATION_TOKEN");
     }
+    platform::windowmanager::leaveOutButtonsOfOthers();
     QApplication::setApplicationName(QStringLiteral("velloran"));
     QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
