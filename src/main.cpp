@@ -2,6 +2,7 @@
 #include <QFontDatabase>
 #include <QIcon>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
 
@@ -45,6 +46,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(VelloranPlugin)
 
@@ -127,7 +129,23 @@ struct OpenPreferences {
     ~OpenPreferences() { openPreferences = nullptr; }
 };
 
-int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance) {
+/// The views' engine. It begins to read their types on a thread of its own, while everything else is made.
+class Views {
+public:
+    Views() : mainWindow_(&engine_) {
+        registerProviders(engine_);
+        mainWindow_.loadUrl(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Velloran/MainWindow.qml")),
+                            QQmlComponent::Asynchronous);
+    }
+
+    [[nodiscard]] QQmlApplicationEngine& engine() { return engine_; }
+
+private:
+    QQmlApplicationEngine engine_;
+    QQmlComponent mainWindow_;
+};
+
+int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance, std::unique_ptr<Views> reading) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
@@ -159,8 +177,9 @@ int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance)
     DesktopWindowButtons windowButtons(settings.wishes());
     WindowManagerMenu managerMenu(platform::windowmanager::showWindowManagerMenu);
 
-    QQmlApplicationEngine engine;
-    registerProviders(engine);
+    // What it shows goes before what it is shown of.
+    const auto views = std::move(reading);
+    QQmlApplicationEngine& engine = views->engine();
     engine.setInitialProperties({
         {"config", QVariant::fromValue(&configModel)},
         {"run", QVariant::fromValue(&runModel)},
@@ -223,6 +242,7 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("app.velloran.Velloran"));
+    auto views = std::make_unique<Views>();
     platform::bus::SessionBus bus(busPlace);
     platform::bus::SingleInstance instance(bus);
     switch (instance.claim(token)) {
@@ -236,5 +256,5 @@ int main(int argc, char* argv[]) {
     }
     QApplication::setWindowIcon(windowIcon());
     chooseTypeface();
-    return run(bus, instance);
+    return run(bus, instance, std::move(views));
 }
