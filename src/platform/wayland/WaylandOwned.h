@@ -1,0 +1,27 @@
+#pragma once
+
+#include <wayland-client.h>
+#include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
+
+#include <memory>
+
+namespace velloran::platform::wayland {
+
+/// Lets go of an object of the protocol. Has to happen before its display is closed.
+struct WaylandDeleter {
+    void operator()(wl_callback* object) const { wl_callback_destroy(object); }
+
+    void operator()(wl_registry* object) const { wl_registry_destroy(object); }
+
+    void operator()(wl_seat* object) const { wl_seat_destroy(object); }
+
+    void operator()(zwlr_virtual_pointer_manager_v1* object) const { zwlr_virtual_pointer_manager_v1_destroy(object); }
+
+    void operator()(zwlr_virtual_pointer_v1* object) const { zwlr_virtual_pointer_v1_destroy(object); }
+};
+
+/// Owns an object of the protocol.
+template<typename Object>
+using WaylandOwned = std::unique_ptr<Object, WaylandDeleter>;
+
+} // namespace velloran::platform::wayland
