@@ -1,0 +1,55 @@
+#pragma once
+
+#include "harness/ChildProcess.h"
+
+#include <csignal>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velloran::tests {
+
+/// A sway of the test's own, with one output that nobody sees and no input device. It refuses to run as root, so root
+/// runs it as somebody else.
+class Sway {
+public:
+    /// Starts it, with further lines of configuration, and waits until it is up.
+    explicit Sway(const std::string& configuration = "");
+    Sway(const Sway&) = delete;
+    Sway& operator=(const Sway&) = delete;
+    ~Sway();
+
+    [[nodiscard]] bool isUp() const { return !display_.empty(); }
+
+    /// The socket of the compositor, by its whole path.
+    [[nodiscard]] std::string display() const { return runtimeFolder() / display_; }
+
+    /// What to start a client with: that command in the environment of this compositor.
+    [[nodiscard]] std::vector<std::string> withEnvironment(std::vector<std::string> command) const;
+
+    /// Has it do something, in words of its configuration. False when it does not want to.
+    [[nodiscard]] bool command(const std::string& words) const;
+
+    /// Has it do nothing, not even read what it is sent, until it is to go on.
+    void pause() { process_->sendSignal(SIGSTOP); }
+
+    void goOn() { process_->sendSignal(SIGCONT); }
+
+    /// Ends it as a crash would, and waits until it is gone.
+    void crash();
+
+    /// Starts it again in the same place, and waits until it is up.
+    void start();
+
+private:
+    [[nodiscard]] std::filesystem::path runtimeFolder() const { return folder_ / "run"; }
+
+    [[nodiscard]] std::string commandSocket() const { return runtimeFolder() / "commands"; }
+
+    std::filesystem::path folder_;
+    std::string display_;
+    std::unique_ptr<ChildProcess> process_;
+};
+
+} // namespace velloran::tests

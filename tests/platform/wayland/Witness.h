@@ -1,0 +1,35 @@
+#pragma once
+
+#include "harness/ChildProcess.h"
+#include "harness/observer/InputWatcher.h"
+#include "platform/wayland/Sway.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace velloran::tests {
+
+/// Another client of a compositor: a window that fills the screen and writes down what its mouse buttons do, and a
+/// mouse that is on it.
+class Witness {
+public:
+    /// Opens the window and waits until the mouse is on it.
+    explicit Witness(const Sway& sway);
+
+    [[nodiscard]] bool isReady() const { return isReady_; }
+
+    /// How often a button was released since the beginning, as far as the window has been told.
+    std::size_t releases();
+
+    /// What the buttons did since the last report, in order. Everything that the compositor did before is in it.
+    std::vector<observer::InputEvent> report();
+
+private:
+    std::size_t ask(const std::string& question);
+
+    ChildProcess process_;
+    bool isReady_ = false;
+};
+
+} // namespace velloran::tests

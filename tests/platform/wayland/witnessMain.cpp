@@ -1,0 +1,261 @@
+// A client that shares no code with what it observes: a window that fills the screen, and a mouse on it. Answers
+// questions on its standard input; see Witness.h.
+
+#include <wayland-client.h>
+#include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
+#include <xdg-shell-client-protocol.h>
+
+#include <poll.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+struct ButtonEvent {
+    bool isPressed;
+    std::uint32_t code;
+    std::uint32_t time;
+    std::int64_t arrival;
+};
+
+class Client {
+public:
+    Client() : display_(wl_display_connect(nullptr)) {
+        if (display_ == nullptr) {
+            std::cerr << "no compositor\n";
+            std::exit(1);
+        }
+        registry_ = wl_display_get_registry(display_);
+        wl_registry_add_listener(registry_, &registryListener, this);
+        wl_display_roundtrip(display_);
+        if (compositor_ == nullptr || memory_ == nullptr || seat_ == nullptr || shell_ == nullptr || mice_ == nullptr) {
+            std::cerr << "something is missing\n";
+            std::exit(1);
+        }
+    }
+
+    void openWindow() {
+        surface_ = wl_compositor_create_surface(compositor_);
+        shellSurface_ = xdg_wm_base_get_xdg_surface(shell_, surface_);
+        xdg_surface_add_listener(shellSurface_, &shellSurfaceListener, this);
+        window_ = xdg_surface_get_toplevel(shellSurface_);
+        xdg_toplevel_add_listener(window_, &windowListener, this);
+        xdg_toplevel_set_title(window_, "witness");
+        xdg_toplevel_set_maximized(window_);
+        wl_surface_commit(surface_);
+        dispatchUntil([this] { return isShown_; });
+    }
+
+    void putMouseOnWindow() {
+        mouse_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(mice_, seat_);
+        // The seat has a pointer only now, and tells so.
+        dispatchUntil([this] { return pointer_ != nullptr; });
+        zwlr_virtual_pointer_v1_motion_absolute(mouse_, 0, 1, 1, 3, 3);
+        zwlr_virtual_pointer_v1_frame(mouse_);
+        dispatchUntil([this] { return isEntered_; });
+    }
+
+    void answer(std::string_view question) {
+        // The second answer comes after everything that was on its way to the compositor when the first was asked for.
+        wl_display_roundtrip(display_);
+        wl_display_roundtrip(display_);
+        if (question == "releases") {
+            std::cout << releases_ << std::endl;
+        } else if (question == "report") {
+            std::cout << events_.size() << '\n';
+            for (const ButtonEvent& event : events_) {
+                std::cout << (event.isPressed ? "down " : "up ") << event.code << ' ' << event.time << ' '
+                          << event.arrival << '\n';
+            }
+            std::cout << std::flush;
+            events_.clear();
+        }
+    }
+
+    /// Until the standard input or the compositor ends.
+    void serve() {
+        std::string unread;
+        while (true) {
+            while (wl_display_prepare_read(display_) != 0) {
+                wl_display_dispatch_pending(display_);
+            }
+            wl_display_flush(display_);
+            std::array<pollfd, 2> sources{{{wl_display_get_fd(display_), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
+            poll(sources.data(), sources.size(), -1);
+            if (sources[0].revents != 0) {
+                if (wl_display_read_events(display_) < 0) {
+                    return;
+                }
+            } else {
+                wl_display_cancel_read(display_);
+            }
+            wl_display_dispatch_pending(display_);
+            if (sources[1].revents != 0) {
+                std::array<char, 256> bytes{};
+                const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
+                if (count <= 0) {
+                    return;
+                }
+                unread.append(bytes.data(), static_cast<std::size_t>(count));
+            }
+            for (auto end = unread.find('\n'); end != std::string::npos; end = unread.find('\n')) {
+                answer(unread.substr(0, end));
+                unread.erase(0, end + 1);
+            }
+        }
+    }
+
+private:
+    static Client& self(void* data) { return *static_cast<Client*>(data); }
+
+    template<typename Condition>
+    void dispatchUntil(Condition condition) {
+        while (!condition() && wl_display_dispatch(display_) >= 0) {
+        }
+    }
+
+    template<typename Object>
+    void bind(Object*& object, std::uint32_t name, const wl_interface& type, std::uint32_t version) {
+        object = static_cast<Object*>(wl_registry_bind(registry_, name, &type, version));
+    }
+
+    void addGlobal(std::uint32_t name, std::string_view type) {
+        if (type == wl_compositor_interface.name) {
+            bind(compositor_, name, wl_compositor_interface, 4);
+        } else if (type == wl_shm_interface.name) {
+            bind(memory_, name, wl_shm_interface, 1);
+        } else if (type == wl_seat_interface.name && seat_ == nullptr) {
+            bind(seat_, name, wl_seat_interface, 1);
+            wl_seat_add_listener(seat_, &seatListener, this);
+        } else if (type == xdg_wm_base_interface.name) {
+            bind(shell_, name, xdg_wm_base_interface, 1);
+            xdg_wm_base_add_listener(shell_, &shellListener, this);
+        } else if (type == zwlr_virtual_pointer_manager_v1_interface.name) {
+            bind(mice_, name, zwlr_virtual_pointer_manager_v1_interface, 1);
+        }
+    }
+
+    void draw() {
+        constexpr int bytesInPixel = 4;
+        const int size = width_ * height_ * bytesInPixel;
+        const int file = memfd_create("window", MFD_CLOEXEC);
+        if (ftruncate(file, size) != 0) {
+            std::exit(1);
+        }
+        wl_shm_pool* const pool = wl_shm_create_pool(memory_, file, size);
+        wl_buffer* const buffer =
+            wl_shm_pool_create_buffer(pool, 0, width_, height_, width_ * bytesInPixel, WL_SHM_FORMAT_XRGB8888);
+        wl_shm_pool_destroy(pool);
+        close(file);
+        wl_surface_attach(surface_, buffer, 0, 0);
+        wl_surface_damage(surface_, 0, 0, width_, height_);
+        wl_surface_commit(surface_);
+        isShown_ = true;
+    }
+
+    void takeButton(std::uint32_t time, std::uint32_t code, bool isPressed) {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        events_.push_back({isPressed, code, time, std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()});
+        releases_ += isPressed ? 0 : 1;
+    }
+
+    static const wl_registry_listener registryListener;
+    static const xdg_wm_base_listener shellListener;
+    static const xdg_surface_listener shellSurfaceListener;
+    static const xdg_toplevel_listener windowListener;
+    static const wl_seat_listener seatListener;
+    static const wl_pointer_listener pointerListener;
+
+    wl_display* display_;
+    wl_registry* registry_ = nullptr;
+    wl_compositor* compositor_ = nullptr;
+    wl_shm* memory_ = nullptr;
+    wl_seat* seat_ = nullptr;
+    xdg_wm_base* shell_ = nullptr;
+    zwlr_virtual_pointer_manager_v1* mice_ = nullptr;
+    wl_surface* surface_ = nullptr;
+    xdg_surface* shellSurface_ = nullptr;
+    xdg_toplevel* window_ = nullptr;
+    zwlr_virtual_pointer_v1* mouse_ = nullptr;
+    wl_pointer* pointer_ = nullptr;
+    int width_ = 640;
+    int height_ = 480;
+    bool isShown_ = false;
+    bool isEntered_ = false;
+    std::size_t releases_ = 0;
+    std::vector<ButtonEvent> events_;
+};
+
+const wl_registry_listener Client::registryListener{
+    [](void* data, wl_registry*, std::uint32_t name, const char* type, std::uint32_t) {
+        self(data).addGlobal(name, type);
+    },
+    [](void*, wl_registry*, std::uint32_t) {},
+};
+
+const xdg_wm_base_listener Client::shellListener{
+    [](void*, xdg_wm_base* shell, std::uint32_t serial) { xdg_wm_base_pong(shell, serial); },
+};
+
+const xdg_surface_listener Client::shellSurfaceListener{
+    [](void* data, xdg_surface* surface, std::uint32_t serial) {
+        xdg_surface_ack_configure(surface, serial);
+        self(data).draw();
+    },
+};
+
+// Of these two, later versions of the library know more events, which the versions in use here never send.
+const xdg_toplevel_listener Client::windowListener = [] {
+    xdg_toplevel_listener listener{};
+    listener.configure = [](void* data, xdg_toplevel*, std::int32_t width, std::int32_t height, wl_array*) {
+        self(data).width_ = width > 0 ? width : self(data).width_;
+        self(data).height_ = height > 0 ? height : self(data).height_;
+    };
+    listener.close = [](void*, xdg_toplevel*) { std::exit(0); };
+    return listener;
+}();
+
+const wl_pointer_listener Client::pointerListener = [] {
+    wl_pointer_listener listener{};
+    listener.enter = [](void* data, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t, wl_fixed_t) {
+        self(data).isEntered_ = true;
+    };
+    listener.leave = [](void*, wl_pointer*, std::uint32_t, wl_surface*) {};
+    listener.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {};
+    listener.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t time, std::uint32_t code,
+                         std::uint32_t state) {
+        self(data).takeButton(time, code, state == WL_POINTER_BUTTON_STATE_PRESSED);
+    };
+    listener.axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {};
+    return listener;
+}();
+
+const wl_seat_listener Client::seatListener{
+    [](void* data, wl_seat* seat, std::uint32_t capabilities) {
+        if ((capabilities & WL_SEAT_CAPABILITY_POINTER) != 0 && self(data).pointer_ == nullptr) {
+            self(data).pointer_ = wl_seat_get_pointer(seat);
+            wl_pointer_add_listener(self(data).pointer_, &pointerListener, data);
+        }
+    },
+    {},
+};
+
+} // namespace
+
+int main() {
+    Client client;
+    client.openWindow();
+    client.putMouseOnWindow();
+    std::cout << "ready" << std::endl;
+    client.serve();
+}
