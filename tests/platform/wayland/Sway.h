@@ -25,6 +25,9 @@ public:
     /// The socket of the compositor, by its whole path.
     [[nodiscard]] std::string display() const { return runtimeFolder() / display_; }
 
+    /// The socket on which it takes commands.
+    [[nodiscard]] std::string commandSocket() const { return runtimeFolder() / "commands"; }
+
     /// What to start a client with: that command in the environment of this compositor.
     [[nodiscard]] std::vector<std::string> withEnvironment(std::vector<std::string> command) const;
 
@@ -44,8 +47,6 @@ public:
 
 private:
     [[nodiscard]] std::filesystem::path runtimeFolder() const { return folder_ / "run"; }
-
-    [[nodiscard]] std::string commandSocket() const { return runtimeFolder() / "commands"; }
 
     std::filesystem::path folder_;
     std::string display_;

@@ -11,7 +11,7 @@
 namespace velloran::tests {
 
 /// Another client of a compositor: a window that fills the screen and writes down what its mouse buttons do, and a
-/// mouse that is on it.
+/// mouse that is on it; and a keyboard, whose focus it has.
 class Witness {
 public:
     /// Opens the window and waits until the mouse is on it.
@@ -25,7 +25,25 @@ public:
     /// What the buttons did since the last report, in order. Everything that the compositor did before is in it.
     std::vector<observer::InputEvent> report();
 
+    /// Presses a key, by evdev's code and the bits of a customary keymap, or lets it go. Everything that comes of it
+    /// has been sent out when this returns.
+    void press(unsigned code, unsigned modifiers) { ask("press " + keyWords(code, modifiers)); }
+
+    void release(unsigned code, unsigned modifiers) { ask("release " + keyWords(code, modifiers)); }
+
+    void tap(unsigned code, unsigned modifiers) {
+        press(code, modifiers);
+        release(code, modifiers);
+    }
+
+    /// How many presses of keys the window has seen.
+    std::size_t keyPresses() { return ask("keys"); }
+
 private:
+    static std::string keyWords(unsigned code, unsigned modifiers) {
+        return std::to_string(code) + ' ' + std::to_string(modifiers);
+    }
+
     std::size_t ask(const std::string& question);
 
     ChildProcess process_;

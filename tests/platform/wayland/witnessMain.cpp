@@ -1,9 +1,11 @@
-// A client that shares no code with what it observes: a window that fills the screen, and a mouse on it. Answers
-// questions on its standard input; see Witness.h.
+// A client that shares no code with what it observes: a window that fills the screen, with a mouse on it and a
+// keyboard. Answers questions on its standard input; see Witness.h.
 
+#include <virtual-keyboard-unstable-v1-client-protocol.h>
 #include <wayland-client.h>
 #include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
 #include <xdg-shell-client-protocol.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <poll.h>
 #include <sys/mman.h>
@@ -14,12 +16,16 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <string>
+#include <sstream>
 #include <string_view>
 #include <vector>
 
 namespace {
+
+constexpr std::uint32_t capsLock = 2;
 
 struct ButtonEvent {
     bool isPressed;
@@ -65,12 +71,52 @@ public:
         dispatchUntil([this] { return isEntered_; });
     }
 
-    void answer(std::string_view question) {
+    void plugInKeyboard() {
+        typing_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards_, seat_);
+        xkb_context* const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
+        xkb_keymap* const keymap = xkb_keymap_new_from_names(context, nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS);
+        char* const text = xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1);
+        const std::string_view bytes(text, std::strlen(text) + 1);
+        const int file = memfd_create("keymap", MFD_CLOEXEC);
+        if (write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+            std::exit(1);
+        }
+        zwp_virtual_keyboard_v1_keymap(typing_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file,
+                                       static_cast<std::uint32_t>(bytes.size()));
+        close(file);
+        std::free(text);
+        xkb_keymap_unref(keymap);
+        xkb_context_unref(context);
+        dispatchUntil([this] { return isFocused_; });
+    }
+
+    /// "press CODE MODIFIERS" or "release CODE MODIFIERS", by evdev's code and the keymap's modifier bits.
+    void type(std::istream& words, bool isPress) {
+        std::uint32_t code = 0;
+        std::uint32_t modifiers = 0;
+        words >> code >> modifiers;
+        // Caps Lock is on without being held.
+        const std::uint32_t locked = modifiers & capsLock;
+        zwp_virtual_keyboard_v1_modifiers(typing_, modifiers - locked, 0, locked, 0);
+        zwp_virtual_keyboard_v1_key(typing_, 0, code,
+                                    isPress ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
+        zwp_virtual_keyboard_v1_modifiers(typing_, isPress ? modifiers - locked : 0, 0, locked, 0);
+    }
+
+    void answer(const std::string& line) {
+        std::istringstream words(line);
+        std::string question;
+        words >> question;
+        if (question == "press" || question == "release") {
+            type(words, question == "press");
+        }
         // The second answer comes after everything that was on its way to the compositor when the first was asked for.
         wl_display_roundtrip(display_);
         wl_display_roundtrip(display_);
         if (question == "releases") {
             std::cout << releases_ << std::endl;
+        } else if (question == "press" || question == "release" || question == "keys") {
+            std::cout << keyPresses_ << std::endl;
         } else if (question == "report") {
             std::cout << events_.size() << '\n';
             for (const ButtonEvent& event : events_) {
@@ -142,6 +188,8 @@ private:
             xdg_wm_base_add_listener(shell_, &shellListener, this);
         } else if (type == zwlr_virtual_pointer_manager_v1_interface.name) {
             bind(mice_, name, zwlr_virtual_pointer_manager_v1_interface, 1);
+        } else if (type == zwp_virtual_keyboard_manager_v1_interface.name) {
+            bind(keyboards_, name, zwp_virtual_keyboard_manager_v1_interface, 1);
         }
     }
 
@@ -175,6 +223,7 @@ private:
     static const xdg_toplevel_listener windowListener;
     static const wl_seat_listener seatListener;
     static const wl_pointer_listener pointerListener;
+    static const wl_keyboard_listener keyboardListener;
 
     wl_display* display_;
     wl_registry* registry_ = nullptr;
@@ -183,15 +232,20 @@ private:
     wl_seat* seat_ = nullptr;
     xdg_wm_base* shell_ = nullptr;
     zwlr_virtual_pointer_manager_v1* mice_ = nullptr;
+    zwp_virtual_keyboard_manager_v1* keyboards_ = nullptr;
     wl_surface* surface_ = nullptr;
     xdg_surface* shellSurface_ = nullptr;
     xdg_toplevel* window_ = nullptr;
     zwlr_virtual_pointer_v1* mouse_ = nullptr;
     wl_pointer* pointer_ = nullptr;
+    zwp_virtual_keyboard_v1* typing_ = nullptr;
+    wl_keyboard* keyboard_ = nullptr;
     int width_ = 640;
     int height_ = 480;
     bool isShown_ = false;
     bool isEntered_ = false;
+    bool isFocused_ = false;
+    std::size_t keyPresses_ = 0;
     std::size_t releases_ = 0;
     std::vector<ButtonEvent> events_;
 };
@@ -240,11 +294,26 @@ const wl_pointer_listener Client::pointerListener = [] {
     return listener;
 }();
 
+const wl_keyboard_listener Client::keyboardListener{
+    [](void*, wl_keyboard*, std::uint32_t, int keymap, std::uint32_t) { close(keymap); },
+    [](void* data, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) { self(data).isFocused_ = true; },
+    [](void*, wl_keyboard*, std::uint32_t, wl_surface*) {},
+    [](void* data, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t state) {
+        self(data).keyPresses_ += state == WL_KEYBOARD_KEY_STATE_PRESSED ? 1 : 0;
+    },
+    [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t) {},
+    {},
+};
+
 const wl_seat_listener Client::seatListener{
     [](void* data, wl_seat* seat, std::uint32_t capabilities) {
         if ((capabilities & WL_SEAT_CAPABILITY_POINTER) != 0 && self(data).pointer_ == nullptr) {
             self(data).pointer_ = wl_seat_get_pointer(seat);
             wl_pointer_add_listener(self(data).pointer_, &pointerListener, data);
+        }
+        if ((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0 && self(data).keyboard_ == nullptr) {
+            self(data).keyboard_ = wl_seat_get_keyboard(seat);
+            wl_keyboard_add_listener(self(data).keyboard_, &keyboardListener, data);
         }
     },
     {},
@@ -256,6 +325,7 @@ int main() {
     Client client;
     client.openWindow();
     client.putMouseOnWindow();
+    client.plugInKeyboard();
     std::cout << "ready" << std::endl;
     client.serve();
 }

@@ -1,0 +1,224 @@
+#include "platform/sway/SwayHotKeys.h"
+
+#include "base/strictJson.h"
+#include "keys/KeyCodes.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace velloran::platform::sway {
+
+namespace {
+
+/// From evdev's key codes to those that bindings name.
+constexpr std::uint32_t keyCodeOffset = 8;
+
+/// Longer than any keyboard waits before it repeats a key.
+constexpr std::uint64_t longestPauseWhileHeld = 3 * nanosecondsPerSecond;
+
+std::string combinationText(std::uint32_t modifiers, std::uint32_t evdevCode) {
+    constexpr std::array<std::pair<std::uint32_t, std::string_view>, 4> names{{{controlModifier, "Control+"},
+                                                                               {optionModifier, "Mod1+"},
+                                                                               {shiftModifier, "Shift+"},
+                                                                               {commandModifier, "Mod4+"}}};
+    std::string text;
+    for (const auto& [bit, name] : names) {
+        if ((modifiers & bit) != 0) {
+            text += name;
+        }
+    }
+    return text + std::to_string(evdevCode + keyCodeOffset);
+}
+
+std::optional<json::Value> parsed(const Message& message) {
+    auto value = json::parse(message.payload);
+    return value ? std::optional(std::move(value).value()) : std::nullopt;
+}
+
+/// The text at the end of a path of members; empty where there is none.
+std::string textAt(const json::Value& value, std::string_view member, std::string_view inner = {}) {
+    const auto found = value.is_object() ? value.find(member) : value.end();
+    if (!value.is_object() || found == value.end()) {
+        return {};
+    }
+    return inner.empty() ? json::asText(*found).value_or("") : textAt(*found, inner);
+}
+
+/// Whether every command of a line was done.
+bool isSuccess(const Message& message) {
+    const auto results = parsed(message);
+    return results && results->is_array() && !results->empty() &&
+           std::all_of(results->begin(), results->end(), [](const json::Value& result) {
+               return result.is_object() && result.contains("success") && json::asBoolean(result["success"]) == true;
+           });
+}
+
+} // namespace
+
+SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket)
+    : loop_(loop),
+      events_(SwayConnection::open(
+          loop, socket, [this](const Message& message) { onEvent(message); }, [this] { onLost(); })),
+      commands_(SwayConnection::open(
+          loop, socket, [this](const Message& message) { onAnswer(message); }, [this] { onLost(); })) {
+    if (events_) {
+        events_->send({MessageType::subscribe, R"(["binding", "workspace"])"});
+    }
+}
+
+SwayHotKeys::~SwayHotKeys() {
+    events_.reset();
+    for (const auto& registration : registrations_) {
+        unbind(*registration);
+    }
+    if (commands_) {
+        commands_->finish();
+    }
+}
+
+Subscription SwayHotKeys::installHandler(Handler handler) {
+    return handlers_.attach(std::move(handler));
+}
+
+Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
+                                         AnswerReceiver answered) {
+    const auto evdevCode = keys::evdevFromVirtualKey(keyCode);
+    if (!evdevCode || !events_ || !commands_ || events_->isLost() || commands_->isLost()) {
+        answered({hotKeyInvalidError, {}});
+        return {};
+    }
+    const auto registration = std::make_shared<Registration>();
+    registration->combination = combinationText(modifiers, *evdevCode);
+    const bool isOwn = std::any_of(registrations_.begin(), registrations_.end(),
+                                   [&](const auto& other) { return other->combination == registration->combination; });
+    if (isOwn) {
+        answered({hotKeyExistsError, {}});
+        return {};
+    }
+    registration->id = id;
+    registration->answered = std::move(answered);
+    const std::string number = std::to_string(++lastNumber_);
+    registration->pressed = "nop velloran pressed " + number;
+    registration->released = "nop velloran released " + number;
+    registrations_.push_back(registration);
+    bind(registration);
+    return Subscription([this, observed = std::weak_ptr(registration)] {
+        if (const auto ending = observed.lock()) {
+            end(ending);
+        }
+    });
+}
+
+void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
+    // A held key repeats its binding, and not every version can be told otherwise. The release tells the next press
+    // from a repetition.
+    run("bindcode --no-warn " + registration->combination + ' ' + registration->pressed,
+        [this, observed = std::weak_ptr(registration)](bool isDone) {
+            const auto bound = observed.lock();
+            if (!bound) {
+                return;
+            }
+            if (!isDone && !bound->isAnswered) {
+                end(bound);
+            }
+            answer(*bound, isDone ? noErr : hotKeyInvalidError);
+        });
+    run("bindcode --no-warn --release " + registration->combination + ' ' + registration->released, {});
+}
+
+void SwayHotKeys::unbind(const Registration& registration) {
+    run("unbindcode " + registration.combination, {});
+    run("unbindcode --release " + registration.combination, {});
+}
+
+void SwayHotKeys::run(const std::string& command, std::function<void(bool)> done) {
+    if (commands_) {
+        waiting_.push_back(std::move(done));
+        commands_->send({MessageType::runCommand, command});
+    }
+}
+
+void SwayHotKeys::answer(Registration& registration, Status status) {
+    const bool isNews = !registration.isAnswered || registration.status != status;
+    registration.isAnswered = true;
+    registration.status = status;
+    if (isNews) {
+        registration.answered({status, {}});
+    }
+}
+
+void SwayHotKeys::end(const std::shared_ptr<Registration>& registration) {
+    if (std::erase(registrations_, registration) > 0) {
+        unbind(*registration);
+    }
+}
+
+void SwayHotKeys::onAnswer(const Message& message) {
+    if (waiting_.empty()) {
+        return;
+    }
+    const auto done = std::move(waiting_.front());
+    waiting_.pop_front();
+    if (done) {
+        done(isSuccess(message));
+    }
+}
+
+void SwayHotKeys::onEvent(const Message& message) {
+    if (message.type != MessageType::bindingEvent && message.type != MessageType::workspaceEvent) {
+        return;
+    }
+    const auto event = parsed(message);
+    if (!event) {
+        return;
+    }
+    if (message.type == MessageType::bindingEvent) {
+        onBinding(textAt(*event, "binding", "command"));
+    } else if (textAt(*event, "change") == "reload") {
+        onReload();
+    }
+}
+
+void SwayHotKeys::onBinding(const std::string& command) {
+    const auto found = std::find_if(registrations_.begin(), registrations_.end(), [&](const auto& registration) {
+        return registration->pressed == command || registration->released == command;
+    });
+    if (found == registrations_.end()) {
+        return;
+    }
+    const auto registration = *found;
+    if (registration->released == command) {
+        registration->isDown = false;
+        return;
+    }
+    // A release goes unheard where the user goes to another mode, or to another screen, with the key down.
+    registration->forgetting =
+        ScheduledCall(loop_, loop_.callAfter(longestPauseWhileHeld,
+                                             [registration = registration.get()] { registration->isDown = false; }));
+    if (!std::exchange(registration->isDown, true)) {
+        const HotKeyEvent event{registration->id};
+        handlers_.notify(&event);
+    }
+}
+
+void SwayHotKeys::onReload() {
+    const auto dropped = registrations_;
+    for (const auto& registration : dropped) {
+        registration->isDown = false;
+        bind(registration);
+    }
+}
+
+void SwayHotKeys::onLost() {
+    events_.reset();
+    commands_.reset();
+    waiting_.clear();
+    const auto lost = std::exchange(registrations_, {});
+    for (const auto& registration : lost) {
+        answer(*registration, hotKeyInvalidError);
+    }
+}
+
+} // namespace velloran::platform::sway
