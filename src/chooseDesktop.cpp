@@ -1,9 +1,11 @@
 #include "chooseDesktop.h"
 
 #include "platform/qt/monitors.h"
+#include "platform/wayland/VirtualPointer.h"
 #include "platform/x11/X11Server.h"
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <utility>
 
@@ -13,6 +15,9 @@ using platform::Desktop;
 using platform::DesktopPart;
 
 namespace {
+
+/// How long a compositor may take to say what it offers, before there is a window. One that takes longer is followed.
+constexpr std::chrono::milliseconds longestWaitForCompositor(500);
 
 /// What one backend has for this session, or why it has nothing.
 using Candidate = Result<Desktop> (*)(const Environment& environment, const Backends& backends);
@@ -33,8 +38,16 @@ Result<Desktop> onX11(const Environment& environment, const Backends& backends) 
     return backends.x11();
 }
 
+Result<Desktop> onVirtualPointer(const Environment& environment, const Backends& backends) {
+    const auto compositor = environment("WAYLAND_DISPLAY");
+    if (!compositor || compositor->empty()) {
+        return Desktop{};
+    }
+    return backends.virtualPointer(*compositor);
+}
+
 /// The best one first.
-constexpr std::array<Candidate, 1> candidates{onX11};
+constexpr std::array<Candidate, 2> candidates{onX11, onVirtualPointer};
 
 template<typename Interface>
 void fill(DesktopPart<Interface>& part, const DesktopPart<Interface>& offered) {
@@ -84,6 +97,22 @@ Result<Desktop> connectX11(EventLoop& loop, const std::function<void()>& onServe
     return desktop;
 }
 
+/// A compositor that gives every program a pointer: clicks, and nobody to ask for them.
+Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compositor) {
+    using platform::wayland::VirtualPointer;
+    const auto pointer = std::make_shared<VirtualPointer>(loop, compositor);
+    pointer->waitForOffer(longestWaitForCompositor);
+    if (pointer->offer() == VirtualPointer::Offer::missing) {
+        return Error{"the compositor gives programs no pointer."};
+    }
+    Desktop desktop;
+    desktop.clicks = {std::shared_ptr<platform::PointerEvents>(pointer, &pointer->pointerEvents()),
+                      "Input is posted through a pointer of the program's own: the compositor gives one to each.",
+                      {}};
+    desktop.trust = {pointer, "The compositor asks nobody for a permission.", {}};
+    return desktop;
+}
+
 } // namespace
 
 std::optional<std::string> processEnvironment(const char* name) {
@@ -92,7 +121,9 @@ std::optional<std::string> processEnvironment(const char* name) {
 }
 
 Backends realBackends(EventLoop& loop, std::function<void()> onServerLost) {
-    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); }};
+    return {
+        .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
+        .virtualPointer = [&loop](const std::string& compositor) { return connectVirtualPointer(loop, compositor); }};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {

@@ -19,6 +19,8 @@ std::optional<std::string> processEnvironment(const char* name);
 /// How each backend makes the parts that it has. An error is the end of a sentence: why the backend has none.
 struct Backends {
     std::function<Result<platform::Desktop>()> x11;
+    /// Of the compositor that has this name.
+    std::function<Result<platform::Desktop>(const std::string& compositor)> virtualPointer;
 };
 
 /// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone. `loop` must outlive

@@ -2,7 +2,10 @@
 
 #include "fakes/RecordingPlatform.h"
 #include "harness/PrivateServer.h"
+#include "platform/InputTrust.h"
 #include "platform/KeyCharacters.h"
+#include "platform/PointerEvents.h"
+#include "platform/wayland/Sway.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace velloran {
 
@@ -76,10 +80,18 @@ protected:
     fakes::RecordingPlatform platform;
     Desktop whole = platform.desktop.get();
     int connections = 0;
+    /// What the compositor has, and the names by which it was asked.
+    Result<Desktop> ofCompositor = Error{"it gives no pointer"};
+    std::vector<std::string> compositors;
     Backends backends{.x11 = [this]() -> Result<Desktop> {
-        ++connections;
-        return whole;
-    }};
+                          ++connections;
+                          return whole;
+                      },
+                      .virtualPointer =
+                          [this](const std::string& compositor) {
+                              compositors.push_back(compositor);
+                              return ofCompositor;
+                          }};
 };
 
 } // namespace
@@ -107,6 +119,28 @@ TEST_F(ChooseDesktopTest, WaylandDisplayCountsWhateverTheSessionCallsItself) {
 TEST_F(ChooseDesktopTest, WaylandWithoutAnXServer) {
     expectNothing({{"WAYLAND_DISPLAY", "wayland-0"}}, onWayland);
     expectNothing({{"XDG_SESSION_TYPE", "wayland"}}, onWayland);
+}
+
+TEST_F(ChooseDesktopTest, WaylandSessionHasThePointerOfItsCompositor) {
+    Desktop offered;
+    offered.clicks = whole.clicks;
+    offered.trust = whole.trust;
+    ofCompositor = offered;
+    const Desktop chosen =
+        choose({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-7"}, {"XDG_SESSION_TYPE", "wayland"}});
+    EXPECT_EQ(chosen.clicks, offered.clicks);
+    EXPECT_EQ(chosen.trust, offered.trust);
+    EXPECT_EQ(chosen.hotKeys.limit, "The global hotkey does not work here.");
+    EXPECT_EQ(chosen.pointer.part, nullptr);
+    EXPECT_EQ(compositors, std::vector<std::string>{"wayland-7"});
+    EXPECT_EQ(connections, 0);
+}
+
+TEST_F(ChooseDesktopTest, NoCompositorIsAskedInOtherSessions) {
+    expectX11({{"DISPLAY", ":0"}});
+    expectX11({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", ""}});
+    EXPECT_EQ(choose({{"XDG_SESSION_TYPE", "wayland"}}).clicks.part, nullptr);
+    EXPECT_TRUE(compositors.empty());
 }
 
 TEST_F(ChooseDesktopTest, VariableSetToNothingCountsAsNotSet) {
@@ -170,6 +204,29 @@ TEST(RealBackends, XServerHasEveryPart) {
         EXPECT_EQ(limit, "");
     }
     EXPECT_EQ(desktop.clicks.reason, "Input is posted through the X server: the session runs on one.");
+}
+
+TEST(RealBackends, CompositorThatGivesPointersHasClicksAndTrust) {
+    const tests::Sway sway;
+    ASSERT_TRUE(sway.isUp()) << "sway must be installed";
+    fakes::VirtualLoop loop;
+    const auto offered = realBackends(loop, {}).virtualPointer(sway.display());
+    ASSERT_TRUE(offered.ok()) << offered.error().message;
+    const Desktop& desktop = offered.value();
+    ASSERT_NE(desktop.clicks.part, nullptr);
+    ASSERT_NE(desktop.trust.part, nullptr);
+    EXPECT_TRUE(desktop.trust.part->isTrusted());
+    EXPECT_TRUE(
+        desktop.clicks.part->makeMouseEvent(platform::MouseEventType::leftMouseDown, {}, platform::EventButton::left));
+    EXPECT_EQ(desktop.hotKeys.part, nullptr);
+    EXPECT_EQ(desktop.pointer.part, nullptr);
+}
+
+TEST(RealBackends, CompositorThatIsNotThereHasNone) {
+    fakes::VirtualLoop loop;
+    const auto offered = realBackends(loop, {}).virtualPointer("/no/such/compositor");
+    ASSERT_FALSE(offered.ok());
+    EXPECT_EQ(offered.error().message, "the compositor gives programs no pointer.");
 }
 
 TEST(RealBackends, XServerThatDoesNotAnswerHasNone) {

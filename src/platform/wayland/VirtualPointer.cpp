@@ -27,6 +27,14 @@ VirtualPointer::Offer VirtualPointer::offer() const {
     return events_.canPost() ? Offer::offered : Offer::missing;
 }
 
+void VirtualPointer::waitForOffer(std::chrono::milliseconds atMost) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + atMost;
+    while (offer() == Offer::unknown && !connection_->isLost() && Clock::now() < end) {
+        connection_->waitAndRead(std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()));
+    }
+}
+
 void VirtualPointer::connect() {
     connection_ = WaylandConnection::open(loop_, compositor_, [this] {
         disconnect();

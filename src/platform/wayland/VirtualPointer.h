@@ -6,6 +6,7 @@
 #include "platform/wayland/VirtualPointerEvents.h"
 #include "platform/wayland/WaylandConnection.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -32,6 +33,9 @@ public:
 
     /// What the compositor offers now. `onChanged` tells of this as well.
     [[nodiscard]] Offer offer() const;
+
+    /// Gives the compositor that long to say. For the start of the program: nothing else here waits.
+    void waitForOffer(std::chrono::milliseconds atMost);
 
     /// Live as long as this object, which outlives whoever posts.
     [[nodiscard]] PointerEvents& pointerEvents() { return events_; }

@@ -1,5 +1,7 @@
 #include "platform/wayland/WaylandConnection.h"
 
+#include <poll.h>
+
 #include <utility>
 
 namespace velloran::platform::wayland {
@@ -26,6 +28,13 @@ WaylandConnection::~WaylandConnection() {
 void WaylandConnection::flush() {
     if (wl_display_flush(display_) < 0) {
         loss_.report();
+    }
+}
+
+void WaylandConnection::waitAndRead(std::chrono::milliseconds atMost) {
+    pollfd descriptor{wl_display_get_fd(display_), POLLIN, 0};
+    if (!isLost() && poll(&descriptor, 1, static_cast<int>(atMost.count())) > 0) {
+        read();
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <wayland-client.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -14,8 +15,8 @@
 namespace velloran::platform::wayland {
 
 /// A connection to the compositor beside the toolkit's: with a descriptor of its own, read in turns of the main loop.
-/// Nothing here waits for the compositor. `send` and `isLost` may be called on any thread, the rest belongs to the main
-/// thread.
+/// Nothing but `waitAndRead` waits for the compositor. `send` and `isLost` may be called on any thread, the rest
+/// belongs to the main thread.
 class WaylandConnection {
 public:
     /// Connects to the compositor of that name: one below the user's run-time folder, or a whole path. `onLost` is
@@ -32,6 +33,9 @@ public:
 
     /// Whether the connection has broken, told already or not.
     [[nodiscard]] bool isLost() const { return loss_.isLost(); }
+
+    /// Waits until the compositor has sent something, at most that long, and takes it in.
+    void waitAndRead(std::chrono::milliseconds atMost);
 
     /// Makes the requests of `requests` and sends them, in one write and with nothing else between them. Does not wait:
     /// a compositor that takes in nothing more counts as lost. Must not be called from inside `requests`.

@@ -76,6 +76,14 @@ void FakeCompositor::goOn() {
     watch_ = loop_.watch(requests, EventLoop::Readiness::readable, [this] { work(); });
 }
 
+void FakeCompositor::workUntil(const std::atomic<bool>& isEnding) {
+    constexpr int millisecondsATurn = 10;
+    while (!isEnding) {
+        wl_display_flush_clients(display_);
+        wl_event_loop_dispatch(wl_display_get_event_loop(display_), millisecondsATurn);
+    }
+}
+
 std::size_t FakeCompositor::bytesWaiting() const {
     wl_client* const client = wl_client_from_link(wl_display_get_client_list(display_)->next);
     int count = 0;

@@ -4,6 +4,7 @@
 
 #include <wayland-server.h>
 
+#include <atomic>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -51,6 +52,9 @@ public:
     void pause() { watch_.reset(); }
 
     void goOn();
+
+    /// Works on the thread that calls, until it is told to end. Only while it is held still.
+    void workUntil(const std::atomic<bool>& isEnding);
 
     /// How many bytes of the only client wait to be read.
     [[nodiscard]] std::size_t bytesWaiting() const;

@@ -2,6 +2,10 @@
 
 #include "platform/wayland/VirtualPointerTest.h"
 
+#include <atomic>
+#include <chrono>
+#include <future>
+
 namespace velloran::tests {
 
 class PointerGlobalsTest : public VirtualPointerTest {};
@@ -20,6 +24,37 @@ TEST_F(PointerGlobalsTest, IsTrustedOnceTheCompositorHasSaidSo) {
     idle();
     EXPECT_EQ(changes, 1);
     EXPECT_TRUE(compositor->deeds.empty()) << "what could not be made is not made later";
+}
+
+TEST_F(PointerGlobalsTest, TheStartMayWaitForTheAnswer) {
+    compositor->addSeat("seat0", true);
+    compositor->pause();
+    std::atomic<bool> isEnding = false;
+    for (const Offer expected : {Offer::missing, Offer::offered}) {
+        auto work = std::async(std::launch::async, [&] { compositor->workUntil(isEnding); });
+        connect();
+        pointer->waitForOffer(std::chrono::seconds(10));
+        EXPECT_EQ(pointer->offer(), expected);
+        EXPECT_EQ(pointer->isTrusted(), expected == Offer::offered);
+        isEnding = true;
+        work.get();
+        isEnding = false;
+        pointer.reset();
+        if (expected == Offer::missing) {
+            compositor->offerPointers();
+        }
+    }
+}
+
+TEST_F(PointerGlobalsTest, ACompositorThatDoesNotAnswerIsNotWaitedForLongAndFollowed) {
+    compositor->offerPointers();
+    compositor->addSeat("seat0", true);
+    compositor->pause();
+    connect();
+    pointer->waitForOffer(std::chrono::milliseconds(20));
+    EXPECT_EQ(pointer->offer(), Offer::unknown);
+    compositor->goOn();
+    EXPECT_TRUE(untilOffered());
 }
 
 TEST_F(PointerGlobalsTest, ACompositorThatMakesNoPointersIsMissing) {
