@@ -4,7 +4,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 struct xkb_keymap;
 
@@ -27,6 +29,18 @@ struct KeyboardState {
     std::uint32_t lockedModifiers = 0;
 };
 
+/// A symbol by which a press may be known, and the modifiers that then belong to it; their bits are in the order Shift,
+/// Lock, Control, Mod1 to Mod5.
+struct PressedSymbol {
+    std::uint32_t symbol = 0;
+    std::uint32_t modifiers = 0;
+
+    friend bool operator==(const PressedSymbol&, const PressedSymbol&) = default;
+};
+
+/// The symbol of that name; of two that differ in their case only, the small letter. Nothing where none has it.
+std::optional<std::uint32_t> symbolNamed(const std::string& name);
+
 /// Tells what the keys of a keyboard give. A value of one moment: it does not follow later changes of the layout.
 class KeyboardLayout {
 public:
@@ -40,6 +54,10 @@ public:
     /// A key that gives no text reports a readable name instead; a dead key and a modifier key give an empty text.
     [[nodiscard]] std::string charactersIgnoringModifiers(std::uint32_t evdevCode, const KeyboardState& keyboard,
                                                           bool shiftHeld) const;
+
+    /// All by which that press may be known, whichever group is active: what the key gives by itself with all the
+    /// modifiers, and what it gives under them with those that had no part in it.
+    [[nodiscard]] std::vector<PressedSymbol> symbolsOfPress(std::uint32_t evdevCode, std::uint32_t modifiers) const;
 
 private:
     struct ReleaseKeymap {

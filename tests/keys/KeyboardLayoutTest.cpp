@@ -6,6 +6,8 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace velloran::keys {
 
@@ -154,6 +156,27 @@ TEST(KeyboardLayout, WhatCannotBeReadIsAnError) {
     EXPECT_FALSE(KeyboardLayout::fromText("").ok());
     EXPECT_FALSE(KeyboardLayout::fromText("xkb_keymap { nonsense").ok());
     EXPECT_FALSE(KeyboardLayout::fromNames({"evdev", "pc105", "no-such-layout", "", ""}).ok());
+}
+
+TEST(KeyboardLayout, TellsByWhichSymbolsAPressIsKnown) {
+    constexpr std::uint32_t shift = 1;
+    constexpr std::uint32_t super = 64;
+    using Symbols = std::vector<PressedSymbol>;
+    const KeyboardLayout us = layoutCalled("us");
+    EXPECT_EQ(us.symbolsOfPress(KEY_F8, super), (Symbols{{XKB_KEY_F8, super}, {XKB_KEY_F8, super}}));
+    EXPECT_EQ(us.symbolsOfPress(KEY_1, super | shift), (Symbols{{XKB_KEY_1, super | shift}, {XKB_KEY_exclam, super}}));
+    const KeyboardLayout two = layoutCalled("us,de");
+    EXPECT_EQ(two.symbolsOfPress(KEY_Z, super),
+              (Symbols{{XKB_KEY_z, super}, {XKB_KEY_z, super}, {XKB_KEY_y, super}, {XKB_KEY_y, super}}));
+    EXPECT_EQ(us.symbolsOfPress(5000, super), Symbols{}) << "no key at all";
+}
+
+TEST(KeyboardLayout, KnowsSymbolsByTheirNamesInAnyCase) {
+    EXPECT_EQ(symbolNamed("F8"), XKB_KEY_F8);
+    EXPECT_EQ(symbolNamed("return"), XKB_KEY_Return);
+    EXPECT_EQ(symbolNamed("Q"), XKB_KEY_q);
+    EXPECT_EQ(symbolNamed("no such key"), std::nullopt);
+    EXPECT_EQ(symbolNamed(""), std::nullopt);
 }
 
 } // namespace velloran::keys

@@ -13,6 +13,8 @@ struct WaylandDeleter {
 
     void operator()(wl_registry* object) const { wl_registry_destroy(object); }
 
+    void operator()(wl_keyboard* object) const { wl_keyboard_destroy(object); }
+
     void operator()(wl_seat* object) const { wl_seat_destroy(object); }
 
     void operator()(zwlr_virtual_pointer_manager_v1* object) const { zwlr_virtual_pointer_manager_v1_destroy(object); }
