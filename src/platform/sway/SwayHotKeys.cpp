@@ -18,6 +18,19 @@ constexpr std::uint32_t keyCodeOffset = 8;
 /// Longer than any keyboard waits before it repeats a key.
 constexpr std::uint64_t longestPauseWhileHeld = 3 * nanosecondsPerSecond;
 
+/// Modifiers as keymaps count them.
+std::uint32_t keymapModifiers(std::uint32_t modifiers) {
+    constexpr std::array<std::pair<std::uint32_t, std::uint32_t>, 4> bits{{{shiftModifier, 1U << 0U},
+                                                                           {controlModifier, 1U << 2U},
+                                                                           {optionModifier, 1U << 3U},
+                                                                           {commandModifier, 1U << 6U}}};
+    std::uint32_t result = 0;
+    for (const auto& [ours, theirs] : bits) {
+        result |= (modifiers & ours) != 0 ? theirs : 0;
+    }
+    return result;
+}
+
 std::string combinationText(std::uint32_t modifiers, std::uint32_t evdevCode) {
     constexpr std::array<std::pair<std::uint32_t, std::string_view>, 4> names{{{controlModifier, "Control+"},
                                                                                {optionModifier, "Mod1+"},
@@ -57,8 +70,10 @@ bool isSuccess(const Message& message) {
 
 } // namespace
 
-SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket)
+SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout)
     : loop_(loop),
+      layout_(std::move(layout)),
+      configuration_(loop),
       events_(SwayConnection::open(
           loop, socket, [this](const Message& message) { onEvent(message); }, [this] { onLost(); })),
       commands_(SwayConnection::open(
@@ -78,6 +93,10 @@ SwayHotKeys::~SwayHotKeys() {
     }
 }
 
+bool SwayHotKeys::isConnected() const {
+    return events_ && commands_ && !events_->isLost() && !commands_->isLost();
+}
+
 Subscription SwayHotKeys::installHandler(Handler handler) {
     return handlers_.attach(std::move(handler));
 }
@@ -85,12 +104,14 @@ Subscription SwayHotKeys::installHandler(Handler handler) {
 Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
                                          AnswerReceiver answered) {
     const auto evdevCode = keys::evdevFromVirtualKey(keyCode);
-    if (!evdevCode || !events_ || !commands_ || events_->isLost() || commands_->isLost()) {
+    if (!evdevCode || !isConnected()) {
         answered({hotKeyInvalidError, {}});
         return {};
     }
     const auto registration = std::make_shared<Registration>();
     registration->combination = combinationText(modifiers, *evdevCode);
+    registration->evdevCode = *evdevCode;
+    registration->modifiers = keymapModifiers(modifiers);
     const bool isOwn = std::any_of(registrations_.begin(), registrations_.end(),
                                    [&](const auto& other) { return other->combination == registration->combination; });
     if (isOwn) {
@@ -103,7 +124,7 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     registration->pressed = "nop velloran pressed " + number;
     registration->released = "nop velloran released " + number;
     registrations_.push_back(registration);
-    bind(registration);
+    check(registration);
     return Subscription([this, observed = std::weak_ptr(registration)] {
         if (const auto ending = observed.lock()) {
             end(ending);
@@ -111,33 +132,97 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     });
 }
 
+void SwayHotKeys::check(const std::shared_ptr<Registration>& registration) {
+    const auto stillWanted = [observed = std::weak_ptr(registration), number = ++registration->checks] {
+        const auto checked = observed.lock();
+        return checked && checked->checks == number ? checked : nullptr;
+    };
+    const auto decided = [this, stillWanted](const std::vector<UserBinding>& bindings) {
+        if (const auto checked = stillWanted()) {
+            decide(checked, bindings);
+        }
+    };
+    const auto path = std::make_shared<std::string>();
+    ask(MessageType::getVersion, {}, [path](const Message& message) {
+        const auto version = parsed(message);
+        *path = version ? textAt(*version, "loaded_config_file_name") : "";
+    });
+    ask(MessageType::getConfig, {}, [this, stillWanted, decided, path](const Message& message) {
+        if (stillWanted()) {
+            const auto loaded = parsed(message);
+            configuration_.read({*path, loaded ? textAt(*loaded, "config") : ""}, decided);
+        }
+    });
+}
+
+void SwayHotKeys::decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings) {
+    if (isTaken(*registration, bindings)) {
+        refuse(registration, hotKeyExistsError);
+    } else {
+        bind(registration);
+    }
+}
+
+bool SwayHotKeys::isTaken(const Registration& registration, const std::vector<UserBinding>& bindings) const {
+    const auto byDefault = keys::KeyboardLayout::fromNames({});
+    const keys::KeyboardLayout* layout = layout_ ? layout_() : nullptr;
+    if (layout == nullptr && byDefault) {
+        layout = &byDefault.value();
+    }
+    const auto symbols = layout != nullptr ? layout->symbolsOfPress(registration.evdevCode, registration.modifiers)
+                                           : std::vector<keys::PressedSymbol>();
+    const std::string code = std::to_string(registration.evdevCode + keyCodeOffset);
+    return std::any_of(bindings.begin(), bindings.end(), [&](const UserBinding& binding) {
+        if (binding.isByCode) {
+            return binding.key == code && binding.modifiers == registration.modifiers;
+        }
+        const auto symbol = keys::symbolNamed(binding.key);
+        return symbol && std::find(symbols.begin(), symbols.end(), keys::PressedSymbol{*symbol, binding.modifiers}) !=
+                             symbols.end();
+    });
+}
+
 void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
+    registration->isBound = true;
     // A held key repeats its binding, and not every version can be told otherwise. The release tells the next press
     // from a repetition.
     run("bindcode --no-warn " + registration->combination + ' ' + registration->pressed,
-        [this, observed = std::weak_ptr(registration)](bool isDone) {
+        [this, observed = std::weak_ptr(registration)](const Message& message) {
             const auto bound = observed.lock();
-            if (!bound) {
-                return;
+            if (bound && isSuccess(message)) {
+                answer(*bound, noErr);
+            } else if (bound) {
+                refuse(bound, hotKeyInvalidError);
             }
-            if (!isDone && !bound->isAnswered) {
-                end(bound);
-            }
-            answer(*bound, isDone ? noErr : hotKeyInvalidError);
         });
     run("bindcode --no-warn --release " + registration->combination + ' ' + registration->released, {});
 }
 
-void SwayHotKeys::unbind(const Registration& registration) {
-    run("unbindcode " + registration.combination, {});
-    run("unbindcode --release " + registration.combination, {});
+void SwayHotKeys::unbind(Registration& registration) {
+    // What the user has bound meanwhile would go with it.
+    if (std::exchange(registration.isBound, false)) {
+        run("unbindcode " + registration.combination, {});
+        run("unbindcode --release " + registration.combination, {});
+    }
 }
 
-void SwayHotKeys::run(const std::string& command, std::function<void(bool)> done) {
-    if (commands_) {
-        waiting_.push_back(std::move(done));
-        commands_->send({MessageType::runCommand, command});
+void SwayHotKeys::refuse(const std::shared_ptr<Registration>& registration, Status status) {
+    // One that was granted once may be given back by the next reload.
+    if (!registration->isAnswered) {
+        end(registration);
     }
+    answer(*registration, status);
+}
+
+void SwayHotKeys::ask(MessageType type, const std::string& words, Answered answered) {
+    if (commands_) {
+        waiting_.push_back(std::move(answered));
+        commands_->send({type, words});
+    }
+}
+
+void SwayHotKeys::run(const std::string& command, Answered answered) {
+    ask(MessageType::runCommand, "mode \"default\" " + command, std::move(answered));
 }
 
 void SwayHotKeys::answer(Registration& registration, Status status) {
@@ -159,10 +244,10 @@ void SwayHotKeys::onAnswer(const Message& message) {
     if (waiting_.empty()) {
         return;
     }
-    const auto done = std::move(waiting_.front());
+    const auto answered = std::move(waiting_.front());
     waiting_.pop_front();
-    if (done) {
-        done(isSuccess(message));
+    if (answered) {
+        answered(message);
     }
 }
 
@@ -207,7 +292,8 @@ void SwayHotKeys::onReload() {
     const auto dropped = registrations_;
     for (const auto& registration : dropped) {
         registration->isDown = false;
-        bind(registration);
+        registration->isBound = false;
+        check(registration);
     }
 }
 

@@ -2,8 +2,10 @@
 
 #include "async/EventLoop.h"
 #include "async/Observers.h"
+#include "keys/KeyboardLayout.h"
 #include "platform/HotKeys.h"
 #include "platform/sway/SwayConnection.h"
+#include "platform/sway/UserConfiguration.h"
 
 #include <cstdint>
 #include <deque>
@@ -18,13 +20,22 @@ namespace velloran::platform::sway {
 /// reload of the configuration drops them, and they are added again. Without `--locked` they rest while the screen is
 /// locked. A combination that this program holds already counts as taken.
 ///
-/// sway binds over what the user has bound without a word, and gives that back when ours ends.
+/// sway would bind over what the user has bound without a word. So the user's files are read first, also after a
+/// reload, and what they bind is taken. A binding belongs to one mode: ours to the one that is no mode of the user's,
+/// as the others are there to have keys of their own.
 class SwayHotKeys final : public HotKeys {
 public:
-    /// `socket` is where sway takes commands. Where nobody does, every registration is refused.
-    SwayHotKeys(EventLoop& loop, const std::string& socket);
+    /// The layout of the user's keyboard, as far as it is known; null where it is not.
+    using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
+
+    /// `socket` is where sway takes commands. Where nobody does, every registration is refused. By `layout` it is known
+    /// which keys the user has bound; without one it is the system's default.
+    SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout);
     /// Has the bindings removed, and waits for that a quarter of a second at most.
     ~SwayHotKeys() override;
+
+    /// Whether sway is there to take commands.
+    [[nodiscard]] bool isConnected() const;
 
     Subscription installHandler(Handler handler) override;
     Subscription registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
@@ -39,15 +50,27 @@ private:
         /// What its press and its release tell.
         std::string pressed;
         std::string released;
+        std::uint32_t evdevCode = 0;
+        std::uint32_t modifiers = 0;
+        /// Counts how often the user's files were asked; an answer to an earlier question is none.
+        std::uint64_t checks = 0;
+        bool isBound = false;
         bool isAnswered = false;
         Status status = noErr;
         bool isDown = false;
         ScheduledCall forgetting;
     };
 
+    using Answered = std::function<void(const Message&)>;
+
+    void check(const std::shared_ptr<Registration>& registration);
+    void decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings);
+    [[nodiscard]] bool isTaken(const Registration& registration, const std::vector<UserBinding>& bindings) const;
     void bind(const std::shared_ptr<Registration>& registration);
-    void unbind(const Registration& registration);
-    void run(const std::string& command, std::function<void(bool)> done);
+    void unbind(Registration& registration);
+    void refuse(const std::shared_ptr<Registration>& registration, Status status);
+    void ask(MessageType type, const std::string& words, Answered answered);
+    void run(const std::string& command, Answered answered);
     void answer(Registration& registration, Status status);
     void end(const std::shared_ptr<Registration>& registration);
 
@@ -58,11 +81,13 @@ private:
     void onLost();
 
     EventLoop& loop_;
+    const CurrentLayout layout_;
+    UserConfiguration configuration_;
     Observers<const HotKeyEvent*> handlers_;
     std::vector<std::shared_ptr<Registration>> registrations_;
     std::uint64_t lastNumber_ = 0;
     /// Who gets the answers to the commands that are under way, in order.
-    std::deque<std::function<void(bool)>> waiting_;
+    std::deque<Answered> waiting_;
     /// Events may come between the answers to questions, so they have a connection of their own.
     std::unique_ptr<SwayConnection> events_;
     std::unique_ptr<SwayConnection> commands_;

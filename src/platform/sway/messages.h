@@ -13,6 +13,8 @@ namespace velloran::platform::sway {
 enum class MessageType : std::uint32_t {
     runCommand = 0,
     subscribe = 2,
+    getVersion = 7,
+    getConfig = 9,
     workspaceEvent = 0x8000'0000,
     bindingEvent = 0x8000'0005,
 };

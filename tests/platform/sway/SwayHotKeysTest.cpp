@@ -1,90 +1,11 @@
-#include "platform/sway/SwayHotKeys.h"
-
-#include "platform/wayland/LoopTest.h"
-#include "platform/wayland/Sway.h"
-#include "platform/wayland/Witness.h"
+#include "platform/sway/SwayHotKeysTest.h"
 
 #include <chrono>
-#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace velloran::tests {
-
-using namespace platform;
-using sway::SwayHotKeys;
-
-namespace {
-
-/// A key by its stored number and by evdev's.
-struct Key {
-    std::uint32_t number;
-    unsigned code;
-};
-
-constexpr Key f8{100, 66};
-constexpr Key f9{101, 67};
-constexpr Key letterS{1, 31};
-
-constexpr unsigned shiftBit = 1;
-constexpr unsigned controlBit = 4;
-constexpr unsigned altBit = 8;
-constexpr unsigned superBit = 64;
-constexpr unsigned capsLockBit = 2;
-
-constexpr HotKeyId ourId{0x564C524E, 1};
-
-} // namespace
-
-class SwayHotKeysTest : public LoopTest {
-protected:
-    explicit SwayHotKeysTest(const std::string& configuration = "") : sway(configuration) {}
-
-    void SetUp() override {
-        ASSERT_TRUE(sway.isUp()) << "sway must be installed";
-        witness = std::make_unique<Witness>(sway);
-        ASSERT_TRUE(witness->isReady());
-        connect();
-    }
-
-    void connect() {
-        hotKeys = std::make_unique<SwayHotKeys>(loop, sway.commandSocket());
-        handler = hotKeys->installHandler([this](const HotKeyEvent* event) {
-            fired.push_back(event->hotKeyId);
-            return noErr;
-        });
-    }
-
-    /// Registers and waits for the answer.
-    Subscription registered(Key key, std::uint32_t modifiers, HotKeyId id = ourId) {
-        answers.clear();
-        Subscription result = hotKeys->registerHotKey(
-            key.number, modifiers, id, [this](const HotKeyAnswer& answer) { answers.push_back(answer.status); });
-        EXPECT_TRUE(until([this] { return !answers.empty(); }));
-        return result;
-    }
-
-    /// Whether presses are told as often, and not more often once another hot key that came after them was told.
-    bool untilFired(std::size_t times) {
-        return until([this, times] { return fired.size() >= times; });
-    }
-
-    /// Whether the window gets that key, which it does in some time after the hot key has ended.
-    bool untilWindowGets(Key key, unsigned modifiers) {
-        return until([this, key, modifiers] {
-            const std::size_t before = witness->keyPresses();
-            witness->tap(key.code, modifiers);
-            return witness->keyPresses() > before;
-        });
-    }
-
-    Sway sway;
-    std::unique_ptr<Witness> witness;
-    std::unique_ptr<SwayHotKeys> hotKeys;
-    Subscription handler;
-    std::vector<Status> answers;
-    std::vector<HotKeyId> fired;
-};
 
 TEST_F(SwayHotKeysTest, FiresOnceAPressAndTheWindowDoesNotSeeTheKey) {
     const Subscription hotKey = registered(f8, controlModifier);
@@ -104,8 +25,8 @@ TEST_F(SwayHotKeysTest, FiresOnceAPressAndTheWindowDoesNotSeeTheKey) {
 }
 
 TEST_F(SwayHotKeysTest, AHeldKeyFiresOnce) {
-    ASSERT_TRUE(sway.command("input * repeat_delay 50"));
-    ASSERT_TRUE(sway.command("input * repeat_rate 100"));
+    ASSERT_TRUE(ownSway->command("input * repeat_delay 50"));
+    ASSERT_TRUE(ownSway->command("input * repeat_rate 100"));
     const Subscription hotKey = registered(f8, controlModifier);
     witness->press(f8.code, controlBit);
     ASSERT_TRUE(untilFired(1));
@@ -167,7 +88,7 @@ TEST_F(SwayHotKeysTest, TheKeyIsGivenBackWithEverything) {
 TEST_F(SwayHotKeysTest, AReloadIsOutlived) {
     const Subscription hotKey = registered(f8, controlModifier);
     for (std::size_t round = 1; round <= 2; ++round) {
-        ASSERT_TRUE(sway.command("reload"));
+        ASSERT_TRUE(ownSway->command("reload"));
         const std::size_t before = fired.size();
         ASSERT_TRUE(until([&] {
             witness->tap(f8.code, controlBit);
@@ -193,12 +114,12 @@ TEST_F(SwayHotKeysTest, AKeyThatIsNoneIsRefused) {
 }
 
 TEST_F(SwayHotKeysTest, AnAnswerThatComesTooLateIsNotHeard) {
-    sway.pause();
+    ownSway->pause();
     {
         const Subscription hotKey = hotKeys->registerHotKey(
             f8.number, controlModifier, ourId, [this](const auto& answer) { answers.push_back(answer.status); });
     }
-    sway.goOn();
+    ownSway->goOn();
     const Subscription other =
         hotKeys->registerHotKey(f9.number, controlModifier, ourId, [this](const auto&) { fired.push_back({}); });
     ASSERT_TRUE(untilFired(1));
@@ -208,7 +129,7 @@ TEST_F(SwayHotKeysTest, AnAnswerThatComesTooLateIsNotHeard) {
 
 TEST_F(SwayHotKeysTest, WithItsEndTheHotKeyIsTakenBackOnce) {
     const Subscription hotKey = registered(f8, controlModifier);
-    sway.crash();
+    ownSway->crash();
     ASSERT_TRUE(until([this] { return answers.size() > 1; }));
     idle();
     EXPECT_EQ(answers, (std::vector<Status>{noErr, hotKeyInvalidError}));
@@ -219,15 +140,16 @@ TEST_F(SwayHotKeysTest, WithItsEndTheHotKeyIsTakenBackOnce) {
 
 TEST_F(SwayHotKeysTest, AnEndThatIsNotAnsweredIsNotWaitedForLong) {
     const Subscription hotKey = registered(f8, controlModifier);
-    sway.pause();
+    ownSway->pause();
     const auto start = std::chrono::steady_clock::now();
     hotKeys.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
-    sway.goOn();
+    ownSway->goOn();
 }
 
 TEST_F(SwayHotKeysTest, WhereNobodyTakesCommandsEverythingIsRefused) {
-    SwayHotKeys nowhere(loop, "/no/such/socket");
+    SwayHotKeys nowhere(loop, "/no/such/socket", {});
+    EXPECT_FALSE(nowhere.isConnected());
     std::optional<Status> status;
     const Subscription hotKey = nowhere.registerHotKey(f8.number, controlModifier, ourId,
                                                        [&](const HotKeyAnswer& answer) { status = answer.status; });

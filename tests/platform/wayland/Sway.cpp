@@ -16,17 +16,12 @@ constexpr uid_t substituteForRoot = 65534;
 
 } // namespace
 
-Sway::Sway(const std::string& configuration) {
+Sway::Sway(const std::string& configuration, const Files& files) {
     std::string folder = std::filesystem::temp_directory_path() / "velloran-sway-XXXXXX";
     folder_ = mkdtemp(folder.data());
     std::filesystem::create_directory(runtimeFolder());
     std::filesystem::permissions(runtimeFolder(), std::filesystem::perms::owner_all);
-    std::ofstream(folder_ / "config") << "xwayland disable\n"
-                                         "output HEADLESS-1 resolution 800x600\n"
-                                         "default_border none\n"
-                                         "focus_follows_mouse no\n"
-                                         "exec echo up $WAYLAND_DISPLAY\n"
-                                      << configuration;
+    configure(configuration, files);
     if (getuid() == 0) {
         for (const auto& path : {folder_, runtimeFolder()}) {
             if (chown(path.c_str(), substituteForRoot, substituteForRoot) != 0) {
@@ -35,6 +30,19 @@ Sway::Sway(const std::string& configuration) {
         }
     }
     start();
+}
+
+void Sway::configure(const std::string& configuration, const Files& files) const {
+    std::ofstream(folder_ / "config") << "xwayland disable\n"
+                                         "output HEADLESS-1 resolution 800x600\n"
+                                         "default_border none\n"
+                                         "focus_follows_mouse no\n"
+                                         "exec echo up $WAYLAND_DISPLAY\n"
+                                      << configuration;
+    for (const auto& [name, text] : files) {
+        std::filesystem::create_directories((folder_ / name).parent_path());
+        std::ofstream(folder_ / name) << text;
+    }
 }
 
 Sway::~Sway() {

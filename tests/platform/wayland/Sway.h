@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,8 +15,11 @@ namespace velloran::tests {
 /// runs it as somebody else.
 class Sway {
 public:
-    /// Starts it, with further lines of configuration, and waits until it is up.
-    explicit Sway(const std::string& configuration = "");
+    /// Texts by the names of their files, which are beside the configuration.
+    using Files = std::map<std::string, std::string>;
+
+    /// Starts it, with further lines of configuration and further files, and waits until it is up.
+    explicit Sway(const std::string& configuration = "", const Files& files = {});
     Sway(const Sway&) = delete;
     Sway& operator=(const Sway&) = delete;
     ~Sway();
@@ -33,6 +37,9 @@ public:
 
     /// Has it do something, in words of its configuration. False when it does not want to.
     [[nodiscard]] bool command(const std::string& words) const;
+
+    /// Replaces what the constructor was given. It is read with the next reload.
+    void configure(const std::string& configuration, const Files& files = {}) const;
 
     /// Has it do nothing, not even read what it is sent, until it is to go on.
     void pause() { process_->sendSignal(SIGSTOP); }
