@@ -1,6 +1,8 @@
 #include "chooseDesktop.h"
 
 #include "platform/qt/monitors.h"
+#include "platform/sway/SwayHotKeys.h"
+#include "platform/wayland/SeatKeyboard.h"
 #include "platform/wayland/VirtualPointer.h"
 #include "platform/x11/X11Server.h"
 
@@ -39,15 +41,28 @@ Result<Desktop> onX11(const Environment& environment, const Backends& backends) 
 }
 
 Result<Desktop> onVirtualPointer(const Environment& environment, const Backends& backends) {
-    const auto compositor = environment("WAYLAND_DISPLAY");
-    if (!compositor || compositor->empty()) {
+    if (!isSet(environment, "WAYLAND_DISPLAY")) {
         return Desktop{};
     }
-    return backends.virtualPointer(*compositor);
+    return backends.virtualPointer(*environment("WAYLAND_DISPLAY"));
+}
+
+Result<Desktop> onSway(const Environment& environment, const Backends& backends) {
+    if (!isSet(environment, "WAYLAND_DISPLAY") || !isSet(environment, "SWAYSOCK")) {
+        return Desktop{};
+    }
+    return backends.sway(*environment("WAYLAND_DISPLAY"), *environment("SWAYSOCK"));
+}
+
+Result<Desktop> onCompositor(const Environment& environment, const Backends& backends) {
+    if (!isSet(environment, "WAYLAND_DISPLAY")) {
+        return Desktop{};
+    }
+    return backends.compositor(*environment("WAYLAND_DISPLAY"));
 }
 
 /// The best one first.
-constexpr std::array<Candidate, 2> candidates{onX11, onVirtualPointer};
+constexpr std::array<Candidate, 4> candidates{onX11, onVirtualPointer, onSway, onCompositor};
 
 template<typename Interface>
 void fill(DesktopPart<Interface>& part, const DesktopPart<Interface>& offered) {
@@ -113,6 +128,34 @@ Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compos
     return desktop;
 }
 
+/// The keyboard of a compositor, made when it is first asked for.
+class KeyboardOnce {
+public:
+    std::shared_ptr<platform::wayland::SeatKeyboard> of(EventLoop& loop, const std::string& compositor) {
+        if (!keyboard_) {
+            keyboard_ = std::make_shared<platform::wayland::SeatKeyboard>(loop, compositor);
+            keyboard_->waitForKeymap(longestWaitForCompositor);
+        }
+        return keyboard_;
+    }
+
+private:
+    std::shared_ptr<platform::wayland::SeatKeyboard> keyboard_;
+};
+
+/// A compositor that takes bindings from every program.
+Result<Desktop> connectSway(EventLoop& loop, const std::string& socket,
+                            const std::shared_ptr<platform::wayland::SeatKeyboard>& keyboard) {
+    const auto hotKeys =
+        std::make_shared<platform::sway::SwayHotKeys>(loop, socket, [keyboard] { return keyboard->layout(); });
+    if (!hotKeys->isConnected()) {
+        return Error{"the compositor takes no commands."};
+    }
+    Desktop desktop;
+    desktop.hotKeys = {hotKeys, "The hotkey is a binding of sway's, which lets programs add some.", {}};
+    return desktop;
+}
+
 } // namespace
 
 std::optional<std::string> processEnvironment(const char* name) {
@@ -121,9 +164,21 @@ std::optional<std::string> processEnvironment(const char* name) {
 }
 
 Backends realBackends(EventLoop& loop, std::function<void()> onServerLost) {
+    const auto keyboard = std::make_shared<KeyboardOnce>();
     return {
         .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
-        .virtualPointer = [&loop](const std::string& compositor) { return connectVirtualPointer(loop, compositor); }};
+        .virtualPointer = [&loop](const std::string& compositor) { return connectVirtualPointer(loop, compositor); },
+        .sway =
+            [&loop, keyboard](const std::string& compositor, const std::string& socket) {
+                return connectSway(loop, socket, keyboard->of(loop, compositor));
+            },
+        .compositor =
+            [&loop, keyboard](const std::string& compositor) {
+                Desktop desktop;
+                desktop.keyCharacters = {
+                    keyboard->of(loop, compositor), "The compositor tells its keyboard's layout.", {}};
+                return desktop;
+            }};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {

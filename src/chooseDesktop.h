@@ -21,6 +21,10 @@ struct Backends {
     std::function<Result<platform::Desktop>()> x11;
     /// Of the compositor that has this name.
     std::function<Result<platform::Desktop>(const std::string& compositor)> virtualPointer;
+    /// Where that compositor takes commands at `socket`, as sway does.
+    std::function<Result<platform::Desktop>(const std::string& compositor, const std::string& socket)> sway;
+    /// What every compositor tells.
+    std::function<Result<platform::Desktop>(const std::string& compositor)> compositor;
 };
 
 /// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone. `loop` must outlive

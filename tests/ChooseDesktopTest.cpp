@@ -83,6 +83,8 @@ protected:
     /// What the compositor has, and the names by which it was asked.
     Result<Desktop> ofCompositor = Error{"it gives no pointer"};
     std::vector<std::string> compositors;
+    Desktop ofSway;
+    Desktop ofEveryCompositor;
     Backends backends{.x11 = [this]() -> Result<Desktop> {
                           ++connections;
                           return whole;
@@ -91,7 +93,12 @@ protected:
                           [this](const std::string& compositor) {
                               compositors.push_back(compositor);
                               return ofCompositor;
-                          }};
+                          },
+                      .sway = [this](const std::string& compositor, const std::string& socket) -> Result<Desktop> {
+                          compositors.push_back(compositor + " by " + socket);
+                          return ofSway;
+                      },
+                      .compositor = [this](const std::string&) -> Result<Desktop> { return ofEveryCompositor; }};
 };
 
 } // namespace
@@ -136,7 +143,27 @@ TEST_F(ChooseDesktopTest, WaylandSessionHasThePointerOfItsCompositor) {
     EXPECT_EQ(connections, 0);
 }
 
+TEST_F(ChooseDesktopTest, SwayHasTheHotkeyAndEveryCompositorTheKeys) {
+    ofSway.hotKeys = {whole.hotKeys.part, "sway binds it", ""};
+    ofEveryCompositor.keyCharacters = {whole.keyCharacters.part, "it tells", ""};
+    const Variables variables{{"WAYLAND_DISPLAY", "wayland-1"}, {"SWAYSOCK", "/run/sway"}};
+    const Desktop chosen = choose(variables);
+    EXPECT_EQ(chosen.hotKeys, ofSway.hotKeys);
+    EXPECT_EQ(chosen.keyCharacters, ofEveryCompositor.keyCharacters);
+    EXPECT_EQ(chosen.clicks.reason, onWayland) << "a hotkey is of no use for clicks";
+    EXPECT_EQ(compositors, (std::vector<std::string>{"wayland-1", "wayland-1 by /run/sway"}));
+    EXPECT_EQ(connections, 0);
+}
+
+TEST_F(ChooseDesktopTest, SwayIsAskedOnlyWhereItIs) {
+    ofSway.hotKeys = whole.hotKeys;
+    EXPECT_EQ(choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"SWAYSOCK", ""}}).hotKeys.part, nullptr);
+    EXPECT_EQ(choose({{"SWAYSOCK", "/run/sway"}, {"XDG_SESSION_TYPE", "wayland"}}).hotKeys.part, nullptr);
+    EXPECT_EQ(compositors, std::vector<std::string>{"wayland-1"});
+}
+
 TEST_F(ChooseDesktopTest, NoCompositorIsAskedInOtherSessions) {
+    expectX11({{"DISPLAY", ":0"}, {"SWAYSOCK", "/run/sway"}});
     expectX11({{"DISPLAY", ":0"}});
     expectX11({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", ""}});
     EXPECT_EQ(choose({{"XDG_SESSION_TYPE", "wayland"}}).clicks.part, nullptr);
@@ -220,6 +247,21 @@ TEST(RealBackends, CompositorThatGivesPointersHasClicksAndTrust) {
         desktop.clicks.part->makeMouseEvent(platform::MouseEventType::leftMouseDown, {}, platform::EventButton::left));
     EXPECT_EQ(desktop.hotKeys.part, nullptr);
     EXPECT_EQ(desktop.pointer.part, nullptr);
+}
+
+TEST(RealBackends, SwayHasTheHotkeyAndTheKeyboard) {
+    const tests::Sway sway;
+    ASSERT_TRUE(sway.isUp()) << "sway must be installed";
+    fakes::VirtualLoop loop;
+    const Backends backends = realBackends(loop, {});
+    const auto offered = backends.sway(sway.display(), sway.commandSocket());
+    ASSERT_TRUE(offered.ok()) << offered.error().message;
+    EXPECT_NE(offered.value().hotKeys.part, nullptr);
+    EXPECT_EQ(offered.value().clicks.part, nullptr);
+    EXPECT_FALSE(backends.sway(sway.display(), "/no/such/socket").ok());
+    const auto told = backends.compositor(sway.display());
+    ASSERT_TRUE(told.ok());
+    EXPECT_NE(told.value().keyCharacters.part, nullptr);
 }
 
 TEST(RealBackends, CompositorThatIsNotThereHasNone) {
