@@ -96,7 +96,8 @@ std::optional<std::uint32_t> modifierNamed(const std::string& name) {
                                                                            {"logo", 6},
                                                                            {"mod5", 7}}};
     const std::string wanted = lowered(name);
-    const auto* const found = std::find_if(names.begin(), names.end(), [&](const auto& one) { return one.first == wanted; });
+    const auto* const found =
+        std::find_if(names.begin(), names.end(), [&](const auto& one) { return one.first == wanted; });
     return found != names.end() ? std::optional(1U << found->second) : std::nullopt;
 }
 
@@ -180,7 +181,7 @@ private:
             return;
         }
         const std::string command = lowered(words[0]);
-        if (command == "set") {
+        if (command == "set" && words[1].starts_with('$')) {
             variables_[words[1]] = filledIn(joined(words.begin() + 2, words.end()));
         } else if (command == "include" && words.size() == 2) {
             include(unquoted(filledIn(words[1])), folder);
@@ -197,7 +198,8 @@ private:
         }
     }
 
-    [[nodiscard]] std::optional<UserBinding> combinationIn(const Words& words, bool isByCode, std::size_t atLeastBehind) const {
+    [[nodiscard]] std::optional<UserBinding> combinationIn(const Words& words, bool isByCode,
+                                                           std::size_t atLeastBehind) const {
         const auto found = std::find_if(words.begin() + 1, words.end(),
                                         [](const std::string& word) { return !word.starts_with("--"); });
         const bool isWhole = static_cast<std::size_t>(words.end() - found) > atLeastBehind;
@@ -216,26 +218,34 @@ private:
         }
     }
 
-    /// With the variables put in, of several that fit the longest. Nothing where that grows beyond all measure.
+    using Variables = std::map<std::string, std::string>;
+
+    /// The variable that stands there, of several that fit the longest; null where there is none.
+    [[nodiscard]] const Variables::value_type* variableAt(const std::string& text, std::size_t place) const {
+        const Variables::value_type* longest = nullptr;
+        for (const auto& variable : variables_) {
+            const bool fits = text.compare(place, variable.first.size(), variable.first) == 0;
+            if (fits && (longest == nullptr || variable.first.size() > longest->first.size())) {
+                longest = &variable;
+            }
+        }
+        return longest;
+    }
+
+    /// With the variables put in. Nothing where that grows beyond all measure.
     [[nodiscard]] std::string filledIn(const std::string& text) const {
         std::string result;
         for (std::size_t i = 0; i < text.size() && result.size() <= longestLine;) {
-            const std::pair<const std::string, std::string>* longest = nullptr;
-            for (const auto& variable : variables_) {
-                const bool fits = text[i] == '$' && text.compare(i, variable.first.size(), variable.first) == 0;
-                if (fits && (longest == nullptr || variable.first.size() > longest->first.size())) {
-                    longest = &variable;
-                }
-            }
-            result += longest != nullptr ? longest->second : text.substr(i, 1);
-            i += longest != nullptr ? longest->first.size() : 1;
+            const auto* const variable = text[i] == '$' ? variableAt(text, i) : nullptr;
+            result += variable != nullptr ? variable->second : text.substr(i, 1);
+            i += variable != nullptr ? variable->first.size() : 1;
         }
         return result.size() <= longestLine ? result : std::string();
     }
 
     const FindIncluded& findIncluded_;
     std::set<std::string> files_;
-    std::map<std::string, std::string> variables_;
+    Variables variables_;
 };
 
 } // namespace

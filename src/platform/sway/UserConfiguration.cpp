@@ -25,8 +25,8 @@ std::string escaped(const std::string& text) {
     constexpr std::string_view plain = "/._-+,:@%";
     std::string result;
     for (const char character : text) {
-        const bool isPlain = std::isalnum(static_cast<unsigned char>(character)) != 0 ||
-                             plain.find(character) != std::string_view::npos;
+        const bool isPlain =
+            std::isalnum(static_cast<unsigned char>(character)) != 0 || plain.find(character) != std::string_view::npos;
         result += isPlain ? std::string{character} : std::string{'\\', character};
     }
     return result;
@@ -35,7 +35,8 @@ std::string escaped(const std::string& text) {
 std::optional<ConfigurationFile> readFile(const std::string& name) {
     std::error_code error;
     const auto path = std::filesystem::canonical(name, error);
-    if (error || !std::filesystem::is_regular_file(path, error) || std::filesystem::file_size(path, error) > largestFile) {
+    if (error || !std::filesystem::is_regular_file(path, error) ||
+        std::filesystem::file_size(path, error) > largestFile) {
         return std::nullopt;
     }
     std::ifstream file(path);

@@ -24,7 +24,9 @@ SeatKeyboard::SeatKeyboard(EventLoop& loop, const std::string& compositor)
                 static_cast<SeatKeyboard*>(data)->add(name);
             }
         },
-        [](void* data, wl_registry* /*registry*/, std::uint32_t name) { static_cast<SeatKeyboard*>(data)->remove(name); },
+        [](void* data, wl_registry* /*registry*/, std::uint32_t name) {
+            static_cast<SeatKeyboard*>(data)->remove(name);
+        },
     };
     if (connection_) {
         connection_->send([this] {
@@ -50,7 +52,7 @@ void SeatKeyboard::disconnect() {
 void SeatKeyboard::waitForKeymap(std::chrono::milliseconds atMost) {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + atMost;
-    while (connection_ && !connection_->isLost() && keymapText_.empty() && answersMissing_ > 0 && Clock::now() < end) {
+    while (isConnected() && keymapText_.empty() && answersMissing_ > 0 && Clock::now() < end) {
         connection_->waitAndRead(std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()));
     }
 }
@@ -123,8 +125,9 @@ void SeatKeyboard::setHasKeyboard(bool hasKeyboard) {
 }
 
 void SeatKeyboard::takeKeymap(std::uint32_t format, int file, std::uint32_t size) {
-    void* const text =
-        format == WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1 && size > 0 ? mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0) : MAP_FAILED;
+    void* const text = format == WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1 && size > 0
+                           ? mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0)
+                           : MAP_FAILED;
     close(file);
     layout_.reset();
     keymapText_.clear();

@@ -23,6 +23,9 @@ public:
     SeatKeyboard(EventLoop& loop, const std::string& compositor);
     ~SeatKeyboard() override;
 
+    /// Whether there is a compositor that may tell.
+    [[nodiscard]] bool isConnected() const { return connection_ && !connection_->isLost(); }
+
     /// Gives the compositor that long to tell the keymap. For the start of the program: nothing else here waits.
     void waitForKeymap(std::chrono::milliseconds atMost);
 
@@ -44,7 +47,8 @@ private:
     std::uint32_t seatName_ = 0;
     WaylandOwned<wl_seat> seat_;
     WaylandOwned<wl_keyboard> keyboard_;
-    /// Until the seat, its keyboard and that keyboard's keymap are known, each the answer to a question behind the last.
+    /// Until the seat, its keyboard and that keyboard's keymap are known, each the answer to a question behind the
+    /// last.
     int answersMissing_ = 3;
     WaylandOwned<wl_callback> answer_;
     /// Read into a layout only when one is asked for.

@@ -51,7 +51,8 @@ TEST_F(SwayTakenHotKeysTest, ABoundCodeIsTakenAndIsNotRemovedWithTheHotKey) {
 
 TEST_F(SwayTakenHotKeysTest, WhatIncludedFilesBindIsTaken) {
     start("set $mod Control\nset $folder parts\ninclude $folder/*.conf\n",
-          {{"parts/keys.conf", "bindsym $mod+F8 nop user\ninclude ../deep\n"}, {"deep", "bindsym $mod+Shift+s nop user\n"}});
+          {{"parts/keys.conf", "bindsym $mod+F8 nop user\ninclude ../deep\n"},
+           {"deep", "bindsym $mod+Shift+s nop user\n"}});
     const Subscription first = registered(f8, controlModifier);
     EXPECT_EQ(answers, taken);
     const Subscription second = registered(letterS, controlModifier | shiftModifier);

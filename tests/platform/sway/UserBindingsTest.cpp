@@ -48,7 +48,8 @@ TEST_F(UserBindingsTest, AreSymbolsAndCodesWithTheirModifiers) {
                    "  bindsym --locked --input-device=1:1:kbd mod4+SHIFT+q kill\n"
                    "bindcode --release Alt+Ctrl+74 nop\n"
                    "BindSym F1 nop"),
-              (Bindings{bySymbol(control, "F8"), bySymbol(super | shift, "q"), byCode(alt | control, "74"), bySymbol(0, "F1")}));
+              (Bindings{bySymbol(control, "F8"), bySymbol(super | shift, "q"), byCode(alt | control, "74"),
+                        bySymbol(0, "F1")}));
 }
 
 TEST_F(UserBindingsTest, OfNothingElse) {
@@ -64,16 +65,17 @@ TEST_F(UserBindingsTest, OfNothingElse) {
 }
 
 TEST_F(UserBindingsTest, VariablesArePutIn) {
-    EXPECT_EQ(read("set $mod Mod4\n"
-                   "set $mode Control\n"
-                   "bindsym $mod+a nop\n"
-                   "bindsym $mode+b nop\n"
-                   "set $both $mod+Shift\n"
-                   "set $mod Mod1\n"
-                   "bindsym $both+c nop\n"
-                   "bindsym \"$mod+d\" nop\n"
-                   "bindsym $unknown+e nop"),
-              (Bindings{bySymbol(super, "a"), bySymbol(control, "b"), bySymbol(super | shift, "c"), bySymbol(alt, "d")}));
+    EXPECT_EQ(
+        read("set $mod Mod4\n"
+             "set $mode Control\n"
+             "bindsym $mod+a nop\n"
+             "bindsym $mode+b nop\n"
+             "set $both $mod+Shift\n"
+             "set $mod Mod1\n"
+             "bindsym $both+c nop\n"
+             "bindsym \"$mod+d\" nop\n"
+             "bindsym $unknown+e nop"),
+        (Bindings{bySymbol(super, "a"), bySymbol(control, "b"), bySymbol(super | shift, "c"), bySymbol(alt, "d")}));
 }
 
 TEST_F(UserBindingsTest, InBlocksAndLinesThatGoOn) {
@@ -96,7 +98,8 @@ TEST_F(UserBindingsTest, InBlocksAndLinesThatGoOn) {
                    "}\n"
                    "}\n"
                    "bindsym F6 nop"),
-              (Bindings{bySymbol(control, "F1"), bySymbol(control, "F2"), bySymbol(0, "F3"), bySymbol(0, "F4"), bySymbol(0, "F6")}));
+              (Bindings{bySymbol(control, "F1"), bySymbol(control, "F2"), bySymbol(0, "F3"), bySymbol(0, "F4"),
+                        bySymbol(0, "F6")}));
 }
 
 TEST_F(UserBindingsTest, OfOtherModesAreNoneHere) {
@@ -124,8 +127,9 @@ TEST_F(UserBindingsTest, AreTakenBack) {
 }
 
 TEST_F(UserBindingsTest, OfIncludedFilesCountWithTheirVariablesAndOnce) {
-    included["colours/*.conf"] = {{"/home/user/.config/sway/colours/one.conf", "set $key F2\nbindsym F1 nop\ninclude deeper"},
-                                  {"/home/user/.config/sway/colours/two.conf", "bindsym $key nop\ninclude colours/*.conf"}};
+    included["colours/*.conf"] = {
+        {"/home/user/.config/sway/colours/one.conf", "set $key F2\nbindsym F1 nop\ninclude deeper"},
+        {"/home/user/.config/sway/colours/two.conf", "bindsym $key nop\ninclude colours/*.conf"}};
     included["deeper"] = {{"/elsewhere/deeper", "bindsym F3 nop"}};
     EXPECT_EQ(read("set $what colours\n"
                    "include \"$what/*.conf\"\n"
@@ -133,9 +137,9 @@ TEST_F(UserBindingsTest, OfIncludedFilesCountWithTheirVariablesAndOnce) {
                    "include two words\n"
                    "bindsym $key+Shift nop"),
               (Bindings{bySymbol(0, "F1"), bySymbol(0, "F3"), bySymbol(0, "F2"), bySymbol(shift, "F2")}));
-    EXPECT_EQ(asked, (std::vector<std::string>{"/home/user/.config/sway/: colours/*.conf", "/home/user/.config/sway/colours/: deeper",
-                                               "/home/user/.config/sway/colours/: colours/*.conf",
-                                               "/home/user/.config/sway/: deeper"}));
+    EXPECT_EQ(asked, (std::vector<std::string>{
+                         "/home/user/.config/sway/: colours/*.conf", "/home/user/.config/sway/colours/: deeper",
+                         "/home/user/.config/sway/colours/: colours/*.conf", "/home/user/.config/sway/: deeper"}));
 }
 
 TEST_F(UserBindingsTest, VariablesThatGrowBeyondAllMeasureAreNothing) {
