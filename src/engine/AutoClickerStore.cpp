@@ -80,7 +80,7 @@ void AutoClickerStore::follow(const platform::Desktop& desktop) {
             loop.postFromAnyThread([ending = std::move(ending)] {});
         });
     }
-    if (before.hotKeys.part != parts_.hotKeys.part) {
+    if (before.hotKeys.part != parts_.hotKeys.part || before.hotKeys.isAwaited != parts_.hotKeys.isAwaited) {
         applyHotkey(config.get().hotkey);
     }
     if (before.trust.part != parts_.trust.part) {

@@ -40,15 +40,17 @@ HotkeyManager::~HotkeyManager() {
 void HotkeyManager::register_(const HotkeyCombo& combo, Action onFire) {
     unregister();
     callback_ = std::move(onFire);
-    const auto hotKeys = Platform::current().desktop.get().hotKeys.part;
-    if (!hotKeys) {
-        hear({platform::hotKeyInvalidError, {}});
+    const auto hotKeys = Platform::current().desktop.get().hotKeys;
+    if (!hotKeys.part) {
+        if (!hotKeys.isAwaited) {
+            hear({platform::hotKeyInvalidError, {}});
+        }
         return;
     }
-    handlerRef_ = hotKeys->installHandler([this](const platform::HotKeyEvent* event) { return handle(event); });
+    handlerRef_ = hotKeys.part->installHandler([this](const platform::HotKeyEvent* event) { return handle(event); });
     constexpr platform::HotKeyId id{hotKeySignature, hotKeyNumber};
-    hotKeyRef_ = hotKeys->registerHotKey(combo.keyCode, combo.carbonModifiers(), id,
-                                         [this](const platform::HotKeyAnswer& answer) { hear(answer); });
+    hotKeyRef_ = hotKeys.part->registerHotKey(combo.keyCode, combo.carbonModifiers(), id,
+                                              [this](const platform::HotKeyAnswer& answer) { hear(answer); });
 }
 
 void HotkeyManager::unregister() {

@@ -30,7 +30,8 @@ public:
     ~HotkeyManager();
 
     /// Replaces whatever was registered. `onFire` is called in a turn of the main loop after each press. A combination
-    /// that cannot be registered is logged and otherwise silent.
+    /// that cannot be registered is logged and otherwise silent. While the desktop's hot keys are only awaited nothing
+    /// happens: it has to be called again once they are decided.
     void register_(const HotkeyCombo& combo, Action onFire);
 
     /// Forgets the hot key and its action. No effect when nothing is registered.

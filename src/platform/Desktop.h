@@ -20,6 +20,8 @@ struct DesktopPart {
     std::string reason;
     /// What the user has to do without, in one sentence; empty where nothing is missing.
     std::string limit;
+    /// Whether somebody who may do it has not answered yet: then nothing is decided by there being no part.
+    bool isAwaited = false;
 
     friend bool operator==(const DesktopPart&, const DesktopPart&) = default;
 };

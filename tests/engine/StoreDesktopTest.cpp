@@ -282,6 +282,27 @@ TEST_F(StoreDesktopTest, HotkeyIsRegisteredWithWhoeverComes) {
     EXPECT_TRUE(platform.hotKeys.empty()) << "the one that went is not left with it";
 }
 
+TEST_F(StoreDesktopTest, HotkeyIsNotRefusedBeforeItIsKnownWhoRegistersIt) {
+    const auto await = [](Desktop& desktop) {
+        desktop.hotKeys = {};
+        desktop.hotKeys.isAwaited = true;
+    };
+    const auto refusals = [this] { return platform.count("log HotkeyManager"); };
+    change(await);
+    open(listening(counted(1)));
+    platform.loop.runDue();
+    EXPECT_EQ(refusals(), 0);
+    platform.desktop.set(whole);
+    EXPECT_EQ(platform.hotKeys.size(), 1U);
+    pressHotkey();
+    expectClicks({0.0});
+    change(await);
+    EXPECT_TRUE(platform.hotKeys.empty());
+    EXPECT_EQ(refusals(), 0);
+    change([](Desktop& desktop) { desktop.hotKeys.isAwaited = false; });
+    EXPECT_EQ(refusals(), 1) << "nobody came";
+}
+
 TEST_F(StoreDesktopTest, HotkeyStaysWhereItIsWhenOthersChange) {
     open(listening(counted(1)));
     platform.loop.runDue();
