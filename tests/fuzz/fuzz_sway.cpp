@@ -1,0 +1,72 @@
+// Arbitrary bytes as what a compositor sends, cut anywhere, and as the user's configuration of one: the same messages
+// come however the bytes are cut, what is written is read again, and reading comes to an end.
+
+#include "fuzz/require.h"
+#include "platform/sway/UserBindings.h"
+#include "platform/sway/messages.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using namespace velloran;
+using namespace velloran::platform::sway;
+
+namespace {
+
+struct Read {
+    std::vector<Message> messages;
+    bool isBroken = false;
+
+    friend bool operator==(const Read&, const Read&) = default;
+};
+
+Read readInPieces(std::string_view bytes, std::size_t piece) {
+    MessageReader reader;
+    Read read;
+    for (std::size_t begin = 0; begin < bytes.size(); begin += piece) {
+        reader.append(bytes.substr(begin, piece));
+        while (auto message = reader.next()) {
+            require(!reader.isBroken(), "what is broken gives no message");
+            read.messages.push_back(*std::move(message));
+        }
+    }
+    read.isBroken = reader.isBroken();
+    return read;
+}
+
+void checkMessages(std::string_view bytes, std::size_t piece) {
+    const Read read = readInPieces(bytes, bytes.size() + 1);
+    require(readInPieces(bytes, piece) == read, "how the bytes are cut changes nothing");
+    std::string written;
+    for (const Message& message : read.messages) {
+        written += encode(message);
+    }
+    require(bytes.starts_with(written), "a message is written as it was read");
+    require(readInPieces(written, piece).messages == read.messages, "what is written is read");
+}
+
+void checkConfiguration(const std::string& text) {
+    // It includes itself, and a part of itself.
+    const auto bindings = userBindings({"/a/config", text}, [&](const std::string& words, const std::string& folder) {
+        require(folder.starts_with('/') && folder.ends_with('/'), "a folder is told whole");
+        return std::vector<ConfigurationFile>{{"/a/config", text}, {folder + words, text.substr(text.size() / 2)}};
+    });
+    for (const UserBinding& binding : bindings) {
+        require(!binding.key.empty() && binding.modifiers < 256, "a binding is of a key");
+        require(binding.key.find('+') == std::string::npos, "a binding is of one key");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    if (!bytes.empty()) {
+        checkMessages(bytes.substr(1), std::size_t{1} + data[0] % 32);
+    }
+    checkConfiguration(std::string(bytes));
+    return 0;
+}
