@@ -3,6 +3,8 @@
 #include "base/strictJson.h"
 #include "keys/KeyCodes.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -120,9 +122,10 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     }
     registration->id = id;
     registration->answered = std::move(answered);
-    const std::string number = std::to_string(++lastNumber_);
-    registration->pressed = "nop velloran pressed " + number;
-    registration->released = "nop velloran released " + number;
+    // By the process: what an earlier one has bound is there until the next reload if that was killed.
+    const std::string name = "nop velloran " + std::to_string(getpid()) + ' ' + std::to_string(++lastNumber_);
+    registration->pressed = name + " pressed";
+    registration->released = name + " released";
     registrations_.push_back(registration);
     check(registration);
     return Subscription([this, observed = std::weak_ptr(registration)] {

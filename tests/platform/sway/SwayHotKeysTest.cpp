@@ -108,6 +108,18 @@ TEST_F(SwayHotKeysTest, ItsOwnCombinationIsTaken) {
     EXPECT_EQ(fired, std::vector<HotKeyId>{ourId});
 }
 
+TEST_F(SwayHotKeysTest, WhatAKilledProgramHasLeftBehindFiresNothing) {
+    ASSERT_TRUE(ownSway->command("bindcode Control+75 nop velloran 1 1 pressed"));
+    ASSERT_TRUE(ownSway->command("bindcode Mod1+75 nop velloran pressed 1"));
+    const Subscription hotKey = registered(f8, controlModifier);
+    witness->tap(f9.code, controlBit);
+    witness->tap(f9.code, altBit);
+    witness->tap(f8.code, controlBit);
+    ASSERT_TRUE(untilFired(1));
+    idle();
+    EXPECT_EQ(fired.size(), 1U);
+}
+
 TEST_F(SwayHotKeysTest, AKeyThatIsNoneIsRefused) {
     const Subscription hotKey = registered({0xFFFF, 0}, controlModifier);
     EXPECT_EQ(answers, std::vector<Status>{hotKeyInvalidError});
