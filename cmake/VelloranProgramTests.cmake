@@ -7,7 +7,7 @@ function(velloran_program_tests label)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${files})
   foreach(file IN LISTS files)
     get_filename_component(module "${file}" NAME_WE)
-    file(STRINGS "${file}" classes REGEX "^class [A-Za-z]+\\(DesktopCase\\):")
+    file(STRINGS "${file}" classes REGEX "^class [A-Za-z]+\\((Desktop|Compositor)Case\\):")
     if(NOT classes)
       message(FATAL_ERROR "${file} has no test class")
     endif()
@@ -29,6 +29,7 @@ function(velloran_program_tests label)
                  "PYTHONDONTWRITEBYTECODE=1"
                  "VELLORAN_PROGRAM=$<TARGET_FILE:velloran>"
                  "VELLORAN_OBSERVER=$<TARGET_FILE:velloran-observer>"
+                 "VELLORAN_WITNESS=$<TARGET_FILE:velloran-wayland-witness>"
                  "VELLORAN_PICTURES=${CMAKE_BINARY_DIR}/tests/e2e/pictures")
     endforeach()
   endforeach()

@@ -1,0 +1,196 @@
+"""A private desktop on Wayland: a compositor without a screen, a session bus and an accessibility bus, and another client that
+plays the user."""
+
+import json
+import os
+import shutil
+import subprocess
+
+from . import processes
+from .desktop import Desktop
+from .waiting import LONGEST_WAIT, until
+
+WITNESS = os.environ["VELLORAN_WITNESS"]
+
+# The compositor refuses to run as the administrator, who runs it as the user that has nothing.
+SUBSTITUTE_FOR_ROOT = 65534
+
+SWAY_CONFIGURATION = """xwayland disable
+output HEADLESS-1 resolution {width}x{height}
+default_border none
+focus_follows_mouse no
+exec echo up $WAYLAND_DISPLAY
+"""
+
+
+class Compositor(Desktop):
+    """All of it, but for what tells compositors apart: how one is started and asked to do something."""
+
+    NAME = None
+
+    def __init__(self, size=(1600, 1000), configuration=""):
+        self._configuration = configuration
+        self._size = size
+        self.witness = None
+        super().__init__(size)
+
+    def _start(self, size):
+        for name in ("home", "services", "tools", "runtime", "compositor"):
+            os.mkdir(os.path.join(self.folder, name), 0o700)
+        os.chmod(self.folder, 0o755)
+        self._place = os.path.join(self.folder, "compositor")
+        self._as_somebody = []
+        if os.getuid() == 0:
+            os.chown(self._place, SUBSTITUTE_FOR_ROOT, SUBSTITUTE_FOR_ROOT)
+            self._as_somebody = ["setpriv", f"--reuid={SUBSTITUTE_FOR_ROOT}", f"--regid={SUBSTITUTE_FOR_ROOT}", "--clear-groups",
+                                 "--pdeathsig=KILL"]
+        self.environment = {
+            "QT_LOGGING_RULES": "qt.accessibility.atspi.warning=false",
+            "PATH": os.path.join(self.folder, "tools") + ":/usr/bin:/bin", "HOME": os.path.join(self.folder, "home"),
+            "XDG_RUNTIME_DIR": os.path.join(self.folder, "runtime"), "XDG_SESSION_TYPE": "wayland",
+            "XDG_CURRENT_DESKTOP": self.NAME, "QT_QPA_PLATFORM": "wayland", "LC_ALL": "C.UTF-8",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "NO_AT_BRIDGE": "0",
+        }
+        self._start_bus()
+        # By its whole path: clients have a runtime folder of their own.
+        self.environment["WAYLAND_DISPLAY"] = os.path.join(self._place, self._start_compositor())
+        self.witness = Witness(self.environment)
+
+    def _start_program(self, *arguments):
+        """Starts the compositor, and returns how it calls its socket: it is configured to print that once it is up."""
+        environment = {**self.environment, "HOME": self._place, "XDG_RUNTIME_DIR": self._place, "WLR_BACKENDS": "headless",
+                       "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
+        with open(os.path.join(self.folder, "compositor.log"), "wb") as log:
+            self.server = processes.start([*self._as_somebody, *arguments], environment, stdout=subprocess.PIPE, stderr=log)
+        self._processes.append(self.server)
+        line = self.server.stdout.readline().decode().split()
+        assert line[:1] == ["up"], "the compositor did not start"
+        return line[1]
+
+    def wait_for_view(self, name):
+        """Waits until the compositor shows the window with that title."""
+        raise NotImplementedError
+
+    def focus(self, name):
+        """Gives the keyboard to the window with that title."""
+        raise NotImplementedError
+
+    def picture(self, path):
+        self.run_tool("grim", path)
+
+    def close(self):
+        if self.witness:
+            self.witness.close()
+        super().close()
+        self.server.stdout.close()
+
+
+class Sway(Compositor):
+    """Further lines of configuration may be given, and are replaced by `configure` and a reload."""
+
+    NAME = "sway"
+
+    def configure(self, lines, **files):
+        """Has the configuration end with these lines, and files of those names beside it. Read with the next reload."""
+        for name, text in {**files, "config": SWAY_CONFIGURATION.format(width=self._size[0], height=self._size[1]) + lines}.items():
+            path = os.path.join(self.folder, name)
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(text)
+            os.chmod(path, 0o644)
+
+    def _start_compositor(self):
+        self.environment["SWAYSOCK"] = os.path.join(self._place, "commands")
+        self.configure(self._configuration)
+        return self._start_program("sway", "--config", os.path.join(self.folder, "config"))
+
+    def command(self, words):
+        """Has the compositor do something, in the words of its configuration."""
+        self.run_tool("swaymsg", "--quiet", "--", words)
+
+    def tree(self):
+        return json.loads(self.run_tool("swaymsg", "--raw", "--type", "get_tree"))
+
+    def view(self, name):
+        """What the compositor knows of the window with that title; nothing while there is none."""
+        pending = [self.tree()]
+        while pending:
+            node = pending.pop()
+            if node.get("pid") and node["name"] == name:
+                return node
+            pending += node["nodes"] + node["floating_nodes"]
+        return None
+
+    def wait_for_view(self, name):
+        until(lambda: self.view(name), f"the compositor shows no window {name}")
+
+    def focus(self, name):
+        self.command(f'[title="^{name}$"] focus')
+        until(lambda: self.view(name)["focused"], f"{name} does not get the focus")
+
+
+class Labwc(Compositor):
+    """Its configuration is the contents of the root element. It cannot be asked for anything; what opens has the focus."""
+
+    NAME = "labwc"
+
+    @staticmethod
+    def is_installed():
+        return shutil.which("labwc") is not None
+
+    def _start_compositor(self):
+        with open(os.path.join(self.folder, "rc.xml"), "w", encoding="utf-8") as file:
+            file.write(f"<labwc_config>{self._configuration}</labwc_config>")
+        return self._start_program("labwc", "--config-dir", self.folder, "--startup", "sh -c 'echo up $WAYLAND_DISPLAY'")
+
+    def wait_for_view(self, name):
+        pass
+
+    def focus(self, name):
+        pass
+
+
+class Witness:
+    """A window that fills its place, with the mouse on it; sees buttons and keys, and types. By evdev's codes."""
+
+    CONTROL, ALT = 4, 8
+
+    def __init__(self, environment):
+        self._process = processes.start([WITNESS], environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
+        assert self._read() == "ready", "the witness did not start"
+
+    def _read(self):
+        return self._process.stdout.readline().strip()
+
+    def _ask(self, question):
+        self._process.stdin.write(question + "\n")
+        return int(self._read() or "-1")
+
+    def releases(self):
+        return self._ask("releases")
+
+    def keys(self):
+        """How many keys the window has seen pressed."""
+        return self._ask("keys")
+
+    def press(self, code, modifiers=0):
+        """Everything that comes of it has been sent out when this returns."""
+        self._ask(f"press {code} {modifiers}")
+
+    def release(self, code, modifiers=0):
+        self._ask(f"release {code} {modifiers}")
+
+    def tap(self, code, modifiers=0):
+        self.press(code, modifiers)
+        self.release(code, modifiers)
+
+    def report(self):
+        """What the buttons did since the last report, in order: pairs of "down" or "up" and the button."""
+        return [(kind, int(code)) for kind, code, *_ in (self._read().split() for _ in range(self._ask("report")))]
+
+    def wait_for_releases(self, count, seconds=LONGEST_WAIT):
+        until(lambda: self.releases() >= count, lambda: f"{self.releases()} releases, not {count}", seconds)
+
+    def close(self):
+        self._process.stdin.close()
+        processes.end(self._process)
+        self._process.stdout.close()

@@ -1,0 +1,47 @@
+"""What the test classes on Wayland stand on: one private desktop a test, since some end it."""
+
+import unittest
+
+from . import preferences
+from .compositor import Sway, Witness
+from .program import Program
+from .waiting import until
+
+# The hotkey of these tests, by evdev's code.
+S = 31
+HOTKEY = preferences.CONTROL_OPTION_S
+HELD = Witness.CONTROL | Witness.ALT
+LEFT, RIGHT, MIDDLE = 0x110, 0x111, 0x112
+
+
+class CompositorCase(unittest.TestCase):
+    maxDiff = None
+    COMPOSITOR = Sway
+    CONFIGURATION = ""
+
+    def setUp(self):
+        self.desktop = self.COMPOSITOR(configuration=self.CONFIGURATION)
+        self.addCleanup(self.desktop.close)
+        self.witness = self.desktop.witness
+
+    def start_with(self, **config):
+        """Starts the program with the default configuration and these changes, beside the witness, which has the focus."""
+        stored = {"velloran.config": preferences.as_bytes(preferences.config(**{"hotkey": HOTKEY, **config}))}
+        program = Program(self.desktop, stored)
+        self.addCleanup(program.close)
+        program.wait_for_window()
+        self.desktop.wait_for_view("Velloran")
+        self.desktop.focus("witness")
+        return program
+
+    def press_hotkey(self):
+        """Presses it until it is registered, which the window that has the focus notices by not getting it."""
+        def is_swallowed():
+            before = self.witness.keys()
+            self.witness.tap(S, HELD)
+            return self.witness.keys() == before
+        until(is_swallowed, "the window gets the hotkey")
+
+    def assert_clicks(self, report, count, button=LEFT):
+        """Exactly that many presses, each followed by its release, all of one button."""
+        self.assertEqual(report, [("down", button), ("up", button)] * count)

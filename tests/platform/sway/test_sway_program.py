@@ -1,0 +1,180 @@
+"""The whole program on sway, as another window sees it."""
+
+import os
+import random
+import signal
+
+from PIL import Image
+
+from harness import picture
+from harness.compositor_case import HELD, LEFT, MIDDLE, RIGHT, S, CompositorCase
+from harness.waiting import pause, stays, until
+
+
+class SwayClicks(CompositorCase):
+    def test_three_buttons_are_exact(self):
+        for name, button in (("left", LEFT), ("right", RIGHT), ("middle", MIDDLE)):
+            with self.subTest(name):
+                program = self.start_with(mouseButton=name, clickIntervalSeconds=0.02, maxClicks=50)
+                self.press_hotkey()
+                program.wait_for_headline("Completed")
+                self.assertEqual(program.message, "Completed — reached 50 clicks")
+                self.assert_clicks(self.witness.report(), 50, button)
+                program.close()
+
+    def test_a_thousand_at_ten_milliseconds_are_a_thousand(self):
+        program = self.start_with(clickIntervalSeconds=0.01, maxClicks=1000)
+        self.press_hotkey()
+        program.wait_for_headline("Completed")
+        self.assert_clicks(self.witness.report(), 1000)
+        stays(lambda: not self.witness.report(), "clicks come after the last", 0.3)
+
+    def test_outputs_that_come_and_go_in_mid_run_take_none(self):
+        program = self.start_with(clickIntervalSeconds=0.02, maxClicks=150)
+        self.press_hotkey()
+        self.witness.wait_for_releases(30)
+        self.desktop.command("create_output")
+        self.desktop.command("output HEADLESS-2 resolution 800x600")
+        self.witness.wait_for_releases(60)
+        self.desktop.command("output HEADLESS-2 unplug")
+        program.wait_for_headline("Completed")
+        self.assert_clicks(self.witness.report(), 150)
+
+
+class SwayKills(CompositorCase):
+    def test_no_button_stays_down(self):
+        chance = random.Random(50)
+        down = 0
+        for number in range(50):
+            program = self.start_with(clickIntervalSeconds=0.01, stopMode="manual")
+            self.press_hotkey()
+            self.witness.wait_for_releases(down + 1)
+            pause(chance.uniform(0, 0.03))
+            program.process.send_signal(signal.SIGKILL)
+            program.process.wait()
+            report = self.witness.report()
+            down += len(report) // 2
+            self.assert_clicks(report, len(report) // 2)
+            self.assertGreater(len(report), 0, f"kill {number}")
+            program.close()
+            # sway keeps what a killed program has bound; a reload lets go of it.
+            self.desktop.command("reload")
+
+
+class SwayHotkey(CompositorCase):
+    def test_it_starts_and_stops_while_another_window_has_the_focus_and_is_swallowed(self):
+        program = self.start_with(clickIntervalSeconds=0.02, stopMode="manual")
+        self.press_hotkey()
+        program.wait_for_headline("Running")
+        keys = self.witness.keys()
+        self.assertTrue(self.desktop.view("witness")["focused"])
+        self.witness.tap(S, HELD)
+        program.wait_for_headline("Ready")
+        self.assertEqual(self.witness.keys(), keys)
+        seen = self.witness.report()
+        self.assert_clicks(seen, len(seen) // 2)
+        self.assertGreater(len(seen), 0)
+        # A click after the stop would come within 20 ms.
+        stays(lambda: not self.witness.report(), "clicks come after the stop", 0.3)
+
+    def test_a_held_key_fires_once(self):
+        self.desktop.command("input * repeat_delay 50")
+        self.desktop.command("input * repeat_rate 50")
+        program = self.start_with(clickIntervalSeconds=0.02, stopMode="manual")
+        self.press_hotkey()
+        program.wait_for_headline("Running")
+        self.witness.press(S, HELD)
+        program.wait_for_headline("Ready")
+        stays(lambda: program.headline == "Ready", "the repetition starts it", 0.7)
+        self.witness.release(S, HELD)
+        self.witness.tap(S, HELD)
+        program.wait_for_headline("Running")
+
+    def test_a_reload_is_outlived(self):
+        program = self.start_with(clickIntervalSeconds=0.02, stopMode="manual")
+        self.press_hotkey()
+        program.wait_for_headline("Running")
+        self.desktop.command("reload")
+        self.press_hotkey()
+        program.wait_for_headline("Ready")
+
+    def test_it_is_given_back_at_the_end(self):
+        program = self.start_with()
+        self.press_hotkey()
+        self.assertEqual(program.end(), 0)
+        before = self.witness.keys()
+        self.witness.tap(S, HELD)
+        self.assertEqual(self.witness.keys(), before + 1)
+
+
+class SwayTakenHotkey(CompositorCase):
+    CONFIGURATION = "set $both Control+Mod1\nbindsym $both+s nop the user's\n"
+
+    def test_it_is_refused_with_the_log_line(self):
+        program = self.start_with()
+        until(lambda: "RegisterEventHotKey" in program.log, lambda: program.log)
+        self.assertIn("HotkeyManager: RegisterEventHotKey failed with status -9878\n", program.log)
+        self.witness.tap(S, HELD)
+        stays(lambda: program.headline == "Ready", "it fires all the same", 0.3)
+
+
+class SwayEnd(CompositorCase):
+    def test_the_program_ends_with_it(self):
+        program = self.start_with(clickIntervalSeconds=0.02, stopMode="manual")
+        self.press_hotkey()
+        program.wait_for_headline("Running")
+        self.desktop.end_server()
+        self.assertEqual(program.wait_for_end(), 1)
+        self.assertIn("Velloran: the connection to the display was lost.\n", program.log)
+
+    def test_a_held_compositor_is_waited_for(self):
+        program = self.start_with(clickIntervalSeconds=0.02, maxClicks=100)
+        self.press_hotkey()
+        self.witness.wait_for_releases(10)
+        self.desktop.server.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.desktop.server.send_signal, signal.SIGCONT)
+        pause(0.5)
+        self.desktop.server.send_signal(signal.SIGCONT)
+        program.wait_for_headline("Completed")
+        self.assert_clicks(self.witness.report(), 100)
+
+
+class SwayWindow(CompositorCase):
+    CONFIGURATION = 'default_border normal\nfor_window [title="^Velloran$"] floating enable\n'
+
+    def assert_is_bare(self):
+        """Nothing of the compositor's is around the window: neither a title nor a border."""
+        view = self.desktop.view("Velloran")
+        self.assertEqual((view["border"], view["deco_rect"]["height"]), ("csd", 0), view)
+
+    def look(self, scale):
+        self.desktop.command(f"output * scale {scale}")
+        program = self.start_with()
+        self.desktop.focus("Velloran")
+        path = os.path.join(self.desktop.folder, "screen.png")
+        view = self.desktop.view("Velloran")
+
+        def is_drawn():
+            self.desktop.picture(path)
+            with Image.open(path) as screen:
+                shown = screen.convert("RGB")
+            place = view["rect"]
+            middle = shown.crop(tuple(scale * number for number in (place["x"], place["y"], place["x"] + place["width"],
+                                                                    place["y"] + place["height"])))
+            return shown if len(middle.getcolors(1 << 24) or []) > 500 else None
+        screen = until(is_drawn, "the window stays empty")
+        picture.keep(screen, f"sway at {scale}")
+        return program, view, screen
+
+    def test_it_is_of_the_program_itself_at_scale_1_and_2(self):
+        for scale in (1, 2):
+            with self.subTest(scale):
+                program, view, screen = self.look(scale)
+                self.assertEqual(view["app_id"], "app.velloran.Velloran")
+                self.assertEqual(view["shell"], "xdg_shell")
+                self.assertEqual(screen.size, (1600, 1000))
+                self.assert_is_bare()
+                self.desktop.command('[title="^Velloran$"] floating disable')
+                until(lambda: self.desktop.view("Velloran")["type"] == "con", "the window is not tiled")
+                self.assert_is_bare()
+                program.close()
