@@ -1,5 +1,6 @@
 #include "chooseDesktop.h"
 
+#include "hotkeyAdvice.h"
 #include "platform/qt/monitors.h"
 #include "platform/sway/SwayHotKeys.h"
 #include "platform/wayland/SeatKeyboard.h"
@@ -156,6 +157,16 @@ Result<Desktop> connectSway(EventLoop& loop, const std::string& socket,
     return desktop;
 }
 
+/// A compositor by what all of them do.
+Result<Desktop> connectCompositor(const std::shared_ptr<platform::wayland::SeatKeyboard>& keyboard) {
+    if (!keyboard->isConnected()) {
+        return Error{"no compositor answers."};
+    }
+    Desktop desktop;
+    desktop.keyCharacters = {keyboard, "The compositor tells its keyboard's layout.", {}};
+    return desktop;
+}
+
 } // namespace
 
 std::optional<std::string> processEnvironment(const char* name) {
@@ -172,13 +183,8 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost) {
             [&loop, keyboard](const std::string& compositor, const std::string& socket) {
                 return connectSway(loop, socket, keyboard->of(loop, compositor));
             },
-        .compositor =
-            [&loop, keyboard](const std::string& compositor) {
-                Desktop desktop;
-                desktop.keyCharacters = {
-                    keyboard->of(loop, compositor), "The compositor tells its keyboard's layout.", {}};
-                return desktop;
-            }};
+        .compositor = [&loop, keyboard](
+                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); }};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {
@@ -198,6 +204,9 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
     explain(desktop.pointer, "No backend tells where the pointer is.",
             "The pointer's position is not known here, so the still-mouse rule never lets a click through.");
     explain(desktop.hotKeys, "No backend registers a hotkey.", "The global hotkey does not work here.");
+    if (!desktop.hotKeys.part) {
+        desktop.hotkeyAdvice = hotkeyAdvice(environment);
+    }
     explain(desktop.keyCharacters, "No backend tells the keyboard's layout.", {});
     return desktop;
 }

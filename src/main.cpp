@@ -155,6 +155,9 @@ int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance,
     platform::pulse::PulseSounds sounds;
     const Published<platform::Desktop> desktop(
         chooseDesktop(processEnvironment, realBackends(loop, [] { endWithoutServer(); })));
+    for (const QString& sentence : DesktopLimits::of(desktop.get()).sentences) {
+        log.write("This desktop: " + sentence.toStdString());
+    }
     const platform::PlatformInstallation installation({loop, desktop, log});
 
     const SharedHotkeys sharedHotkeys;

@@ -175,6 +175,24 @@ TEST_F(ChooseDesktopTest, VariableSetToNothingCountsAsNotSet) {
     expectX11({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", ""}});
 }
 
+TEST_F(ChooseDesktopTest, WithoutAHotkeyTheUserIsToldWhatToDo) {
+    const auto advice = [this](const std::string& desktop) {
+        return choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"XDG_CURRENT_DESKTOP", desktop}}).hotkeyAdvice;
+    };
+    const std::string command = "gapplication action app.velloran.Velloran toggle";
+    EXPECT_EQ(advice("river").place, "~/.config/river/init");
+    EXPECT_EQ(advice("river").line, "riverctl map normal Control F6 spawn \"" + command + '"');
+    EXPECT_EQ(advice("ubuntu:GNOME").line, command);
+    EXPECT_NE(advice("ubuntu:GNOME").place, "");
+    EXPECT_EQ(advice("labwc:wlroots").line,
+              R"(<keybind key="C-F6"><action name="Execute" command=")" + command + R"("/></keybind>)");
+    EXPECT_EQ(advice("nobody knows it"), (platform::HotkeyAdvice{"", command}));
+    ofSway.hotKeys = whole.hotKeys;
+    EXPECT_EQ(choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"SWAYSOCK", "/run/sway"}}).hotkeyAdvice,
+              platform::HotkeyAdvice{});
+    EXPECT_EQ(choose({{"DISPLAY", ":0"}}).hotkeyAdvice, platform::HotkeyAdvice{});
+}
+
 TEST_F(ChooseDesktopTest, NothingAtAll) {
     expectNothing({}, nowhere);
     expectNothing({{"XDG_SESSION_TYPE", "x11"}}, nowhere);
@@ -269,6 +287,7 @@ TEST(RealBackends, CompositorThatIsNotThereHasNone) {
     const auto offered = realBackends(loop, {}).virtualPointer("/no/such/compositor");
     ASSERT_FALSE(offered.ok());
     EXPECT_EQ(offered.error().message, "the compositor gives programs no pointer.");
+    EXPECT_FALSE(realBackends(loop, {}).compositor("/no/such/compositor").ok());
 }
 
 TEST(RealBackends, XServerThatDoesNotAnswerHasNone) {

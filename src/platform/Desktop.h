@@ -26,6 +26,16 @@ struct DesktopPart {
     friend bool operator==(const DesktopPart&, const DesktopPart&) = default;
 };
 
+/// How the user can have a key start and stop the program where it cannot have one itself.
+struct HotkeyAdvice {
+    /// Where to put it; empty where that is not known.
+    std::string place;
+    /// What to put there; empty where no advice is needed.
+    std::string line;
+
+    friend bool operator==(const HotkeyAdvice&, const HotkeyAdvice&) = default;
+};
+
 /// What the desktop does for the program. Each part stands for itself and may be missing; what that means is decided
 /// where the part is used. A value: kept as a `Published` one, because parts may come late, go, and come back. Main
 /// thread.
@@ -36,6 +46,8 @@ struct Desktop {
     DesktopPart<PointerPosition> pointer;
     DesktopPart<HotKeys> hotKeys;
     DesktopPart<KeyCharacters> keyCharacters;
+    /// For as long as there are no hot keys.
+    HotkeyAdvice hotkeyAdvice;
 
     friend bool operator==(const Desktop&, const Desktop&) = default;
 };

@@ -12,6 +12,8 @@ Sheet {
 
     AboutView {
         limits: root.shell.limits
+        hotkeyAdvice: root.shell.hotkeyAdvice
+        hotkeyLine: root.shell.hotkeyLine
         onDone: root.shell.isAboutShown = false
     }
 }

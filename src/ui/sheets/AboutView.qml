@@ -1,11 +1,14 @@
 import QtQuick
 
-/// What the program is, and what does not work on this desktop.
+/// What the program is, what works how on this desktop and what does not, and what to do about that.
 Item {
     id: root
 
     /// Sentences; none hides the section.
     required property list<string> limits
+    /// What can be done without a hotkey, and the line that it takes; no line hides both.
+    property string hotkeyAdvice: ""
+    property string hotkeyLine: ""
 
     signal done
 
@@ -82,6 +85,52 @@ Item {
                     size: 12.5
                     color: Theme.textSecondary
                     wrapMode: Text.Wrap
+                }
+            }
+        }
+
+        Column {
+            width: parent.width
+            visible: root.hotkeyLine !== ""
+            spacing: 6
+
+            BodyText {
+                width: parent.width
+                text: root.hotkeyAdvice
+                size: 12.5
+                color: Theme.textSecondary
+                wrapMode: Text.Wrap
+            }
+
+            Item {
+                width: parent.width
+                height: copyButton.implicitHeight
+
+                TextBox {
+                    id: lineBox
+
+                    anchors.left: parent.left
+                    anchors.right: copyButton.left
+                    anchors.rightMargin: Theme.spacing.md
+                    anchors.verticalCenter: parent.verticalCenter
+                    label: "Line for the hotkey"
+                    placeholder: ""
+                    size: 12
+                    readOnly: true
+                    text: root.hotkeyLine
+                    // Its beginning tells more than its end.
+                    onTextChanged: lineBox.cursorPosition = 0
+                }
+
+                FaceButton {
+                    id: copyButton
+
+                    anchors.right: parent.right
+                    label: "Copy"
+                    onTriggered: {
+                        lineBox.selectAll();
+                        lineBox.copy();
+                    }
                 }
             }
         }

@@ -16,6 +16,8 @@ ShellWindow {
     property desktopLimits desktopLimits
 
     limits: root.desktopLimits.sentences
+    hotkeyAdvice: root.desktopLimits.hotkeyAdvice
+    hotkeyLine: root.desktopLimits.hotkeyLine
 
     startHeight: content.implicitHeight
     onAboutToShow: content.settle()

@@ -17,6 +17,9 @@ T.ApplicationWindow {
     property Component options: null
     /// What does not work on this desktop, in sentences.
     property list<string> limits: []
+    /// What can be done without a hotkey, and the line that it takes.
+    property string hotkeyAdvice: ""
+    property string hotkeyLine: ""
 
     required property DesktopWindowButtons windowButtons
     /// The window manager's menu for this window, if it has one.

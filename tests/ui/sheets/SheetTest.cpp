@@ -1,6 +1,9 @@
 #include "harness/WindowTest.h"
 #include "ui/window/DesktopLimits.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 namespace velloran::tests {
 
 namespace {
@@ -267,6 +270,40 @@ TEST_F(SheetTest, AboutFollowsTheDesktop) {
     }
     window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of({})));
     EXPECT_TRUE(until([&] { return !shows("This desktop"); }));
+}
+
+TEST_F(SheetTest, AboutTellsHowTheRestWorks) {
+    openMainWindow();
+    click(get("Menu"));
+    click(get("About Velloran"));
+    platform::Desktop desktop;
+    desktop.clicks.reason = "Somebody clicks.";
+    desktop.trust.reason = "Nobody asks.";
+    desktop.pointer = {.part = nullptr, .reason = "Not told here.", .limit = "Nothing is seen."};
+    window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(desktop)));
+    for (const char* const sentence : {"Somebody clicks.", "Nobody asks.", "Nothing is seen."}) {
+        EXPECT_TRUE(until([&] { return shows(sentence); })) << sentence;
+    }
+    desktop.pointer.limit.clear();
+    window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(desktop)));
+    EXPECT_TRUE(until([&] { return !shows("Somebody clicks."); })) << "where everything works nobody needs it";
+}
+
+TEST_F(SheetTest, AboutHasALineForTheHotkeyThatCanBeCopied) {
+    openMainWindow();
+    click(get("Menu"));
+    click(get("About Velloran"));
+    EXPECT_FALSE(shows("Copy"));
+    platform::Desktop desktop;
+    desktop.hotKeys.limit = "No hotkey.";
+    desktop.hotkeyAdvice = {"~/.config/keys", "bind F6 toggle"};
+    const DesktopLimits limits = DesktopLimits::of(desktop);
+    EXPECT_EQ(limits.hotkey, "No hotkey. For a key of your choice, put this into ~/.config/keys: bind F6 toggle");
+    window->setProperty("desktopLimits", QVariant::fromValue(limits));
+    EXPECT_TRUE(until([&] { return shows("For a key of your choice, put this into ~/.config/keys:"); }));
+    keepPicture("about-hotkey-line");
+    click(get("Copy"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "bind F6 toggle");
 }
 
 TEST_F(SheetTest, AboutWithoutLimitsSaysNothingOfThem) {
