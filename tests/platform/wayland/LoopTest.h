@@ -55,6 +55,16 @@ protected:
         return turns;
     }
 
+    /// Whether others wake the loop up that often; false when they do not within the usual patience.
+    bool untilWokenUp(int times) {
+        bool isTooLate = false;
+        const ScheduledCall limit(loop, loop.callAfter(nanoseconds(patience), [&isTooLate] { isTooLate = true; }));
+        for (int turns = 0; turns < times && !isTooLate; ++turns) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        return !isTooLate;
+    }
+
     static std::uint64_t nanoseconds(double seconds) {
         return static_cast<std::uint64_t>(seconds * static_cast<double>(nanosecondsPerSecond));
     }
