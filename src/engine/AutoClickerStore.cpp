@@ -32,7 +32,7 @@ AutoClickerStore::AutoClickerStore(Private, EventLoop& loop, const Published<pla
       runtime_(AutoClickerRuntime::initial()),
       presets_(presetStore->loadPresets()),
       hasAccessibilityPermission_(PermissionChecker::isAccessibilityTrusted()),
-      engine_(std::make_shared<const ClickEngine>(parts_.clicks.part)),
+      engine_(std::make_shared<ClickEngine>(parts_.clicks.part)),
       mouseTracker_(loop, desktop),
       hotkey_(HotkeyManager::shared()),
       presetStore_(std::move(presetStore)),
@@ -74,7 +74,7 @@ void AutoClickerStore::connect() {
 void AutoClickerStore::follow(const platform::Desktop& desktop) {
     const platform::Desktop before = std::exchange(parts_, desktop);
     if (before.clicks.part != parts_.clicks.part) {
-        auto ending = std::exchange(engine_, std::make_shared<const ClickEngine>(parts_.clicks.part));
+        auto ending = std::exchange(engine_, std::make_shared<ClickEngine>(parts_.clicks.part));
         // Behind the last click that is to be posted with it, and back to this thread: that is where it ends.
         engineQueue_->async([ending = std::move(ending), &loop = loop_]() mutable {
             loop.postFromAnyThread([ending = std::move(ending)] {});
@@ -165,6 +165,7 @@ void AutoClickerStore::start() {
 
 void AutoClickerStore::stop() {
     const std::uint64_t order = ++orders_;
+    engine_->stopRuns(run_);
     cancelLoop();
     if (runtime_.get().status == ClickerStatus::completed) {
         return;

@@ -130,7 +130,7 @@ private:
     /// The permission was to be asked for while there was nobody to ask.
     bool isPromptDue_ = false;
     /// Shared with the clicks that are still to be posted.
-    std::shared_ptr<const ClickEngine> engine_;
+    std::shared_ptr<ClickEngine> engine_;
     MouseTracker mouseTracker_;
     HotkeyManager& hotkey_;
     std::unique_ptr<PresetStore> presetStore_;

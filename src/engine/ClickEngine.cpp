@@ -27,8 +27,11 @@ constexpr Parameters parameters(ClickEngine::Button button) {
 
 } // namespace
 
-void ClickEngine::post(Button button) const {
+void ClickEngine::post(Button button, std::uint64_t run) const {
     if (!events_) {
+        return;
+    }
+    if (run <= stoppedUpTo_.load(std::memory_order_relaxed) && events_->mayFallBehind()) {
         return;
     }
     const platform::Point position = events_->location().value_or(platform::Point{});

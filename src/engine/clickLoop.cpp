@@ -129,8 +129,8 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
 }
 
 void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run, Moment due) {
-    engineQueue_->asyncAt(due,
-                          [engine = engine_, button = engineButton(snapshot.mouseButton)] { engine->post(button); });
+    engineQueue_->asyncAt(
+        due, [engine = engine_, button = engineButton(snapshot.mouseButton), run] { engine->post(button, run); });
     if (snapshot.playClickSound) {
         soundPlayer_.playClickTick();
     }

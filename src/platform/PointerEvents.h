@@ -49,6 +49,10 @@ public:
     /// Prepares an event; nothing when it cannot be made. `position` tells where the pointer is and moves nothing.
     virtual std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) = 0;
 
+    /// Whether sending waits for the desktop, so that clicks may pile up behind a slow one. Those that are not begun
+    /// when their run is stopped are dropped then; otherwise what was handed over is sent.
+    [[nodiscard]] virtual bool mayFallBehind() const { return false; }
+
     /// Puts an event in the queue of those to be sent.
     virtual void post(const MouseEvent& event) = 0;
 

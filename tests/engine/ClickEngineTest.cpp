@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,11 +15,30 @@ namespace {
 
 using Journal = std::vector<std::string>;
 
+/// Counts clicks.
+struct PiledEvents final : platform::PointerEvents {
+    std::optional<platform::Point> location() override { return std::nullopt; }
+
+    std::optional<platform::MouseEvent> makeMouseEvent(platform::MouseEventType, platform::Point,
+                                                       platform::EventButton) override {
+        return std::nullopt;
+    }
+
+    [[nodiscard]] bool mayFallBehind() const override { return piles; }
+
+    void post(const platform::MouseEvent&) override {}
+
+    void flush() override { ++flushes; }
+
+    bool piles = true;
+    int flushes = 0;
+};
+
 class ClickEngineTest : public testing::Test {
 protected:
     const Journal& posted(ClickEngine::Button button) {
         platform.journal.clear();
-        engine.post(button);
+        engine.post(button, 1);
         return platform.journal;
     }
 
@@ -63,8 +84,24 @@ TEST_F(ClickEngineTest, HalfThatCannotBeMadeIsLeftOutAndTheOtherIsSent) {
 }
 
 TEST_F(ClickEngineTest, NothingToClickWithIsNoClick) {
-    ClickEngine(nullptr).post(ClickEngine::Button::left);
+    ClickEngine(nullptr).post(ClickEngine::Button::left, 1);
     EXPECT_TRUE(platform.journal.empty());
+}
+
+TEST_F(ClickEngineTest, ClicksOfStoppedRunsAreDroppedWhereTheyMayHavePiledUp) {
+    const auto events = std::make_shared<PiledEvents>();
+    ClickEngine piled(events);
+    piled.post(ClickEngine::Button::left, 1);
+    EXPECT_EQ(events->flushes, 1);
+    piled.stopRuns(2);
+    piled.post(ClickEngine::Button::left, 1);
+    piled.post(ClickEngine::Button::left, 2);
+    EXPECT_EQ(events->flushes, 1);
+    piled.post(ClickEngine::Button::left, 3);
+    EXPECT_EQ(events->flushes, 2);
+    events->piles = false;
+    piled.post(ClickEngine::Button::left, 1);
+    EXPECT_EQ(events->flushes, 3);
 }
 
 TEST_F(ClickEngineTest, ConfiguredButtonsMapToThoseOfTheSameName) {

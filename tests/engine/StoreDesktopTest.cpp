@@ -1,7 +1,9 @@
 #include "engine/StoreTest.h"
 
+#include <atomic>
 #include <functional>
 #include <future>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
@@ -60,6 +62,33 @@ public:
 private:
     std::future<void> release_;
     std::optional<std::thread::id>& endedOn_;
+};
+
+/// Clicks that wait for a slow desktop, until they are let go.
+class WaitingEvents final : public platform::PointerEvents {
+public:
+    explicit WaitingEvents(std::shared_future<void> release) : release_(std::move(release)) {}
+
+    std::optional<platform::Point> location() override { return std::nullopt; }
+
+    std::optional<platform::MouseEvent> makeMouseEvent(platform::MouseEventType /*type*/, platform::Point /*position*/,
+                                                       platform::EventButton /*button*/) override {
+        return std::nullopt;
+    }
+
+    [[nodiscard]] bool mayFallBehind() const override { return true; }
+
+    void post(const platform::MouseEvent& /*event*/) override {}
+
+    void flush() override {
+        ++begun;
+        release_.wait();
+    }
+
+    std::atomic<int> begun = 0;
+
+private:
+    std::shared_future<void> release_;
 };
 
 /// The permission of another backend.
@@ -155,6 +184,29 @@ TEST_F(StoreDesktopTest, WhatClickedEndsOnTheMainThread) {
     store.reset(); // waits for the click
     platform.loop.runDue();
     EXPECT_EQ(endedOn, std::this_thread::get_id());
+}
+
+TEST_F(StoreDesktopTest, ClicksBehindASlowDesktopEndWithTheirRun) {
+    platform.loop.usesThreads = true;
+    std::promise<void> release;
+    const auto clicks = std::make_shared<WaitingEvents>(release.get_future().share());
+    change([&](Desktop& desktop) { desktop.clicks.part = clicks; });
+    open(unlimited());
+    store->start();
+    platform.loop.runDue();
+    while (clicks->begun == 0) {
+        std::this_thread::yield();
+    }
+    advance(21.0);
+    ASSERT_EQ(runtime().clicksCompleted, 4) << "three of them behind the first";
+    store->stop();
+    store->start();
+    platform.loop.runDue();
+    ASSERT_EQ(runtime().clicksCompleted, 1) << "of the new run";
+    release.set_value();
+    change([](Desktop& desktop) { desktop.clicks.part = nullptr; });
+    store.reset(); // waits for the clicks
+    EXPECT_EQ(clicks->begun, 2) << "the one that was under way, and that of the new run";
 }
 
 TEST_F(StoreDesktopTest, LostClicksEndTheRunAndAreTakenUpAgainWithoutAQuestion) {
