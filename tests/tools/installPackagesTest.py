@@ -13,6 +13,7 @@ TABLE = """# Dependencies
 | `plain` | build | one name |
 | `newer`, `older` | build | two names |
 | `other` | test | another group |
+| `young`, `-` | young | one that old releases lack |
 """
 # The lists that are there, those that an update brings, and what is installed: one name a line in a file each.
 DPKG_QUERY = """#!/bin/sh
@@ -91,6 +92,21 @@ class InstallPackages(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(self.calls(), ["install", "update", "install"])
         self.assertEqual(self.read("installed"), ["plain", "older"])
+
+    def test_what_a_release_may_lack_is_installed_where_it_is_there(self):
+        self.assertEqual(self.install("young", lists=("young",), offered=("young",)).returncode, 0)
+        self.assertEqual(self.read("installed"), ["young"])
+
+    def test_what_a_release_may_lack_is_left_out_without_a_word(self):
+        result = self.install("young", "test", lists=("other",), offered=("other",), installed=("other",))
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+        self.assertEqual(self.calls(), [])
+
+    def test_what_a_release_may_lack_does_not_keep_the_others_out(self):
+        result = self.install("young", "test", offered=("other",))
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(self.calls(), ["update", "install"])
+        self.assertEqual(self.read("installed"), ["other"])
 
     def test_what_no_list_offers_is_named(self):
         result = self.install("build", "test", lists=("plain",), offered=("plain",))
