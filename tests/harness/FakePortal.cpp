@@ -5,6 +5,7 @@
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 
 #include <utility>
@@ -73,8 +74,18 @@ bool FakePortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
     calls.append(method == "Get" ? message.arguments().value(0).toString() : method);
     if (manner_ == Manner::staysSilent) {
         message.setDelayedReply(true);
+    } else if (method == "Get" && version == 0) {
+        bus_.send(message.createErrorReply(QDBusError::InvalidArgs, "no such interface"));
     } else if (method == "Get") {
-        answer(message, {QVariant::fromValue(QDBusVariant(3U))});
+        answer(message, {QVariant::fromValue(QDBusVariant(version))});
+    } else if (method == "ConnectToEIS" && makeInput) {
+        QDBusUnixFileDescriptor descriptor;
+        descriptor.giveFileDescriptor(makeInput());
+        answer(message, {QVariant::fromValue(descriptor)});
+    } else if (method == "ConnectToEIS") {
+        bus_.send(message.createErrorReply(QDBusError::NotSupported, "not here"));
+    } else if (method == "NotifyPointerButton") {
+        takeButton(message);
     } else if (method == "ReadAll") {
         SettingGroups told;
         for (const QString& group : message.arguments().value(0).toStringList()) {
@@ -119,6 +130,27 @@ void FakePortal::takeRequest(const QDBusMessage& message) {
         respond(0);
     }
     answer(message, {QVariant::fromValue(QDBusObjectPath(request.path))});
+}
+
+void FakePortal::takeButton(const QDBusMessage& message) {
+    buttons.append(QStringLiteral("%1 %2")
+                       .arg(message.arguments().value(2).toInt())
+                       .arg(message.arguments().value(3).toUInt() == 1 ? "down" : "up"));
+    if (buttonManner == Buttons::refused) {
+        bus_.send(message.createErrorReply(QDBusError::AccessDenied, "Invalid session"));
+    } else if (buttonManner == Buttons::held) {
+        message.setDelayedReply(true);
+        held_.append(message);
+    } else {
+        bus_.send(message.createReply());
+    }
+}
+
+void FakePortal::letButtonsGo() {
+    buttonManner = Buttons::taken;
+    for (const QDBusMessage& message : std::exchange(held_, {})) {
+        bus_.send(message.createReply());
+    }
 }
 
 void FakePortal::signal(const QString& path, const QString& interface, const QString& name,

@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <functional>
 #include <string>
 
 namespace velloran::tests {
@@ -60,6 +61,9 @@ public:
     /// Changes a setting and tells everybody.
     void change(const QString& group, const QString& key, const QVariant& value);
 
+    /// Answers the buttons that it has taken and not answered, and from now on each at once.
+    void letButtonsGo();
+
     /// Goes away without an answer.
     void vanish();
 
@@ -72,6 +76,15 @@ public:
     int requests = 0;
     /// Paths of the requests and sessions that the program closed.
     QStringList closed;
+    /// The version that it says of every interface; 0 for an error.
+    uint version = 3;
+    /// What was done to buttons: "272 down".
+    QStringList buttons;
+    /// What becomes of buttons.
+    enum class Buttons { taken, refused, held };
+    Buttons buttonManner = Buttons::taken;
+    /// Gives a connection for emulated input; the descriptor is closed then. Where it is not set, there are none.
+    std::function<int()> makeInput;
     /// Whether requests come back under another path than the caller expects, as from portals of old.
     bool usesOwnPaths = false;
 
@@ -81,11 +94,13 @@ public:
 private:
     void answer(const QDBusMessage& message, const QVariantList& values);
     void takeRequest(const QDBusMessage& message);
+    void takeButton(const QDBusMessage& message);
     void signal(const QString& path, const QString& interface, const QString& name, const QVariantList& arguments);
 
     QDBusConnection bus_;
     SettingGroups settings_;
     Manner manner_;
+    QList<QDBusMessage> held_;
 };
 
 } // namespace velloran::tests

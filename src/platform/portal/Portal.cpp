@@ -64,6 +64,11 @@ void Portal::listen(const QString& path, const QString& interface, const QString
     bus_.connection().connect(QString(), path, interface, signal, receiver, slot);
 }
 
+void Portal::listenToName(const QString& name, QObject* receiver, const char* slot) {
+    bus_.connection().connect(busName, busPath, busName, QStringLiteral("NameOwnerChanged"), {name},
+                              QStringLiteral("sss"), receiver, slot);
+}
+
 QString Portal::clientName() const {
     return bus_.connection().baseService().mid(1).replace(u'.', u'_');
 }
@@ -74,8 +79,7 @@ void Portal::follow() {
     if (!bus.isConnected()) {
         return;
     }
-    bus.connect(busName, busPath, busName, QStringLiteral("NameOwnerChanged"), {portalName}, QStringLiteral("sss"),
-                this, SLOT(ownerChanged(QString, QString, QString)));
+    listenToName(portalName, this, SLOT(ownerChanged(QString, QString, QString)));
     bus.send(callToBus(QStringLiteral("StartServiceByName"), {portalName, 0U}));
     tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("GetNameOwner"), {portalName})), this,
                  [this](const QDBusMessage& answer) {

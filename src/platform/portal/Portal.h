@@ -60,6 +60,16 @@ public:
     void listen(const QString& path, const QString& interface, const QString& signal, QObject* receiver,
                 const char* slot);
 
+    /// Has a slot told when another name changes its owner, with the name, the old and the new owner. Holds as
+    /// `listen`.
+    void listenToName(const QString& name, QObject* receiver, const char* slot);
+
+    /// The connection, for calls that another thread waits for.
+    [[nodiscard]] QDBusConnection connection() const { return bus_.connection(); }
+
+    /// The portal that is there, by the name that nobody else gets when it goes; empty while there is none.
+    [[nodiscard]] const QString& owner() const { return owner_; }
+
     /// How this connection is called in the paths that the portal makes for it; empty while there is no bus.
     [[nodiscard]] QString clientName() const;
 

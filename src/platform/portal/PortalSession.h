@@ -22,6 +22,9 @@ public:
 
     [[nodiscard]] bool isOpen() const { return state_ == State::open; }
 
+    /// How the portal calls it.
+    [[nodiscard]] const QString& path() const { return path_; }
+
     /// A request in the open session: the session comes first among its arguments. See `PortalRequest`.
     [[nodiscard]] std::unique_ptr<PortalRequest> request(const QString& method, QVariantList arguments,
                                                          QVariantMap options, PortalRequest::Done done);

@@ -1,0 +1,45 @@
+#include "platform/portal/PortalPointerEvents.h"
+
+#include <utility>
+
+namespace velloran::platform::portal {
+
+void PortalPointerEvents::use(std::shared_ptr<ClickSender> sender) {
+    {
+        const std::lock_guard lock(mutex_);
+        sender_.swap(sender);
+    } // what was used before is let go of outside the lock
+}
+
+bool PortalPointerEvents::canPost() const {
+    const auto used = sender();
+    return used && used->canSend();
+}
+
+std::optional<MouseEvent> PortalPointerEvents::makeMouseEvent(MouseEventType type, Point position, EventButton button) {
+    return canPost() ? std::optional(MouseEvent{type, position, button}) : std::nullopt;
+}
+
+bool PortalPointerEvents::mayFallBehind() const {
+    const auto used = sender();
+    return used && used->waits();
+}
+
+void PortalPointerEvents::post(const MouseEvent& event) {
+    pending_.push_back(event);
+}
+
+void PortalPointerEvents::flush() {
+    const std::vector<MouseEvent> events = std::exchange(pending_, {});
+    const auto used = sender();
+    if (used && !events.empty()) {
+        used->send(events);
+    }
+}
+
+std::shared_ptr<ClickSender> PortalPointerEvents::sender() const {
+    const std::lock_guard lock(mutex_);
+    return sender_;
+}
+
+} // namespace velloran::platform::portal

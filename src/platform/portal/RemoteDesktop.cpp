@@ -1,0 +1,301 @@
+#include "platform/portal/RemoteDesktop.h"
+
+#include "platform/portal/NotifySender.h"
+
+#ifdef VELLORAN_LIBEI
+#include "platform/portal/EiSender.h"
+#endif
+
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVariant>
+
+#include <fcntl.h>
+
+#include <chrono>
+#include <limits>
+#include <utility>
+
+namespace velloran::platform::portal {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+using Outcome = PortalResponse::Outcome;
+
+const auto remoteDesktop = QStringLiteral("org.freedesktop.portal.RemoteDesktop");
+const auto restoreToken = QStringLiteral("restore_token");
+
+/// Of the device types.
+constexpr uint pointerDevice = 2;
+/// From this version on the desktop can remember a permission.
+constexpr uint firstThatRemembers = 2;
+/// And can take input by a connection of its own.
+[[maybe_unused]] constexpr uint firstWithInput = 2;
+/// Remember it until the user takes it back.
+constexpr uint untilRevoked = 2;
+
+/// For everything that needs no user.
+constexpr auto longestWait = 30s;
+/// For a grant that the desktop remembers: whoever takes longer shows a dialog.
+constexpr auto longestWaitWithoutDialog = 3s;
+
+/// Between the end of a session that the desktop closes because it locks the screen, and the word that it has.
+constexpr auto longestFromCloseToLock = 5s;
+
+constexpr auto noPortal = "Input cannot be posted: the desktop's portal does not answer.";
+constexpr auto noInterface = "Input cannot be posted: the desktop's portal offers no remote control.";
+
+Desktop without(const std::string& why) {
+    Desktop desktop;
+    desktop.clicks = {nullptr, why, why};
+    desktop.trust.reason = "Nobody can be asked for the permission to click.";
+    return desktop;
+}
+
+std::string limitOf(uint version, const QString& nameError) {
+    if (version < firstThatRemembers) {
+        return "This desktop remembers no permission to click: it asks at every start.";
+    }
+    if (!nameError.isEmpty()) {
+        return "This desktop does not know the program by its name, so it may ask for the permission to click at "
+               "every start: " +
+               nameError.toStdString();
+    }
+    return {};
+}
+
+} // namespace
+
+RemoteDesktop::RemoteDesktop(EventLoop& loop, Portal& portal, RestoreToken& token, QStringList backEnds)
+    : loop_(loop), portal_(portal), token_(token), backEnds_(std::move(backEnds)), parts_(without(noPortal)) {
+    patience_.setSingleShot(true);
+    connect(&patience_, &QTimer::timeout, this, [this] { end(); });
+    connect(&portal_, &Portal::appeared, this, &RemoteDesktop::askVersion);
+    connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
+    if (portal_.isThere()) {
+        askVersion();
+    }
+}
+
+RemoteDesktop::~RemoteDesktop() {
+    changed_ = {};
+    end();
+}
+
+void RemoteDesktop::askVersion() {
+    for (const QString& name : backEnds_) {
+        portal_.listenToName(name, this, SLOT(backEndChanged(QString, QString, QString)));
+    }
+    PortalCall call{QStringLiteral("org.freedesktop.DBus.Properties"),
+                    QStringLiteral("Get"),
+                    {remoteDesktop, QStringLiteral("version")}};
+    // A desktop that is only starting may take its time, and until then there is nothing else to do.
+    call.longestWait = std::chrono::milliseconds(std::numeric_limits<int>::max());
+    portal_.call(call, this, [this, generation = ++generation_](const QDBusMessage& answer) {
+        if (generation == generation_) {
+            offer(answer.arguments().value(0).value<QDBusVariant>().variant().toUInt());
+        }
+    });
+}
+
+void RemoteDesktop::offer(uint version) {
+    if (version == 0) {
+        withdraw(noInterface);
+        return;
+    }
+    version_ = version;
+    Desktop desktop;
+    desktop.clicks = {events_, "Input is posted through the desktop's portal.", limitOf(version, portal_.nameError())};
+    // Not owned: this is no more shared than the portal.
+    desktop.trust = {std::shared_ptr<InputTrust>(std::shared_ptr<void>(), this),
+                     "The desktop asks its user for the permission to click.",
+                     {}};
+    parts_.set(std::move(desktop));
+}
+
+void RemoteDesktop::withdraw(const std::string& why) {
+    ++generation_;
+    version_ = 0;
+    end();
+    parts_.set(without(why));
+}
+
+bool RemoteDesktop::isTrusted() {
+    return state_ == State::open && events_->canPost();
+}
+
+bool RemoteDesktop::requestPrompt(PromptReason reason) {
+    if (isLocked_ || version_ == 0 || (reason == PromptReason::automatic && std::exchange(hasAskedByItself_, true))) {
+        return isTrusted();
+    }
+    if (state_ == State::open && !isTrusted()) {
+        end();
+    }
+    if (state_ == State::idle) {
+        ask(Manner::mayShowDialog);
+    } else if (std::exchange(manner_, Manner::mayShowDialog) == Manner::withoutDialog && state_ == State::starting) {
+        patience_.stop();
+    }
+    return isTrusted();
+}
+
+void RemoteDesktop::setLocked(bool isLocked) {
+    if (std::exchange(isLocked_, isLocked) == isLocked) {
+        return;
+    }
+    if (isLocked) {
+        // Some desktops close the session themselves, and tell of the lock after that.
+        isResumedWhenUnlocked_ = state_ == State::open || !justClosed_.hasExpired();
+        end();
+    } else if (isResumedWhenUnlocked_ && state_ == State::idle && remembers()) {
+        ask(Manner::withoutDialog);
+    }
+}
+
+bool RemoteDesktop::remembers() const {
+    return version_ >= firstThatRemembers && !token_.get().empty() && !isTokenDoubtful_;
+}
+
+void RemoteDesktop::backEndChanged(const QString& /*name*/, const QString& oldOwner, const QString& /*newOwner*/) {
+    if (!oldOwner.isEmpty()) {
+        end();
+    }
+}
+
+void RemoteDesktop::ask(Manner manner) {
+    state_ = State::asking;
+    manner_ = manner;
+    patience_.start(longestWait);
+    session_ = std::make_unique<PortalSession>(portal_, remoteDesktop);
+    connect(session_.get(), &PortalSession::opened, this, &RemoteDesktop::selectDevices);
+    connect(session_.get(), &PortalSession::ended, this, &RemoteDesktop::end);
+}
+
+void RemoteDesktop::selectDevices() {
+    QVariantMap options{{QStringLiteral("types"), pointerDevice}};
+    if (version_ >= firstThatRemembers) {
+        options.insert(QStringLiteral("persist_mode"), untilRevoked);
+        if (remembers()) {
+            options.insert(restoreToken, QString::fromStdString(token_.get()));
+        }
+    }
+    request_ = session_->request(QStringLiteral("SelectDevices"), {}, options, [this](const PortalResponse& response) {
+        if (response.outcome == Outcome::granted) {
+            start();
+        } else {
+            isTokenDoubtful_ = true;
+            end();
+        }
+    });
+}
+
+void RemoteDesktop::start() {
+    state_ = State::starting;
+    if (manner_ == Manner::mayShowDialog) {
+        // Whoever is shown it may take any time.
+        patience_.stop();
+    } else {
+        patience_.start(longestWaitWithoutDialog);
+    }
+    // No window is named: how to name one on Wayland the toolkit does not tell.
+    request_ = session_->request(QStringLiteral("Start"), {QString()}, {},
+                                 [this](const PortalResponse& response) { started(response); });
+}
+
+void RemoteDesktop::started(const PortalResponse& response) {
+    patience_.stop();
+    if (response.outcome != Outcome::granted ||
+        (response.results.value(QStringLiteral("devices")).toUInt() & pointerDevice) == 0) {
+        // Whether it was the token that was not taken, is not told.
+        isTokenDoubtful_ = response.outcome == Outcome::failed;
+        end();
+        return;
+    }
+    isTokenDoubtful_ = false;
+    if (version_ >= firstThatRemembers) {
+        // The last one may have been good for one use only. A desktop that gives none remembers nothing any more.
+        token_.set(response.results.value(restoreToken).toString().toStdString());
+    }
+    manner_ = Manner::mayShowDialog;
+    request_.reset();
+    connectToInput();
+}
+
+#ifdef VELLORAN_LIBEI
+/// One stream, whose order holds: where the desktop has it, it is faster than calls, and its end is heard of at once.
+void RemoteDesktop::connectToInput() {
+    if (version_ < firstWithInput || isInputUnusable_) {
+        useCalls();
+        return;
+    }
+    patience_.start(longestWait);
+    portal_.call(session_->call(QStringLiteral("ConnectToEIS"), {QVariantMap()}), session_.get(),
+                 [this](const QDBusMessage& answer) {
+                     const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
+                     const int own = descriptor.isValid() ? fcntl(descriptor.fileDescriptor(), F_DUPFD_CLOEXEC, 0) : -1;
+                     if (own < 0) {
+                         useCalls();
+                         return;
+                     }
+                     // From here on the portal takes no calls for this session.
+                     const auto changed = [this] {
+                         isInputUnusable_ = false;
+                         if (state_ == State::starting) {
+                             use(sender_);
+                         } else {
+                             tell();
+                         }
+                     };
+                     isInputUnusable_ = true;
+                     sender_ = std::make_shared<EiSender>(loop_, own, EiSender::Told{changed, [this] { end(); }});
+                 });
+}
+#else
+void RemoteDesktop::connectToInput() {
+    useCalls();
+}
+#endif
+
+void RemoteDesktop::useCalls() {
+    const auto lost = [self = QPointer(this), session = QPointer(session_.get())] {
+        if (self && session && self->session_.get() == session) {
+            self->end();
+        }
+    };
+    use(std::make_shared<NotifySender>(loop_, portal_, session_->path(), lost));
+}
+
+void RemoteDesktop::use(std::shared_ptr<ClickSender> sender) {
+    patience_.stop();
+    state_ = State::open;
+    sender_ = std::move(sender);
+    events_->use(sender_);
+    tell();
+}
+
+void RemoteDesktop::end() {
+    const State before = std::exchange(state_, State::idle);
+    if (before == State::idle) {
+        return;
+    }
+    if (before == State::open) {
+        justClosed_.setRemainingTime(longestFromCloseToLock);
+    }
+    patience_.stop();
+    events_->use(nullptr);
+    if (const auto sender = std::exchange(sender_, nullptr)) {
+        sender->end();
+    }
+    request_.reset();
+    session_.reset();
+    tell();
+}
+
+void RemoteDesktop::tell() {
+    if (changed_) {
+        changed_();
+    }
+}
+
+} // namespace velloran::platform::portal

@@ -1,0 +1,135 @@
+#include "harness/FakeBackEnd.h"
+
+#include "base/fatal.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+namespace velloran::tests {
+
+namespace {
+
+const auto root = QStringLiteral("/org/freedesktop/portal/desktop");
+
+constexpr uint pointer = 2;
+constexpr uint version = 2;
+
+/// What a desktop has the portal keep, to know a permission by.
+struct Kept {
+    QString vendor = QStringLiteral("velloran");
+    uint version = 1;
+    QDBusVariant data = QDBusVariant(QStringLiteral("pointer"));
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const Kept& kept) {
+    argument.beginStructure();
+    argument << kept.vendor << kept.version << kept.data;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, Kept& kept) {
+    argument.beginStructure();
+    argument >> kept.vendor >> kept.version >> kept.data;
+    argument.endStructure();
+    return argument;
+}
+
+/// The toolkit knows its connections by name.
+QString nextConnectionName() {
+    static int count = 0;
+    return QStringLiteral("fake back end %1").arg(++count);
+}
+
+} // namespace
+
+FakeBackEnd::FakeBackEnd(const std::string& busAddress)
+    : bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), nextConnectionName())) {
+    qDBusRegisterMetaType<Kept>();
+    if (!bus_.registerVirtualObject(root, this, QDBusConnection::SubPath) || !bus_.registerService(name)) {
+        fatalError("The bus takes no back end");
+    }
+}
+
+FakeBackEnd::~FakeBackEnd() {
+    const QString connection = bus_.name();
+    bus_.unregisterObject(root, QDBusConnection::UnregisterTree);
+    bus_ = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(connection);
+}
+
+void FakeBackEnd::closeSession() {
+    isOpen = false;
+    bus_.send(QDBusMessage::createSignal(session_, QStringLiteral("org.freedesktop.impl.portal.Session"),
+                                         QStringLiteral("Closed")));
+}
+
+QString FakeBackEnd::introspect(const QString& /*path*/) const {
+    return {};
+}
+
+bool FakeBackEnd::handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) {
+    const QString method = message.member();
+    const QVariantList arguments = message.arguments();
+    if (method == "GetAll") {
+        bus_.send(message.createReply(QVariantMap{{"AvailableDeviceTypes", pointer}, {"version", version}}));
+    } else if (method == "CreateSession") {
+        session_ = arguments.value(1).value<QDBusObjectPath>().path();
+        programs.append(arguments.value(2).toString());
+        isOpen = true;
+        answer(message, 0);
+    } else if (method == "SelectDevices") {
+        options = qdbus_cast<QVariantMap>(arguments.value(3));
+        isRestored = options.contains("restore_data");
+        answer(message, 0);
+    } else if (method == "Start") {
+        start(message);
+    } else if (method == "NotifyPointerButton") {
+        buttons.append(QStringLiteral("%1 %2")
+                           .arg(arguments.value(2).toInt())
+                           .arg(arguments.value(3).toUInt() == 1 ? "down" : "up"));
+        bus_.send(message.createReply());
+    } else if (method == "Close") {
+        if (message.interface() == "org.freedesktop.impl.portal.Request") {
+            ++withdrawn;
+        } else if (message.path() == session_) {
+            isOpen = false;
+        }
+        bus_.send(message.createReply());
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void FakeBackEnd::start(const QDBusMessage& message) {
+    dialogs += isRestored ? 0 : 1;
+    QVariantMap results;
+    switch (manner) {
+    case Manner::grants:
+        results.insert("devices", pointer);
+        if (options.contains("persist_mode")) {
+            results.insert("persist_mode", options.value("persist_mode"));
+            results.insert("restore_data", QVariant::fromValue(Kept()));
+        }
+        answer(message, 0, results);
+        break;
+    case Manner::refuses:
+        answer(message, 1);
+        break;
+    case Manner::fails:
+        answer(message, 2);
+        break;
+    case Manner::hangs:
+        message.setDelayedReply(true);
+        break;
+    }
+}
+
+void FakeBackEnd::answer(const QDBusMessage& message, uint response, const QVariantMap& results) {
+    bus_.send(message.createReply({response, results}));
+}
+
+} // namespace velloran::tests

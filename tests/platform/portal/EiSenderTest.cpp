@@ -1,0 +1,150 @@
+#include "platform/portal/EiSender.h"
+
+#include "harness/EiServer.h"
+#include "platform/qt/QtEventLoop.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velloran::tests {
+namespace {
+
+using namespace platform;
+using platform::portal::EiSender;
+
+using Log = std::vector<std::string>;
+
+const std::vector<MouseEvent> click{{MouseEventType::rightMouseDown, {}, EventButton::right},
+                                    {MouseEventType::rightMouseUp, {}, EventButton::right}};
+
+class EiSenderTest : public testing::Test {
+protected:
+    ~EiSenderTest() override {
+        if (sender) {
+            sender->end();
+        }
+    }
+
+    template<typename Condition>
+    bool until(Condition condition) {
+        return QTest::qWaitFor(
+            [&] {
+                if (server) {
+                    server->look();
+                }
+                return condition();
+            },
+            10'000);
+    }
+
+    void connect() {
+        sender = std::make_shared<EiSender>(loop, server->makeClient(),
+                                            EiSender::Told{[this] { ++changes; }, [this] { ++losses; }});
+    }
+
+    void open() {
+        connect();
+        ASSERT_TRUE(until([this] { return sender->canSend() && server->isEmulating; }));
+    }
+
+    std::optional<EiServer> server{std::in_place};
+    qt::QtEventLoop loop;
+    std::shared_ptr<EiSender> sender;
+    int changes = 0;
+    int losses = 0;
+};
+
+TEST_F(EiSenderTest, ClickIsAPressAndAReleaseInTwoFrames) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(changes, 1);
+    EXPECT_FALSE(sender->waits());
+    sender->send(click);
+    EXPECT_TRUE(until([this] { return server->log.size() >= 4; }));
+    EXPECT_EQ(server->log, (Log{"273 down", "frame", "273 up", "frame"})) << "and the pointer alone was asked for";
+}
+
+TEST_F(EiSenderTest, ManyClicksKeepTheirOrder) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    Log expected;
+    for (int number = 0; number < 500; ++number) {
+        sender->send(click);
+        expected.insert(expected.end(), {"273 down", "frame", "273 up", "frame"});
+        server->look();
+    }
+    EXPECT_TRUE(until([&] { return server->log.size() >= expected.size(); }));
+    EXPECT_EQ(server->log, expected);
+}
+
+TEST_F(EiSenderTest, DeviceThatRestsTakesNoClicks) {
+    server->resumesAtOnce = false;
+    connect();
+    ASSERT_TRUE(until([this] { return server->hasDevice(); }));
+    EXPECT_FALSE(sender->canSend());
+    sender->send(click);
+    server->resume();
+    // The server's library pauses no device that it knows to be in use.
+    ASSERT_TRUE(QTest::qWaitFor([this] { return sender->canSend(); }, 10'000));
+    server->pause();
+    ASSERT_TRUE(until([this] { return !sender->canSend(); }));
+    EXPECT_EQ(changes, 2);
+    sender->send(click);
+    server->resume();
+    ASSERT_TRUE(until([this] { return sender->canSend(); }));
+    sender->send(click);
+    EXPECT_TRUE(until([this] { return server->log.size() >= 4; }));
+    EXPECT_EQ(server->log.size(), 4U);
+    EXPECT_EQ(losses, 0);
+}
+
+TEST_F(EiSenderTest, DeviceThatGoesTakesNoClicks) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    server->removeDevice();
+    ASSERT_TRUE(until([this] { return !sender->canSend(); }));
+    EXPECT_EQ(changes, 2);
+    sender->send(click);
+    EXPECT_EQ(losses, 0);
+}
+
+TEST_F(EiSenderTest, EndOfTheServerIsToldOnce) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    server.reset();
+    ASSERT_TRUE(until([this] { return losses == 1; }));
+    EXPECT_FALSE(sender->canSend());
+    sender->send(click);
+    sender->end();
+    EXPECT_EQ(losses, 1);
+}
+
+TEST_F(EiSenderTest, EndTellsTheServerAndNobodyElse) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    sender->end();
+    EXPECT_FALSE(sender->canSend());
+    sender->send(click);
+    EXPECT_TRUE(until([this] { return server->isClientGone; }));
+    EXPECT_EQ(server->log, Log{});
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(losses, 0);
+}
+
+TEST_F(EiSenderTest, MayBeEndedByWhoIsTold) {
+    sender = std::make_shared<EiSender>(loop, server->makeClient(),
+                                        EiSender::Told{[this] {
+                                                           sender->end();
+                                                           sender.reset();
+                                                           ++changes;
+                                                       },
+                                                       [this] { ++losses; }});
+    EXPECT_TRUE(until([this] { return changes == 1 && server->isClientGone; }));
+    EXPECT_EQ(losses, 0);
+}
+
+} // namespace
+} // namespace velloran::tests

@@ -1,0 +1,288 @@
+#include "platform/portal/RemoteDesktop.h"
+
+#include "base/fatal.h"
+#include "harness/FakeBackEnd.h"
+#include "harness/PrivateBus.h"
+#include "platform/portal/desktopEntry.h"
+#include "platform/qt/QtEventLoop.h"
+
+#include <QDBusConnectionInterface>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+// The desktop's real portal on a bus of the test's own, with a back end that stands for the desktop.
+
+namespace velloran::tests {
+namespace {
+
+using namespace platform::portal;
+using platform::MouseEventType;
+using platform::PromptReason;
+using platform::bus::BusState;
+using platform::bus::SessionBus;
+
+const auto applicationName = QStringLiteral("app.velloran.Velloran");
+
+std::string libexec(const std::string& program) {
+    const std::string path = "/usr/libexec/" + program;
+    if (!std::filesystem::exists(path)) {
+        fatalError("The portal is not installed");
+    }
+    return path;
+}
+
+/// Folders of the test's own, in the environment of all that is started.
+class Home {
+public:
+    Home() {
+        for (const char* const name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "HOME"}) {
+            const std::string path = folder_.filePath(name).toStdString();
+            std::filesystem::create_directories(path);
+            std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+            setenv(name, path.c_str(), 1);
+        }
+        setenv("XDG_CURRENT_DESKTOP", "velloran", 1);
+        const std::string portals = folder_.filePath("portals").toStdString();
+        std::filesystem::create_directories(portals);
+        std::ofstream(portals + "/velloran.portal")
+            << "[portal]\nDBusName=" << FakeBackEnd::name
+            << "\nInterfaces=org.freedesktop.impl.portal.RemoteDesktop;\nUseIn=velloran\n";
+        setenv("XDG_DESKTOP_PORTAL_DIR", portals.c_str(), 1);
+        const std::string settings = folder_.filePath("XDG_CONFIG_HOME/xdg-desktop-portal").toStdString();
+        std::filesystem::create_directories(settings);
+        std::ofstream(settings + "/portals.conf")
+            << "[preferred]\ndefault=none\norg.freedesktop.impl.portal.RemoteDesktop=velloran\n";
+        provideDesktopEntry(applicationName, QStringLiteral("/bin/true"));
+    }
+
+    [[nodiscard]] std::string path(const char* name) const { return folder_.filePath(name).toStdString(); }
+
+private:
+    QTemporaryDir folder_;
+};
+
+class RealPortalTest : public testing::Test {
+protected:
+    RealPortalTest() {
+        setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+        store.emplace(std::vector{libexec("xdg-permission-store")});
+        EXPECT_TRUE(until([this] { return hasOwner("org.freedesktop.impl.portal.PermissionStore"); }));
+        backEnd.emplace(bus.address());
+        startPortal();
+        restart();
+    }
+
+    ~RealPortalTest() override { unsetenv("DBUS_SESSION_BUS_ADDRESS"); }
+
+    RealPortalTest(const RealPortalTest&) = delete;
+    RealPortalTest& operator=(const RealPortalTest&) = delete;
+
+    template<typename Condition>
+    static bool until(Condition condition) {
+        return QTest::qWaitFor(condition, 20'000);
+    }
+
+    [[nodiscard]] bool hasOwner(const char* name) {
+        return watcher.connection().interface()->isServiceRegistered(name).value();
+    }
+
+    void startPortal() { front.emplace(std::vector{libexec("xdg-desktop-portal")}); }
+
+    /// As another start of the program.
+    void restart() {
+        remote.reset();
+        token.reset();
+        portal.reset();
+        session.emplace(platform::bus::BusPlace{QByteArray::fromStdString(bus.address()), BusState::answers});
+        portal.emplace(*session, applicationName);
+        token.emplace(home.path("token"));
+        remote.emplace(loop, *portal, *token, QStringList(FakeBackEnd::name));
+        EXPECT_TRUE(until([this] { return isOffered(); })) << remote->parts().get().clicks.reason;
+        clicks = remote->parts().get().clicks.part;
+    }
+
+    [[nodiscard]] bool isOffered() const { return remote->parts().get().clicks.part != nullptr; }
+
+    void open() {
+        EXPECT_FALSE(remote->requestPrompt(PromptReason::askedFor));
+        ASSERT_TRUE(until([this] { return remote->isTrusted(); }));
+    }
+
+    /// Makes clicks as the engine does, one after the other on a thread of its own, until `isOver`, at most so many.
+    template<typename Condition>
+    void clickUntil(int most, Condition isOver) {
+        std::atomic<bool> isDone = false;
+        std::thread engine([&] {
+            for (int made = 0; made < most && remoteClicks(); ++made) {
+            }
+            isDone = true;
+        });
+        EXPECT_TRUE(until([&] { return isDone || isOver(); }));
+        EXPECT_TRUE(until([&] { return isDone.load(); }));
+        engine.join();
+    }
+
+    /// One click; false when there was nothing to click with.
+    bool remoteClicks() {
+        bool isMade = false;
+        for (const MouseEventType type : {MouseEventType::leftMouseDown, MouseEventType::leftMouseUp}) {
+            if (const auto event = clicks->makeMouseEvent(type, {}, platform::EventButton::left)) {
+                clicks->post(*event);
+                isMade = true;
+            }
+        }
+        clicks->flush();
+        return isMade;
+    }
+
+    /// How many whole clicks arrived; no number when a press or a release is alone.
+    [[nodiscard]] std::optional<int> clicksSeen() const {
+        for (int index = 0; index < backEnd->buttons.size(); ++index) {
+            if (backEnd->buttons.at(index) != (index % 2 == 0 ? "272 down" : "272 up")) {
+                return std::nullopt;
+            }
+        }
+        return backEnd->buttons.size() % 2 == 0 ? std::optional(static_cast<int>(backEnd->buttons.size() / 2))
+                                                : std::nullopt;
+    }
+
+    /// The portal remembers permissions.
+    [[nodiscard]] bool remembers() const {
+        return remote->parts().get().clicks.limit.find("remembers no") == std::string::npos;
+    }
+
+    const Home home;
+    PrivateBus bus;
+    SessionBus watcher{{QByteArray::fromStdString(bus.address()), BusState::answers}};
+    platform::qt::QtEventLoop loop;
+    std::optional<ChildProcess> store;
+    std::optional<FakeBackEnd> backEnd;
+    std::optional<ChildProcess> front;
+    std::optional<SessionBus> session;
+    std::optional<Portal> portal;
+    std::optional<RestoreToken> token;
+    std::optional<RemoteDesktop> remote;
+    std::shared_ptr<platform::PointerEvents> clicks;
+};
+
+TEST_F(RealPortalTest, GrantedClicksArriveInPairs) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(backEnd->dialogs, 1);
+    clickUntil(300, [] { return false; });
+    EXPECT_EQ(clicksSeen(), 300);
+    EXPECT_TRUE(remote->isTrusted());
+    remote.reset();
+    EXPECT_TRUE(until([this] { return !backEnd->isOpen; }));
+}
+
+TEST_F(RealPortalTest, RefusedIsNotTrusted) {
+    backEnd->manner = FakeBackEnd::Manner::refuses;
+    EXPECT_FALSE(remote->requestPrompt(PromptReason::automatic));
+    ASSERT_TRUE(until([this] { return backEnd->dialogs == 1 && !backEnd->isOpen; }));
+    EXPECT_FALSE(remote->isTrusted());
+    backEnd->manner = FakeBackEnd::Manner::grants;
+    EXPECT_FALSE(remote->requestPrompt(PromptReason::automatic));
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(backEnd->dialogs, 2);
+}
+
+TEST_F(RealPortalTest, FailureIsNotTrusted) {
+    backEnd->manner = FakeBackEnd::Manner::fails;
+    EXPECT_FALSE(remote->requestPrompt(PromptReason::askedFor));
+    ASSERT_TRUE(until([this] { return backEnd->dialogs == 1 && !backEnd->isOpen; }));
+    EXPECT_FALSE(remote->isTrusted());
+    backEnd->manner = FakeBackEnd::Manner::grants;
+    ASSERT_NO_FATAL_FAILURE(open());
+}
+
+TEST_F(RealPortalTest, QuestionWithoutAnAnswerIsWithdrawnWithTheProgram) {
+    backEnd->manner = FakeBackEnd::Manner::hangs;
+    EXPECT_FALSE(remote->requestPrompt(PromptReason::askedFor));
+    ASSERT_TRUE(until([this] { return backEnd->dialogs == 1; }));
+    EXPECT_FALSE(remote->isTrusted());
+    remote.reset();
+    EXPECT_TRUE(until([this] { return backEnd->withdrawn == 1; }));
+    EXPECT_TRUE(until([this] { return !backEnd->isOpen; }));
+}
+
+TEST_F(RealPortalTest, TakenBackInMidRunNothingStaysPressed) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    bool isClosed = false;
+    clickUntil(100'000, [&] {
+        if (backEnd->buttons.size() > 50 && !std::exchange(isClosed, true)) {
+            backEnd->closeSession();
+        }
+        return !remote->isTrusted();
+    });
+    EXPECT_FALSE(remote->isTrusted());
+    EXPECT_TRUE(isOffered());
+    EXPECT_EQ(backEnd->dialogs, 1);
+    ASSERT_NO_FATAL_FAILURE(open());
+}
+
+TEST_F(RealPortalTest, BackEndThatIsKilledInMidRunEndsIt) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    clickUntil(100'000, [&] {
+        if (backEnd && backEnd->buttons.size() > 50) {
+            backEnd.reset();
+        }
+        return !remote->isTrusted();
+    });
+    EXPECT_FALSE(remote->isTrusted());
+    backEnd.emplace(bus.address());
+    ASSERT_NO_FATAL_FAILURE(open());
+    clickUntil(10, [] { return false; });
+    EXPECT_EQ(clicksSeen(), 10);
+}
+
+TEST_F(RealPortalTest, PortalThatIsKilledInMidRunComesBack) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    clickUntil(100'000, [&] {
+        if (front && backEnd->buttons.size() > 50) {
+            front->sendSignal(SIGKILL);
+            front.reset();
+        }
+        return !remote->isTrusted();
+    });
+    EXPECT_FALSE(remote->isTrusted());
+    EXPECT_TRUE(until([this] { return !isOffered(); }));
+    startPortal();
+    ASSERT_TRUE(until([this] { return isOffered(); }));
+    EXPECT_EQ(backEnd->dialogs, 1) << "nobody is asked by itself";
+    backEnd->buttons.clear();
+    ASSERT_NO_FATAL_FAILURE(open());
+    clickUntil(10, [] { return false; });
+    EXPECT_EQ(clicksSeen(), 10);
+}
+
+TEST_F(RealPortalTest, PermissionIsRememberedWhereThePortalCan) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(!token->get().empty(), remembers());
+    restart();
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(backEnd->isRestored, remembers());
+    EXPECT_EQ(backEnd->dialogs, remembers() ? 1 : 2);
+}
+
+TEST_F(RealPortalTest, IsKnownByNameWhereThePortalTakesNames) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    const bool takesNames = portal->nameError().isEmpty();
+    EXPECT_EQ(takesNames, remembers()) << "the releases that do one do the other: "
+                                       << portal->nameError().toStdString();
+    EXPECT_EQ(backEnd->programs.last(), takesNames ? applicationName : QString());
+}
+
+} // namespace
+} // namespace velloran::tests

@@ -1,0 +1,107 @@
+#include "platform/portal/RemoteDesktop.h"
+
+#include "harness/EiServer.h"
+#include "platform/portal/InputBench.h"
+
+#include <string>
+#include <vector>
+
+namespace velloran::tests {
+namespace {
+
+using platform::PromptReason;
+
+using Log = std::vector<std::string>;
+
+/// A portal that hands over a connection for emulated input.
+class RemoteDesktopInputTest : public InputBench {
+protected:
+    void bringWithInput() {
+        ASSERT_NO_FATAL_FAILURE(bring());
+        fake->makeInput = [this] { return server.makeClient(); };
+    }
+
+    void grantInput() {
+        fake->respond(0, {{"devices", 2U}});
+        ASSERT_TRUE(untilSeen([this] { return remote->isTrusted(); }));
+    }
+
+    void openInput() {
+        ASSERT_NO_FATAL_FAILURE(bringWithInput());
+        ASSERT_NO_FATAL_FAILURE(ask());
+        ASSERT_NO_FATAL_FAILURE(grantInput());
+    }
+
+    template<typename Condition>
+    bool untilSeen(Condition condition) {
+        return until([&] {
+            server.look();
+            return condition();
+        });
+    }
+
+    EiServer server;
+};
+
+TEST_F(RemoteDesktopInputTest, ClicksGoOverItAndByNoCalls) {
+    ASSERT_NO_FATAL_FAILURE(openInput());
+    EXPECT_EQ(changes, 1);
+    EXPECT_FALSE(clicks->mayFallBehind());
+    clickHere();
+    EXPECT_TRUE(untilSeen([this] { return server.log.size() >= 4; }));
+    EXPECT_EQ(server.log, (Log{"272 down", "frame", "272 up", "frame"}));
+    EXPECT_EQ(fake->buttons, QStringList());
+}
+
+TEST_F(RemoteDesktopInputTest, ItsEndIsTheLossOfThePermission) {
+    ASSERT_NO_FATAL_FAILURE(openInput());
+    server.disconnect();
+    expectLost();
+    EXPECT_EQ(changes, 2);
+    EXPECT_TRUE(until([this] { return fake->closed.contains(sessionPath); }));
+    expectRequests(3);
+}
+
+TEST_F(RemoteDesktopInputTest, TrustGoesWithTheDeviceAndComesWithTheNext) {
+    ASSERT_NO_FATAL_FAILURE(openInput());
+    server.removeDevice();
+    ASSERT_TRUE(until([this] { return !remote->isTrusted(); }));
+    EXPECT_EQ(changes, 2);
+    server.addDevice();
+    ASSERT_TRUE(untilSeen([this] { return remote->isTrusted(); }));
+    EXPECT_EQ(changes, 3);
+}
+
+TEST_F(RemoteDesktopInputTest, UserWhoWantsToClickMeanwhileIsAskedAnew) {
+    ASSERT_NO_FATAL_FAILURE(openInput());
+    server.removeDevice();
+    ASSERT_TRUE(until([this] { return !remote->isTrusted(); }));
+    fake->request = {};
+    ASSERT_NO_FATAL_FAILURE(ask());
+}
+
+TEST_F(RemoteDesktopInputTest, ConnectionThatComesToNothingIsFollowedByCalls) {
+    ASSERT_NO_FATAL_FAILURE(bringWithInput());
+    ASSERT_NO_FATAL_FAILURE(ask());
+    fake->respond(0, {{"devices", 2U}});
+    ASSERT_TRUE(untilSeen([this] { return fake->calls.contains("ConnectToEIS") && server.hasClient(); }));
+    server.disconnect();
+    ASSERT_TRUE(until([this] { return fake->closed.contains(sessionPath); }));
+    EXPECT_FALSE(remote->isTrusted());
+    fake->request = {};
+    ASSERT_NO_FATAL_FAILURE(ask());
+    ASSERT_NO_FATAL_FAILURE(grant());
+    EXPECT_TRUE(clicks->mayFallBehind());
+    click();
+    EXPECT_EQ(fake->buttons, (QStringList{"272 down", "272 up"}));
+}
+
+TEST_F(RemoteDesktopInputTest, LockedScreenEndsIt) {
+    ASSERT_NO_FATAL_FAILURE(openInput());
+    remote->setLocked(true);
+    EXPECT_FALSE(remote->isTrusted());
+    EXPECT_TRUE(untilSeen([this] { return server.isClientGone; }));
+}
+
+} // namespace
+} // namespace velloran::tests
