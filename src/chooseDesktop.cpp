@@ -1,6 +1,9 @@
 #include "chooseDesktop.h"
 
+#include <QCoreApplication>
+
 #include "hotkeyAdvice.h"
+#include "platform/portal/PortalDesktop.h"
 #include "platform/qt/monitors.h"
 #include "platform/sway/SwayHotKeys.h"
 #include "platform/wayland/SeatKeyboard.h"
@@ -31,8 +34,12 @@ bool isSet(const Environment& environment, const char* name) {
     return value && !value->empty();
 }
 
+bool isWayland(const Environment& environment) {
+    return isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland";
+}
+
 Result<Desktop> onX11(const Environment& environment, const Backends& backends) {
-    if (isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland") {
+    if (isWayland(environment)) {
         return Error{"this is a Wayland session, and an X server inside it reaches only some windows."};
     }
     if (!isSet(environment, "DISPLAY")) {
@@ -167,6 +174,16 @@ Result<Desktop> connectCompositor(const std::shared_ptr<platform::wayland::SeatK
     return desktop;
 }
 
+std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const std::string& sessionBus) {
+    if (sessionBus.empty()) {
+        return nullptr;
+    }
+    const platform::bus::BusPlace place{QByteArray::fromStdString(sessionBus), platform::bus::BusState::answers};
+    const auto portal = std::make_shared<platform::portal::PortalDesktop>(
+        loop, place, QStringLiteral("app.velloran.Velloran"), QCoreApplication::applicationFilePath());
+    return {portal, &portal->parts()};
+}
+
 } // namespace
 
 std::optional<std::string> processEnvironment(const char* name) {
@@ -174,7 +191,7 @@ std::optional<std::string> processEnvironment(const char* name) {
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 
-Backends realBackends(EventLoop& loop, std::function<void()> onServerLost) {
+Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus) {
     const auto keyboard = std::make_shared<KeyboardOnce>();
     return {
         .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
@@ -184,7 +201,8 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost) {
                 return connectSway(loop, socket, keyboard->of(loop, compositor));
             },
         .compositor = [&loop, keyboard](
-                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); }};
+                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); },
+        .portal = [&loop, sessionBus] { return connectPortal(loop, sessionBus); }};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {
@@ -209,6 +227,22 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
     }
     explain(desktop.keyCharacters, "No backend tells the keyboard's layout.", {});
     return desktop;
+}
+
+Subscription followPortal(const Environment& environment, const Backends& backends, Published<Desktop>& desktop) {
+    if (!isWayland(environment) || desktop.get().clicks.part) {
+        return {};
+    }
+    const auto portal = backends.portal();
+    if (!portal) {
+        return {};
+    }
+    return portal->stream().subscribe([&desktop, portal](const Desktop& offered) {
+        desktop.modify([&offered](Desktop& now) {
+            now.clicks = offered.clicks;
+            now.trust = offered.trust;
+        });
+    });
 }
 
 } // namespace velloran

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "async/EventLoop.h"
+#include "async/Published.h"
 #include "base/Result.h"
 #include "platform/Desktop.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -25,15 +27,23 @@ struct Backends {
     std::function<Result<platform::Desktop>(const std::string& compositor, const std::string& socket)> sway;
     /// What every compositor tells.
     std::function<Result<platform::Desktop>(const std::string& compositor)> compositor;
+    /// The desktop's portal, whose parts come late, go, and come back. Null where there is no bus for it.
+    std::function<std::shared_ptr<const Published<platform::Desktop>>()> portal;
 };
 
-/// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone. `loop` must outlive
-/// the parts that they make.
-Backends realBackends(EventLoop& loop, std::function<void()> onServerLost);
+/// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone; `sessionBus` is where
+/// the session bus is, in the form of its own environment variable, or empty. `loop` must outlive the parts that they
+/// make.
+Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus = {});
 
 /// Asks the backends that fit the session, the best one first, and takes each part from the first that has it. Which
 /// session this is counts before what answers in it: on Wayland an X server may well answer, but it only reaches
 /// programs that use it themselves and swallows everything else without a word, so it is never asked there.
 platform::Desktop chooseDesktop(const Environment& environment, const Backends& backends);
+
+/// Gives a Wayland session in which nothing else clicks the clicks of its portal, and their permission, as they come
+/// and go, for as long as the result exists. Its parts must not be used after that.
+Subscription followPortal(const Environment& environment, const Backends& backends,
+                          Published<platform::Desktop>& desktop);
 
 } // namespace velloran

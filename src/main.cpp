@@ -46,6 +46,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <utility>
 
 Q_IMPORT_QML_PLUGIN(VelloranPlugin)
@@ -145,7 +146,8 @@ private:
     QQmlComponent mainWindow_;
 };
 
-int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance, std::unique_ptr<Views> reading) {
+int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform::bus::SingleInstance& instance,
+        std::unique_ptr<Views> reading) {
     platform::qt::QtEventLoop loop;
     const platform::posix::TerminationSignals termination(loop, [] { QCoreApplication::quit(); });
     platform::posix::SyslogLog log;
@@ -153,11 +155,13 @@ int run(platform::bus::SessionBus& bus, platform::bus::SingleInstance& instance,
     const OpenPreferences whileOpen(preferences);
     platform::qt::QtUrlOpener urlOpener;
     platform::pulse::PulseSounds sounds;
-    const Published<platform::Desktop> desktop(
-        chooseDesktop(processEnvironment, realBackends(loop, [] { endWithoutServer(); })));
+    const Backends backends = realBackends(
+        loop, [] { endWithoutServer(); }, busAddress);
+    Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
     for (const QString& sentence : DesktopLimits::of(desktop.get()).sentences) {
         log.write("This desktop: " + sentence.toStdString());
     }
+    const Subscription portalClicks = followPortal(processEnvironment, backends, desktop);
     const platform::PlatformInstallation installation({loop, desktop, log});
 
     const SharedHotkeys sharedHotkeys;
@@ -259,5 +263,5 @@ int main(int argc, char* argv[]) {
     }
     QApplication::setWindowIcon(windowIcon());
     chooseTypeface();
-    return run(bus, instance, std::move(views));
+    return run(bus, busPlace.address.toStdString(), instance, std::move(views));
 }

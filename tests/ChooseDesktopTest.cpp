@@ -85,6 +85,8 @@ protected:
     std::vector<std::string> compositors;
     Desktop ofSway;
     Desktop ofEveryCompositor;
+    std::shared_ptr<Published<Desktop>> portal = std::make_shared<Published<Desktop>>(Desktop{});
+    int portals = 0;
     Backends backends{.x11 = [this]() -> Result<Desktop> {
                           ++connections;
                           return whole;
@@ -98,7 +100,27 @@ protected:
                           compositors.push_back(compositor + " by " + socket);
                           return ofSway;
                       },
-                      .compositor = [this](const std::string&) -> Result<Desktop> { return ofEveryCompositor; }};
+                      .compositor = [this](const std::string&) -> Result<Desktop> { return ofEveryCompositor; },
+                      .portal =
+                          [this] {
+                              ++portals;
+                              return portal;
+                          }};
+};
+
+/// A Wayland session with a portal, as it is followed.
+class FollowPortalTest : public ChooseDesktopTest {
+protected:
+    Subscription follow(const Variables& variables) {
+        const Environment environment = [&variables](const char* name) {
+            const auto found = variables.find(name);
+            return found != variables.end() ? std::optional(found->second) : std::nullopt;
+        };
+        return followPortal(environment, backends, desktop);
+    }
+
+    const Variables wayland{{"WAYLAND_DISPLAY", "wayland-0"}};
+    Published<Desktop> desktop{Desktop{}};
 };
 
 } // namespace
@@ -219,6 +241,54 @@ TEST_F(ChooseDesktopTest, EachPartMayBeMissing) {
 TEST_F(ChooseDesktopTest, PermissionIsOfNoUseWithoutItsClicks) {
     whole.clicks = {};
     EXPECT_EQ(choose({{"DISPLAY", ":0"}}).trust.part, nullptr);
+}
+
+TEST_F(FollowPortalTest, ClicksComeAndGoWithThePortal) {
+    desktop.modify([this](Desktop& now) {
+        now.hotKeys = whole.hotKeys;
+        now.hotKeys.reason = "another's";
+    });
+    const Desktop before = desktop.get();
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(desktop.get().clicks.part, nullptr);
+    portal->set(whole);
+    EXPECT_EQ(desktop.get().clicks, whole.clicks);
+    EXPECT_EQ(desktop.get().trust, whole.trust);
+    EXPECT_EQ(desktop.get().hotKeys, before.hotKeys) << "is none of its business";
+    EXPECT_EQ(desktop.get().pointer, before.pointer);
+    portal->modify([](Desktop& offered) {
+        offered = {};
+        offered.clicks.reason = "it has gone";
+    });
+    EXPECT_EQ(desktop.get().clicks.part, nullptr);
+    EXPECT_EQ(desktop.get().clicks.reason, "it has gone");
+    EXPECT_EQ(desktop.get().trust.part, nullptr);
+}
+
+TEST_F(FollowPortalTest, EndsWithItsSubscription) {
+    { const Subscription following = follow(wayland); }
+    portal->set(whole);
+    EXPECT_EQ(desktop.get().clicks.part, nullptr);
+    EXPECT_EQ(portal.use_count(), 1);
+}
+
+TEST_F(FollowPortalTest, IsForWaylandOnly) {
+    const Subscription following = follow({{"DISPLAY", ":0"}});
+    EXPECT_EQ(portals, 0);
+}
+
+TEST_F(FollowPortalTest, IsNotAskedWhereSomethingElseClicks) {
+    desktop.set(whole);
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(portals, 0);
+}
+
+TEST_F(FollowPortalTest, MayHaveNoBus) {
+    portal = nullptr;
+    const Desktop before = desktop.get();
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(portals, 1);
+    EXPECT_EQ(desktop.get(), before);
 }
 
 TEST(Environment, IsThatOfTheProcess) {
