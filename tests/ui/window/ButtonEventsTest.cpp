@@ -8,6 +8,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <cstdlib>
 
 namespace velloran::tests {
 
@@ -73,7 +74,7 @@ protected:
 
 TEST_F(ButtonEventsTest, ButtonsThatGoDownElsewhereWakeNobody) {
     open("ShellWindow {}");
-    ASSERT_EQ(eventsOfClicksElsewhere(), 6) << "what it is good for";
+    ASSERT_GT(eventsOfClicksElsewhere(), 0) << "nothing to be left out";
     platform::windowmanager::leaveOutButtonsOfOthers();
     EXPECT_EQ(eventsOfClicksElsewhere(), 0);
     EXPECT_GT(eventsOfAModifier(), 0);
