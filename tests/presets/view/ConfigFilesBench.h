@@ -58,7 +58,7 @@ private:
 
     [[nodiscard]] QObject* options() const {
         for (QQuickItem* item = find("Done"); item != nullptr; item = item->parentItem()) {
-            if (QByteArray(item->metaObject()->className()).startsWith("Sheet_")) {
+            if (QByteArray(item->metaObject()->className()).startsWith("OptionsSheet_")) {
                 return item;
             }
         }
