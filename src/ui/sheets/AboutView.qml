@@ -112,7 +112,10 @@ Item {
                     anchors.left: parent.left
                     anchors.right: copyButton.left
                     anchors.rightMargin: Theme.spacing.md
-                    anchors.verticalCenter: parent.verticalCenter
+                    anchors.top: parent.top
+                    anchors.bottom: parent.bottom
+                    leftPadding: 10
+                    rightPadding: 10
                     label: "Line for the hotkey"
                     placeholder: ""
                     size: 12
@@ -120,6 +123,12 @@ Item {
                     text: root.hotkeyLine
                     // Its beginning tells more than its end.
                     onTextChanged: lineBox.cursorPosition = 0
+
+                    background: RoundedFace {
+                        radius: copyButton.faceRadius
+                        fill: Theme.fieldFill
+                        stroke: Theme.fieldStroke
+                    }
                 }
 
                 FaceButton {
