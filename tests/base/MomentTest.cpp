@@ -23,6 +23,7 @@ TEST(Moment, NothingIsLaterThanTheLastMoment) {
     EXPECT_EQ(later(Moment::max() - std::chrono::nanoseconds(2), 1), Moment::max() - std::chrono::nanoseconds(1));
     EXPECT_EQ(later(Moment::max(), 0), Moment::max());
     EXPECT_EQ(later(Moment::min(), endless), Moment::max());
+    EXPECT_EQ(later(Moment::min(), endless - 1), Moment::max() - std::chrono::nanoseconds(1));
 }
 
 TEST(Moment, BetweenTwoIsTheTimeThatIsStillToPass) {
