@@ -46,6 +46,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -158,10 +159,15 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     const Backends backends = realBackends(
         loop, [] { endWithoutServer(); }, busAddress);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
-    for (const QString& sentence : DesktopLimits::of(desktop.get()).sentences) {
-        log.write("This desktop: " + sentence.toStdString());
-    }
     const Subscription portalClicks = followPortal(processEnvironment, backends, desktop);
+    std::set<QString> told;
+    const Subscription telling = desktop.stream().subscribe([&log, &told](const platform::Desktop& now) {
+        for (const QString& sentence : DesktopLimits::of(now).sentences) {
+            if (told.insert(sentence).second) {
+                log.write("This desktop: " + sentence.toStdString());
+            }
+        }
+    });
     const platform::PlatformInstallation installation({loop, desktop, log});
 
     const SharedHotkeys sharedHotkeys;

@@ -10,7 +10,7 @@ from harness.waiting import stays, until
 HOTKEY = preferences.CONTROL_OPTION_S
 PERMISSION_MESSAGE = ("Accessibility permission is required for automated clicking. "
                       "Please allow Velloran in System Settings → Privacy & Security → Accessibility.")
-WAYLAND_REASON = "Input cannot be posted: this is a Wayland session, and an X server inside it reaches only some windows."
+WAYLAND_REASON = "Input cannot be posted: the desktop's portal does not answer."
 
 
 class MissingServices(DesktopCase):
