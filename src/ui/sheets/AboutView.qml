@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// What the program is, what works how on this desktop and what does not, and what to do about that.
 Item {

@@ -301,6 +301,7 @@ TEST_F(SheetTest, AboutHasALineForTheHotkeyThatCanBeCopied) {
     EXPECT_EQ(limits.hotkey, "No hotkey. For a key of your choice, put this into ~/.config/keys: bind F6 toggle");
     window->setProperty("desktopLimits", QVariant::fromValue(limits));
     EXPECT_TRUE(until([&] { return shows("For a key of your choice, put this into ~/.config/keys:"); }));
+    settle();
     EXPECT_GT(get("Line for the hotkey").height(), 20);
     keepPicture("about-hotkey-line");
     click(get("Copy"));
