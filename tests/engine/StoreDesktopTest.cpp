@@ -204,6 +204,10 @@ TEST_F(StoreDesktopTest, ClicksBehindASlowDesktopEndWithTheirRun) {
     platform.loop.runDue();
     ASSERT_EQ(runtime().clicksCompleted, 1) << "of the new run";
     release.set_value();
+    // The loss that follows would drop the click of the new run as well.
+    while (clicks->begun == 1) {
+        std::this_thread::yield();
+    }
     change([](Desktop& desktop) { desktop.clicks.part = nullptr; });
     store.reset(); // waits for the clicks
     EXPECT_EQ(clicks->begun, 2) << "the one that was under way, and that of the new run";
