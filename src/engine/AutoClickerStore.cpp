@@ -165,7 +165,6 @@ void AutoClickerStore::start() {
 
 void AutoClickerStore::stop() {
     const std::uint64_t order = ++orders_;
-    engine_->stopRuns(run_);
     cancelLoop();
     if (runtime_.get().status == ClickerStatus::completed) {
         return;

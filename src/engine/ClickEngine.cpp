@@ -27,11 +27,8 @@ constexpr Parameters parameters(ClickEngine::Button button) {
 
 } // namespace
 
-void ClickEngine::post(Button button, std::uint64_t run) const {
+void ClickEngine::post(Button button) const {
     if (!events_) {
-        return;
-    }
-    if (run <= stoppedUpTo_.load(std::memory_order_relaxed) && events_->mayFallBehind()) {
         return;
     }
     const platform::Point position = events_->location().value_or(platform::Point{});
@@ -42,6 +39,10 @@ void ClickEngine::post(Button button, std::uint64_t run) const {
         }
     }
     events_->flush();
+}
+
+bool ClickEngine::isBehind() const {
+    return events_ && ((clicksUnderWay_ > 0 && events_->waitsForDesktop()) || events_->isKeeping());
 }
 
 ClickEngine::Button engineButton(MouseButton button) {

@@ -4,14 +4,12 @@
 #include "platform/PointerEvents.h"
 
 #include <atomic>
-#include <cstdint>
 #include <memory>
 #include <utility>
 
 namespace velloran {
 
-/// Posts single clicks where the pointer is. Used on one thread at a time, but for what says otherwise. Runs are
-/// numbered from 1, later ones higher.
+/// Posts single clicks where the pointer is. Used on one thread at a time, but for what says otherwise.
 class ClickEngine {
 public:
     enum class Button { left, right, middle };
@@ -23,15 +21,20 @@ public:
     ClickEngine& operator=(const ClickEngine&) = delete;
 
     /// Posts a press and a release of the button, sent together, without moving the pointer. A half that cannot be made
-    /// is left out; nothing is reported. No click of a run that has been stopped, where clicks may have piled up.
-    void post(Button button, std::uint64_t run) const;
+    /// is left out; nothing is reported.
+    void post(Button button) const;
 
-    /// The runs up to this number are stopped. From any thread; a click that is under way goes on to its end.
-    void stopRuns(std::uint64_t upTo) { stoppedUpTo_.store(upTo, std::memory_order_relaxed); }
+    /// One click more has been handed over to be posted, or one less is left. From any thread.
+    void noteHandedOver() { ++clicksUnderWay_; }
+
+    void notePosted() { --clicksUnderWay_; }
+
+    /// Whether another click would pile up behind one that a slow desktop has yet to take. From any thread.
+    [[nodiscard]] bool isBehind() const;
 
 private:
     const std::shared_ptr<platform::PointerEvents> events_;
-    std::atomic<std::uint64_t> stoppedUpTo_ = 0;
+    std::atomic<int> clicksUnderWay_ = 0;
 };
 
 /// The engine's button for a configured one.

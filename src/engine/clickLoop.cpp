@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::uint64_t countdownStep = 100'000'000;
 constexpr std::uint64_t stillnessPoll = 80'000'000;
+constexpr std::uint64_t backlogPoll = 2'000'000;
 
 /// The count after which this run ends, if there is one.
 std::optional<std::int64_t> clickLimit(const AutoClickerConfig& snapshot) {
@@ -106,6 +107,14 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
             co_return;
         }
 
+        // Clicks that piled up in front of a slow desktop would go on after a stop, and after the end of the count.
+        while (!hasEnded() && store->engine_->isBehind()) {
+            co_await taskSleep(backlogPoll);
+        }
+        if (hasEnded()) {
+            co_return;
+        }
+
         // The gate stands directly before the click: what matters is that the mouse is still at that moment.
         if (snapshot.requireStationaryMouse) {
             store->alter(hasEnded, [](AutoClickerRuntime& record) { record.stationaryWaitActive = true; });
@@ -129,8 +138,11 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
 }
 
 void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run, Moment due) {
-    engineQueue_->asyncAt(
-        due, [engine = engine_, button = engineButton(snapshot.mouseButton), run] { engine->post(button, run); });
+    engine_->noteHandedOver();
+    engineQueue_->asyncAt(due, [engine = engine_, button = engineButton(snapshot.mouseButton)] {
+        engine->post(button);
+        engine->notePosted();
+    });
     if (snapshot.playClickSound) {
         soundPlayer_.playClickTick();
     }

@@ -49,9 +49,11 @@ public:
     /// Prepares an event; nothing when it cannot be made. `position` tells where the pointer is and moves nothing.
     virtual std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) = 0;
 
-    /// Whether sending waits for the desktop, so that clicks may pile up behind a slow one. Those that are not begun
-    /// when their run is stopped are dropped then; otherwise what was handed over is sent.
-    [[nodiscard]] virtual bool mayFallBehind() const { return false; }
+    /// Whether sending waits for the desktop, so that clicks would pile up in front of a slow one. From any thread.
+    [[nodiscard]] virtual bool waitsForDesktop() const { return false; }
+
+    /// Whether something that was sent is kept, because the desktop does not take it in. From any thread.
+    [[nodiscard]] virtual bool isKeeping() const { return false; }
 
     /// Puts an event in the queue of those to be sent.
     virtual void post(const MouseEvent& event) = 0;

@@ -10,7 +10,7 @@ from harness.waiting import stays, until
 HOTKEY = preferences.CONTROL_OPTION_S
 PERMISSION_MESSAGE = ("Accessibility permission is required for automated clicking. "
                       "Please allow Velloran in System Settings → Privacy & Security → Accessibility.")
-WAYLAND_REASON = "Input cannot be posted: the desktop's portal does not answer."
+WAYLAND_REASON = "Input cannot be posted: the desktop's portal has not answered."
 
 
 class MissingServices(DesktopCase):

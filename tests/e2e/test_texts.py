@@ -22,7 +22,7 @@ NO_HOTKEY = {"Click to record shortcut", "Press keys to record shortcut"}
 HOTKEY = {"Clear hotkey", "Press your hotkey anywhere to start/stop"}
 PERMISSION = ("Accessibility permission is required for automated clicking. "
               "Please allow Velloran in System Settings → Privacy & Security → Accessibility.")
-LIMITS = {"Input cannot be posted: the desktop's portal does not answer.",
+LIMITS = {"Input cannot be posted: the desktop's portal has not answered.",
           "Start / Stop Hotkey. The global hotkey does not work here.",
           "The pointer's position is not known here, so the still-mouse rule never lets a click through."}
 

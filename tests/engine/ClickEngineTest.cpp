@@ -15,8 +15,8 @@ namespace {
 
 using Journal = std::vector<std::string>;
 
-/// Counts clicks.
-struct PiledEvents final : platform::PointerEvents {
+/// Clicks of a desktop that may be slow.
+struct SlowEvents final : platform::PointerEvents {
     std::optional<platform::Point> location() override { return std::nullopt; }
 
     std::optional<platform::MouseEvent> makeMouseEvent(platform::MouseEventType, platform::Point,
@@ -24,21 +24,23 @@ struct PiledEvents final : platform::PointerEvents {
         return std::nullopt;
     }
 
-    [[nodiscard]] bool mayFallBehind() const override { return piles; }
+    [[nodiscard]] bool waitsForDesktop() const override { return waits; }
+
+    [[nodiscard]] bool isKeeping() const override { return keeps; }
 
     void post(const platform::MouseEvent&) override {}
 
-    void flush() override { ++flushes; }
+    void flush() override {}
 
-    bool piles = true;
-    int flushes = 0;
+    bool waits = false;
+    bool keeps = false;
 };
 
 class ClickEngineTest : public testing::Test {
 protected:
     const Journal& posted(ClickEngine::Button button) {
         platform.journal.clear();
-        engine.post(button, 1);
+        engine.post(button);
         return platform.journal;
     }
 
@@ -84,24 +86,23 @@ TEST_F(ClickEngineTest, HalfThatCannotBeMadeIsLeftOutAndTheOtherIsSent) {
 }
 
 TEST_F(ClickEngineTest, NothingToClickWithIsNoClick) {
-    ClickEngine(nullptr).post(ClickEngine::Button::left, 1);
+    ClickEngine(nullptr).post(ClickEngine::Button::left);
     EXPECT_TRUE(platform.journal.empty());
 }
 
-TEST_F(ClickEngineTest, ClicksOfStoppedRunsAreDroppedWhereTheyMayHavePiledUp) {
-    const auto events = std::make_shared<PiledEvents>();
-    ClickEngine piled(events);
-    piled.post(ClickEngine::Button::left, 1);
-    EXPECT_EQ(events->flushes, 1);
-    piled.stopRuns(2);
-    piled.post(ClickEngine::Button::left, 1);
-    piled.post(ClickEngine::Button::left, 2);
-    EXPECT_EQ(events->flushes, 1);
-    piled.post(ClickEngine::Button::left, 3);
-    EXPECT_EQ(events->flushes, 2);
-    events->piles = false;
-    piled.post(ClickEngine::Button::left, 1);
-    EXPECT_EQ(events->flushes, 3);
+TEST_F(ClickEngineTest, IsBehindWhereAnotherClickWouldPileUp) {
+    const auto events = std::make_shared<SlowEvents>();
+    ClickEngine slow(events);
+    EXPECT_FALSE(slow.isBehind());
+    slow.noteHandedOver();
+    EXPECT_FALSE(slow.isBehind()) << "a desktop that is not waited for takes what comes";
+    events->waits = true;
+    EXPECT_TRUE(slow.isBehind());
+    slow.notePosted();
+    EXPECT_FALSE(slow.isBehind());
+    events->keeps = true;
+    EXPECT_TRUE(slow.isBehind());
+    EXPECT_FALSE(ClickEngine(nullptr).isBehind());
 }
 
 TEST_F(ClickEngineTest, ConfiguredButtonsMapToThoseOfTheSameName) {

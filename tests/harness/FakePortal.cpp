@@ -83,7 +83,7 @@ bool FakePortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
         descriptor.giveFileDescriptor(makeInput());
         answer(message, {QVariant::fromValue(descriptor)});
     } else if (method == "ConnectToEIS") {
-        bus_.send(message.createErrorReply(QDBusError::NotSupported, "not here"));
+        bus_.send(message.createErrorReply(inputError, "not here"));
     } else if (method == "NotifyPointerButton") {
         takeButton(message);
     } else if (method == "ReadAll") {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QMap>
@@ -85,6 +86,8 @@ public:
     Buttons buttonManner = Buttons::taken;
     /// Gives a connection for emulated input; the descriptor is closed then. Where it is not set, there are none.
     std::function<int()> makeInput;
+    /// What it says to those who want such a connection, where it makes none.
+    QDBusError::ErrorType inputError = QDBusError::NotSupported;
     /// Whether requests come back under another path than the caller expects, as from portals of old.
     bool usesOwnPaths = false;
 

@@ -20,7 +20,7 @@ std::optional<MouseEvent> PortalPointerEvents::makeMouseEvent(MouseEventType typ
     return canPost() ? std::optional(MouseEvent{type, position, button}) : std::nullopt;
 }
 
-bool PortalPointerEvents::mayFallBehind() const {
+bool PortalPointerEvents::waitsForDesktop() const {
     const auto used = sender();
     return used && used->waits();
 }

@@ -6,6 +6,7 @@
 #include "platform/portal/EiSender.h"
 #endif
 
+#include <QDBusError>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 
@@ -43,7 +44,8 @@ constexpr auto longestWaitWithoutDialog = 3s;
 /// Between the end of a session that the desktop closes because it locks the screen, and the word that it has.
 constexpr auto longestFromCloseToLock = 5s;
 
-constexpr auto noPortal = "Input cannot be posted: the desktop's portal does not answer.";
+constexpr auto notAnswered = "Input cannot be posted: the desktop's portal has not answered.";
+constexpr auto noPortal = "Input cannot be posted: the desktop's portal has ended.";
 constexpr auto noInterface = "Input cannot be posted: the desktop's portal offers no remote control.";
 
 Desktop without(const std::string& why) {
@@ -52,6 +54,21 @@ Desktop without(const std::string& why) {
     desktop.trust.reason = "Nobody can be asked for the permission to click.";
     return desktop;
 }
+
+#ifdef VELLORAN_LIBEI
+/// Whether this is no answer of the portal's, but what stands for one that does not come.
+bool isSilence(const QDBusMessage& answer) {
+    switch (QDBusError(answer).type()) {
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+    case QDBusError::Disconnected:
+        return true;
+    default:
+        return false;
+    }
+}
+#endif
 
 std::string limitOf(uint version, const QString& nameError) {
     if (version < firstThatRemembers) {
@@ -68,7 +85,7 @@ std::string limitOf(uint version, const QString& nameError) {
 } // namespace
 
 RemoteDesktop::RemoteDesktop(EventLoop& loop, Portal& portal, RestoreToken& token, QStringList backEnds)
-    : loop_(loop), portal_(portal), token_(token), backEnds_(std::move(backEnds)), parts_(without(noPortal)) {
+    : loop_(loop), portal_(portal), token_(token), backEnds_(std::move(backEnds)), parts_(without(notAnswered)) {
     patience_.setSingleShot(true);
     connect(&patience_, &QTimer::timeout, this, [this] { end(); });
     connect(&portal_, &Portal::appeared, this, &RemoteDesktop::askVersion);
@@ -235,7 +252,12 @@ void RemoteDesktop::connectToInput() {
                      const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
                      const int own = descriptor.isValid() ? fcntl(descriptor.fileDescriptor(), F_DUPFD_CLOEXEC, 0) : -1;
                      if (own < 0) {
-                         useCalls();
+                         // Whoever has not answered may still do it, and takes no calls then.
+                         if (isSilence(answer)) {
+                             end();
+                         } else {
+                             useCalls();
+                         }
                          return;
                      }
                      // From here on the portal takes no calls for this session.

@@ -84,6 +84,11 @@ std::optional<MouseEvent> VirtualPointerEvents::makeMouseEvent(MouseEventType ty
     return MouseEvent{type, position, button};
 }
 
+bool VirtualPointerEvents::isKeeping() const {
+    const std::lock_guard lock(mutex_);
+    return !kept_.empty();
+}
+
 void VirtualPointerEvents::post(const MouseEvent& event) {
     pending_.push_back(event);
 }

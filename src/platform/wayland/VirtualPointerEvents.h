@@ -39,6 +39,7 @@ public:
     std::optional<Point> location() override { return std::nullopt; }
 
     std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) override;
+    [[nodiscard]] bool isKeeping() const override;
     void post(const MouseEvent& event) override;
     void flush() override;
 

@@ -46,7 +46,7 @@ protected:
 TEST_F(RemoteDesktopInputTest, ClicksGoOverItAndByNoCalls) {
     ASSERT_NO_FATAL_FAILURE(openInput());
     EXPECT_EQ(changes, 1);
-    EXPECT_FALSE(clicks->mayFallBehind());
+    EXPECT_FALSE(clicks->waitsForDesktop());
     clickHere();
     EXPECT_TRUE(untilSeen([this] { return server.log.size() >= 4; }));
     EXPECT_EQ(server.log, (Log{"272 down", "frame", "272 up", "frame"}));
@@ -91,9 +91,22 @@ TEST_F(RemoteDesktopInputTest, ConnectionThatComesToNothingIsFollowedByCalls) {
     fake->request = {};
     ASSERT_NO_FATAL_FAILURE(ask());
     ASSERT_NO_FATAL_FAILURE(grant());
-    EXPECT_TRUE(clicks->mayFallBehind());
+    EXPECT_TRUE(clicks->waitsForDesktop());
     click();
     EXPECT_EQ(fake->buttons, (QStringList{"272 down", "272 up"}));
+}
+
+TEST_F(RemoteDesktopInputTest, PortalThatDoesNotSayWhetherItHasItIsLost) {
+    for (const auto silence : {QDBusError::NoReply, QDBusError::Timeout, QDBusError::TimedOut}) {
+        ASSERT_NO_FATAL_FAILURE(bring());
+        fake->inputError = silence;
+        ASSERT_NO_FATAL_FAILURE(ask());
+        fake->respond(0, {{"devices", 2U}});
+        EXPECT_TRUE(until([this] { return fake->closed.contains(sessionPath); }));
+        EXPECT_FALSE(remote->isTrusted());
+        fake.reset();
+        ASSERT_TRUE(until([this] { return !isOffered(); }));
+    }
 }
 
 TEST_F(RemoteDesktopInputTest, LockedScreenEndsIt) {

@@ -75,7 +75,7 @@ TEST_F(RemoteDesktopTest, ClicksAreAPressAndARelease) {
 
 TEST_F(RemoteDesktopTest, ReleaseWaitsForTheAnswerToThePress) {
     ASSERT_NO_FATAL_FAILURE(open());
-    EXPECT_TRUE(clicks->mayFallBehind());
+    EXPECT_TRUE(clicks->waitsForDesktop());
     fake->buttonManner = FakePortal::Buttons::held;
     std::thread engine([this] { clickHere(); });
     EXPECT_TRUE(until([this] { return !fake->buttons.isEmpty(); }));
