@@ -8,7 +8,7 @@
 namespace velloran::platform::portal {
 
 EiSender::EiSender(EventLoop& loop, int descriptor, Told told)
-    : context_(ei_new_sender(nullptr)), told_(std::make_shared<const Told>(std::move(told))) {
+    : loop_(loop), context_(ei_new_sender(nullptr)), told_(std::make_shared<const Told>(std::move(told))) {
     ei_configure_name(context_, "Velloran");
     if (ei_setup_backend_fd(context_, descriptor) != 0) {
         context_ = ei_unref(context_);
@@ -39,6 +39,11 @@ void EiSender::send(const std::vector<MouseEvent>& events) {
         ei_device_button_button(device_, static_cast<std::uint32_t>(evdevButton(event.button)), isPress(event.type));
         ei_device_frame(device_, ei_now(context_));
     }
+    // A connection that is found broken in writing cannot be read any more, so its end would never be heard of.
+    if (ei_event* const event = ei_peek_event(context_)) {
+        ei_event_unref(event);
+        followLater();
+    }
 }
 
 void EiSender::end() {
@@ -57,6 +62,9 @@ void EiSender::follow() {
     News news = News::none;
     {
         const std::lock_guard lock(mutex_);
+        if (context_ == nullptr) {
+            return;
+        }
         ei_dispatch(context_);
         while (ei_event* const event = ei_get_event(context_)) {
             news = std::max(news, take(*event));
@@ -71,6 +79,15 @@ void EiSender::follow() {
     } else if (news == News::changed) {
         told->changed();
     }
+}
+
+void EiSender::followLater() {
+    loop_.postFromAnyThread([this, told = std::weak_ptr(told_)] {
+        // Which lives as long as this does.
+        if (!told.expired()) {
+            follow();
+        }
+    });
 }
 
 EiSender::News EiSender::take(ei_event& event) {

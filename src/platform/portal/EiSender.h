@@ -41,9 +41,11 @@ private:
     enum class News { none, changed, lost };
 
     void follow();
+    void followLater();
     News take(ei_event& event);
     void letDeviceGo();
 
+    EventLoop& loop_;
     std::mutex mutex_; // guards what follows; the library is for one thread at a time
     ei* context_ = nullptr;
     ei_device* device_ = nullptr;

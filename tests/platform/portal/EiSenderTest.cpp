@@ -123,6 +123,17 @@ TEST_F(EiSenderTest, EndOfTheServerIsToldOnce) {
     EXPECT_EQ(losses, 1);
 }
 
+TEST_F(EiSenderTest, EndThatIsFoundInSendingIsToldOnce) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    server.reset();
+    // Before any turn in which the end could be read.
+    sender->send(click);
+    ASSERT_TRUE(until([this] { return losses == 1; }));
+    EXPECT_FALSE(sender->canSend());
+    sender->end();
+    EXPECT_EQ(losses, 1);
+}
+
 TEST_F(EiSenderTest, EndTellsTheServerAndNobodyElse) {
     ASSERT_NO_FATAL_FAILURE(open());
     sender->end();
