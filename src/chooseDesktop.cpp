@@ -25,6 +25,10 @@ namespace {
 /// How long a compositor may take to say what it offers, before there is a window. One that takes longer is followed.
 constexpr std::chrono::milliseconds longestWaitForCompositor(500);
 
+constexpr auto inputCannotBePosted = "Input cannot be posted: ";
+constexpr auto noPointer = "the compositor gives programs no pointer.";
+constexpr auto nobodyToAsk = "Nobody can be asked for the permission to click.";
+
 /// What one backend has for this session, or why it has nothing.
 using Candidate = Result<Desktop> (*)(const Environment& environment, const Backends& backends);
 
@@ -121,12 +125,19 @@ Result<Desktop> connectX11(EventLoop& loop, const std::function<void()>& onServe
 }
 
 /// A compositor that gives every program a pointer: clicks, and nobody to ask for them.
-Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compositor) {
+Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compositor,
+                                      const std::shared_ptr<Published<bool>>& lacksPointer) {
     using platform::wayland::VirtualPointer;
     const auto pointer = std::make_shared<VirtualPointer>(loop, compositor);
     pointer->waitForOffer(longestWaitForCompositor);
-    if (pointer->offer() == VirtualPointer::Offer::missing) {
-        return Error{"the compositor gives programs no pointer."};
+    switch (pointer->offer()) {
+    case VirtualPointer::Offer::missing:
+        return Error{noPointer};
+    case VirtualPointer::Offer::unknown:
+        pointer->onMissing([lacksPointer] { lacksPointer->set(true); });
+        break;
+    case VirtualPointer::Offer::offered:
+        break;
     }
     Desktop desktop;
     desktop.clicks = {std::shared_ptr<platform::PointerEvents>(pointer, &pointer->pointerEvents()),
@@ -193,16 +204,22 @@ std::optional<std::string> processEnvironment(const char* name) {
 
 Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus) {
     const auto keyboard = std::make_shared<KeyboardOnce>();
-    return {
-        .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
-        .virtualPointer = [&loop](const std::string& compositor) { return connectVirtualPointer(loop, compositor); },
-        .sway =
-            [&loop, keyboard](const std::string& compositor, const std::string& socket) {
-                return connectSway(loop, socket, keyboard->of(loop, compositor));
-            },
-        .compositor = [&loop, keyboard](
-                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); },
-        .portal = [&loop, sessionBus] { return connectPortal(loop, sessionBus); }};
+    const auto lacksPointer = std::make_shared<Published<bool>>(false);
+    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
+            .virtualPointer =
+                [&loop, lacksPointer](const std::string& compositor) {
+                    return connectVirtualPointer(loop, compositor, lacksPointer);
+                },
+            .sway =
+                [&loop, keyboard](const std::string& compositor, const std::string& socket) {
+                    return connectSway(loop, socket, keyboard->of(loop, compositor));
+                },
+            .compositor =
+                [&loop, keyboard](const std::string& compositor) {
+                    return connectCompositor(keyboard->of(loop, compositor));
+                },
+            .portal = [&loop, sessionBus] { return connectPortal(loop, sessionBus); },
+            .lacksPointer = lacksPointer};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {
@@ -216,9 +233,9 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
             whyNot = offered.error().message;
         }
     }
-    const std::string noClicks = "Input cannot be posted: " + (whyNot.empty() ? "nothing here does it." : whyNot);
+    const std::string noClicks = std::string(inputCannotBePosted) + (whyNot.empty() ? "nothing here does it." : whyNot);
     explain(desktop.clicks, noClicks, noClicks);
-    explain(desktop.trust, "Nobody can be asked for the permission to click.", {});
+    explain(desktop.trust, nobodyToAsk, {});
     explain(desktop.pointer, "No backend tells where the pointer is.",
             "The pointer's position is not known here, so the still-mouse rule never lets a click through.");
     explain(desktop.hotKeys, "No backend registers a hotkey.", "The global hotkey does not work here.");
@@ -230,19 +247,45 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
 }
 
 Subscription followPortal(const Environment& environment, const Backends& backends, Published<Desktop>& desktop) {
-    if (!isWayland(environment) || desktop.get().clicks.part) {
+    if (!isWayland(environment)) {
         return {};
     }
-    const auto portal = backends.portal();
-    if (!portal) {
-        return {};
-    }
-    return portal->stream().subscribe([&desktop, portal](const Desktop& offered) {
-        desktop.modify([&offered](Desktop& now) {
-            now.clicks = offered.clicks;
-            now.trust = offered.trust;
+    const auto begin = [portals = backends.portal, &desktop]() -> Subscription {
+        const auto portal = portals();
+        if (!portal) {
+            return {};
+        }
+        return portal->stream().subscribe([&desktop, portal](const Desktop& offered) {
+            desktop.modify([&offered](Desktop& now) {
+                now.clicks = offered.clicks;
+                now.trust = offered.trust;
+            });
         });
-    });
+    };
+    if (!desktop.get().clicks.part) {
+        return begin();
+    }
+
+    struct Following {
+        Subscription pointer;
+        Subscription portal;
+    };
+
+    const auto following = std::make_shared<Following>();
+    following->pointer = backends.lacksPointer->stream().subscribe(
+        [begin, &desktop, weak = std::weak_ptr(following)](const bool& lacks) {
+            const auto kept = weak.lock();
+            if (!lacks || !kept) {
+                return;
+            }
+            desktop.modify([](Desktop& now) {
+                const std::string why = std::string(inputCannotBePosted) + noPointer;
+                now.clicks = {nullptr, why, why};
+                now.trust = {nullptr, nobodyToAsk, {}};
+            });
+            kept->portal = begin();
+        });
+    return Subscription([following] { *following = {}; });
 }
 
 } // namespace velloran

@@ -21,7 +21,7 @@ std::optional<std::string> processEnvironment(const char* name);
 /// How each backend makes the parts that it has. An error is the end of a sentence: why the backend has none.
 struct Backends {
     std::function<Result<platform::Desktop>()> x11;
-    /// Of the compositor that has this name.
+    /// Of the compositor that has this name. One that takes its time is taken to have it, until it says otherwise.
     std::function<Result<platform::Desktop>(const std::string& compositor)> virtualPointer;
     /// Where that compositor takes commands at `socket`, as sway does.
     std::function<Result<platform::Desktop>(const std::string& compositor, const std::string& socket)> sway;
@@ -29,6 +29,8 @@ struct Backends {
     std::function<Result<platform::Desktop>(const std::string& compositor)> compositor;
     /// The desktop's portal, whose parts come late, go, and come back. Null where there is no bus for it.
     std::function<std::shared_ptr<const Published<platform::Desktop>>()> portal;
+    /// Becomes true when a compositor that took its time has no virtual pointer after all.
+    std::shared_ptr<Published<bool>> lacksPointer = std::make_shared<Published<bool>>(false);
 };
 
 /// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone; `sessionBus` is where
@@ -41,8 +43,8 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
 /// programs that use it themselves and swallows everything else without a word, so it is never asked there.
 platform::Desktop chooseDesktop(const Environment& environment, const Backends& backends);
 
-/// Gives a Wayland session in which nothing else clicks the clicks of its portal, and their permission, as they come
-/// and go, for as long as the result exists. Its parts must not be used after that.
+/// Gives a Wayland session in which nothing else clicks, or nothing else any more, the clicks of its portal, and their
+/// permission, as they come and go, for as long as the result exists. Its parts must not be used after that.
 Subscription followPortal(const Environment& environment, const Backends& backends,
                           Published<platform::Desktop>& desktop);
 

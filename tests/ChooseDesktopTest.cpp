@@ -283,6 +283,38 @@ TEST_F(FollowPortalTest, IsNotAskedWhereSomethingElseClicks) {
     EXPECT_EQ(portals, 0);
 }
 
+TEST_F(FollowPortalTest, IsAskedWhenTheCompositorTurnsOutToHaveNoPointer) {
+    desktop.set(whole);
+    const Subscription following = follow(wayland);
+    backends.lacksPointer->set(true);
+    EXPECT_EQ(portals, 1);
+    EXPECT_EQ(desktop.get().clicks.part, nullptr);
+    EXPECT_EQ(desktop.get().trust.part, nullptr);
+    EXPECT_EQ(desktop.get().hotKeys, whole.hotKeys);
+    portal->set(whole);
+    EXPECT_EQ(desktop.get().clicks, whole.clicks);
+    EXPECT_EQ(desktop.get().trust, whole.trust);
+}
+
+TEST_F(FollowPortalTest, ClicksThatTurnOutToBeNoneHaveAReason) {
+    portal = nullptr;
+    desktop.set(whole);
+    const Subscription following = follow(wayland);
+    backends.lacksPointer->set(true);
+    EXPECT_EQ(desktop.get().clicks.part, nullptr);
+    EXPECT_EQ(desktop.get().clicks.reason, "Input cannot be posted: the compositor gives programs no pointer.");
+    EXPECT_EQ(desktop.get().clicks.limit, desktop.get().clicks.reason);
+    EXPECT_EQ(desktop.get().trust.part, nullptr);
+}
+
+TEST_F(FollowPortalTest, NobodyIsAskedAfterItsEnd) {
+    desktop.set(whole);
+    { const Subscription following = follow(wayland); }
+    backends.lacksPointer->set(true);
+    EXPECT_EQ(portals, 0);
+    EXPECT_EQ(desktop.get(), whole);
+}
+
 TEST_F(FollowPortalTest, MayHaveNoBus) {
     portal = nullptr;
     const Desktop before = desktop.get();

@@ -71,10 +71,13 @@ void VirtualPointer::disconnect() {
 
 void VirtualPointer::tell() {
     telling_ = ScheduledCall(loop_, loop_.post([this] {
-        // The receiver may put another one into its place.
-        const std::function<void()> changed = changed_;
-        if (changed) {
+        // Each receiver may put another one into its place, and the last one may end this.
+        if (const std::function<void()> changed = changed_) {
             changed();
+        }
+        if (missing_ && globals_ && globals_->isComplete() && !globals_->isOffered()) {
+            const std::function<void()> missing = std::exchange(missing_, nullptr);
+            missing();
         }
     }));
 }

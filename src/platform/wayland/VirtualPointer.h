@@ -47,6 +47,10 @@ public:
 
     void onChanged(std::function<void()> changed) override { changed_ = std::move(changed); }
 
+    /// `missing` is called once, in a turn of the loop, when the compositor has said that it makes no pointers for
+    /// programs. It may end this object.
+    void onMissing(std::function<void()> missing) { missing_ = std::move(missing); }
+
 private:
     void connect();
     void follow();
@@ -56,6 +60,7 @@ private:
     EventLoop& loop_;
     const std::string compositor_;
     std::function<void()> changed_;
+    std::function<void()> missing_;
     std::unique_ptr<WaylandConnection> connection_;
     std::unique_ptr<PointerGlobals> globals_;
     std::optional<PointerGlobals::SeatName> seat_;

@@ -35,6 +35,31 @@ TEST_F(VirtualPointerTest, EachButtonIsAPressAndAReleaseInFramesOfTheirOwn) {
     EXPECT_EQ(pointer->pointerEvents().location(), std::nullopt);
 }
 
+TEST_F(VirtualPointerTest, TellsOnceThatTheCompositorMakesNoPointersAndMayEndThen) {
+    compositor->addSeat("seat0", true);
+    connect();
+    int tellings = 0;
+    pointer->onMissing([&] {
+        ++tellings;
+        pointer.reset();
+    });
+    EXPECT_TRUE(until([&] { return tellings == 1; }));
+    idle();
+    EXPECT_EQ(tellings, 1);
+}
+
+TEST_F(VirtualPointerTest, NothingIsMissingWhereThereIsNoSeatYet) {
+    compositor->offerPointers();
+    connect();
+    int tellings = 0;
+    pointer->onMissing([&] { ++tellings; });
+    EXPECT_TRUE(untilMissing());
+    compositor->addSeat("seat0", true);
+    EXPECT_TRUE(untilOffered());
+    idle();
+    EXPECT_EQ(tellings, 0);
+}
+
 TEST_F(VirtualPointerTest, NothingLeavesBeforeItIsFlushed) {
     connectToUsualCompositor();
     platform::PointerEvents& events = pointer->pointerEvents();
@@ -125,10 +150,12 @@ TEST_F(VirtualPointerTest, ClicksWaitForNoCompositorAndNoneIsLost) {
     });
     ASSERT_EQ(clicked.wait_for(std::chrono::duration<double>(patience)), std::future_status::ready);
     EXPECT_TRUE(pointer->isTrusted());
+    EXPECT_TRUE(pointer->pointerEvents().isKeeping());
     compositor->goOn();
     ASSERT_TRUE(untilDeeds(4 * clicks));
     idle();
     EXPECT_TRUE(areClicks(clicks));
+    EXPECT_FALSE(pointer->pointerEvents().isKeeping());
 }
 
 TEST_F(VirtualPointerTest, WhatIsUnderWayIsReadInOnePiece) {
