@@ -197,11 +197,7 @@ void AutoClickerStore::refreshPermission() {
     }
     hasAccessibilityPermission_.set(PermissionChecker::isAccessibilityTrusted());
     if (hasAccessibilityPermission_.get()) {
-        alter([this] { return runtime_.get().status != ClickerStatus::error; },
-              [](AutoClickerRuntime& runtime) {
-                  runtime.status = ClickerStatus::idle;
-                  runtime.errorMessage.reset();
-              });
+        clearError();
     }
 }
 
@@ -212,6 +208,17 @@ void AutoClickerStore::recheckPermission() {
         stop();
     }
     hasAccessibilityPermission_.set(isTrusted);
+    if (isTrusted && runtime_.get().errorMessage == PermissionChecker::permissionErrorMessage()) {
+        clearError();
+    }
+}
+
+void AutoClickerStore::clearError() {
+    alter([this] { return runtime_.get().status != ClickerStatus::error; },
+          [](AutoClickerRuntime& runtime) {
+              runtime.status = ClickerStatus::idle;
+              runtime.errorMessage.reset();
+          });
 }
 
 // A member, because the views know the store only.

@@ -61,8 +61,8 @@ public:
     /// Asks for the permission when it is missing, and clears an error when it is there.
     void refreshPermission();
 
-    /// Looks whether the permission is still there, and ends the run when it is not. Asks the user nothing. Called
-    /// whenever the desktop reports that it may have changed.
+    /// Looks whether the permission is still there, and ends the run when it is not; where it has come, a refusal for
+    /// want of it is over. Asks the user nothing. Called whenever the desktop reports that it may have changed.
     void recheckPermission();
 
     /// For the user, who wants the permission.
@@ -93,6 +93,7 @@ private:
     void connect();
     void follow(const platform::Desktop& desktop);
     void listenToTrust();
+    void clearError();
     void startLoop();
     void cancelLoop();
     void applyHotkey(const std::optional<HotkeyCombo>& combo);

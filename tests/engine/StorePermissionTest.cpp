@@ -185,17 +185,27 @@ TEST_F(StorePermissionTest, ReportWithoutAChangeLeavesARefusalStanding) {
     EXPECT_EQ(runtime(), refused);
 }
 
-TEST_F(StorePermissionTest, ReportedGrantShowsInTheFlagAlone) {
+TEST_F(StorePermissionTest, ReportedGrantEndsARefusalForWantOfIt) {
     platform.isTrusted = false;
     open();
     store->start();
-    const AutoClickerRuntime refused = runtime();
+    EXPECT_EQ(status(), ClickerStatus::error);
     report(true);
     EXPECT_EQ(platform.journal, Journal{"ask trust"});
     EXPECT_TRUE(store->hasAccessibilityPermission().get());
-    EXPECT_EQ(runtime(), refused);
-    store->refreshPermission();
     EXPECT_EQ(status(), ClickerStatus::idle);
+    EXPECT_EQ(runtime().errorMessage, std::nullopt);
+}
+
+TEST_F(StorePermissionTest, ReportedGrantLeavesAnotherRefusalStanding) {
+    open(counted(0));
+    store->start();
+    const AutoClickerRuntime refused = runtime();
+    EXPECT_EQ(refused.status, ClickerStatus::error);
+    report(false);
+    report(true);
+    EXPECT_TRUE(store->hasAccessibilityPermission().get());
+    EXPECT_EQ(runtime(), refused);
 }
 
 TEST_F(StorePermissionTest, ReportedLossFindsARunThatWasStoppedOver) {
