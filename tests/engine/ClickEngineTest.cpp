@@ -16,7 +16,7 @@ namespace {
 using Journal = std::vector<std::string>;
 
 /// Clicks of a desktop that may be slow.
-struct SlowEvents final : platform::PointerEvents {
+struct WaitedForEvents final : platform::PointerEvents {
     std::optional<platform::Point> location() override { return std::nullopt; }
 
     std::optional<platform::MouseEvent> makeMouseEvent(platform::MouseEventType, platform::Point,
@@ -91,7 +91,7 @@ TEST_F(ClickEngineTest, NothingToClickWithIsNoClick) {
 }
 
 TEST_F(ClickEngineTest, IsBehindWhereAnotherClickWouldPileUp) {
-    const auto events = std::make_shared<SlowEvents>();
+    const auto events = std::make_shared<WaitedForEvents>();
     ClickEngine slow(events);
     EXPECT_FALSE(slow.isBehind());
     slow.noteHandedOver();

@@ -36,6 +36,9 @@ public:
         release(code, modifiers);
     }
 
+    /// Gives the keyboard a layout, by its customary name.
+    void load(const std::string& layout) { ask("layout " + layout); }
+
     /// How many presses of keys the window has seen.
     std::size_t keyPresses() { return ask("keys"); }
 

@@ -73,8 +73,15 @@ public:
 
     void plugInKeyboard() {
         typing_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards_, seat_);
+        load("");
+        dispatchUntil([this] { return isFocused_; });
+    }
+
+    /// Gives the keyboard a layout, by its customary name.
+    void load(const std::string& layout) {
         xkb_context* const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
-        xkb_keymap* const keymap = xkb_keymap_new_from_names(context, nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS);
+        const xkb_rule_names names{nullptr, nullptr, layout.c_str(), nullptr, nullptr};
+        xkb_keymap* const keymap = xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
         char* const text = xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1);
         const std::string_view bytes(text, std::strlen(text) + 1);
         const int file = memfd_create("keymap", MFD_CLOEXEC);
@@ -87,7 +94,6 @@ public:
         std::free(text);
         xkb_keymap_unref(keymap);
         xkb_context_unref(context);
-        dispatchUntil([this] { return isFocused_; });
     }
 
     /// "press CODE MODIFIERS" or "release CODE MODIFIERS", by evdev's code and the keymap's modifier bits.
@@ -109,13 +115,17 @@ public:
         words >> question;
         if (question == "press" || question == "release") {
             type(words, question == "press");
+        } else if (question == "layout") {
+            std::string layout;
+            words >> layout;
+            load(layout);
         }
         // The second answer comes after everything that was on its way to the compositor when the first was asked for.
         wl_display_roundtrip(display_);
         wl_display_roundtrip(display_);
         if (question == "releases") {
             std::cout << releases_ << std::endl;
-        } else if (question == "press" || question == "release" || question == "keys") {
+        } else if (question == "press" || question == "release" || question == "keys" || question == "layout") {
             std::cout << keyPresses_ << std::endl;
         } else if (question == "report") {
             std::cout << events_.size() << '\n';
