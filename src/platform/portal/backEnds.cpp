@@ -30,7 +30,7 @@ QString valueOf(const QStringList& lines, const QString& key) {
 } // namespace
 
 QStringList backEndsWith(const QString& interface) {
-    constexpr qint64 longestFile = 64 * 1024;
+    constexpr qint64 longestFile = 64LL * 1024;
     QStringList names;
     for (const QString& folder : folders()) {
         for (const QFileInfo& info : QDir(folder).entryInfoList({QStringLiteral("*.portal")}, QDir::Files)) {
