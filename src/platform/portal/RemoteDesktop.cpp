@@ -1,6 +1,7 @@
 #include "platform/portal/RemoteDesktop.h"
 
 #include "platform/portal/NotifySender.h"
+#include "platform/portal/remoteControl.h"
 
 #ifdef VELLORAN_LIBEI
 #include "platform/portal/EiSender.h"
@@ -29,8 +30,6 @@ const auto restoreToken = QStringLiteral("restore_token");
 
 /// Of the device types.
 constexpr uint pointerDevice = 2;
-/// From this version on the desktop can remember a permission.
-constexpr uint firstThatRemembers = 2;
 /// And can take input by a connection of its own.
 [[maybe_unused]] constexpr uint firstWithInput = 2;
 /// Remember it until the user takes it back.
@@ -43,17 +42,6 @@ constexpr auto longestWaitWithoutDialog = 3s;
 
 /// Between the end of a session that the desktop closes because it locks the screen, and the word that it has.
 constexpr auto longestFromCloseToLock = 5s;
-
-constexpr auto notAnswered = "Input cannot be posted: the desktop's portal has not answered.";
-constexpr auto noPortal = "Input cannot be posted: the desktop's portal has ended.";
-constexpr auto noInterface = "Input cannot be posted: the desktop's portal offers no remote control.";
-
-Desktop without(const std::string& why) {
-    Desktop desktop;
-    desktop.clicks = {nullptr, why, why};
-    desktop.trust.reason = "Nobody can be asked for the permission to click.";
-    return desktop;
-}
 
 #ifdef VELLORAN_LIBEI
 /// Whether this is no answer of the portal's, but what stands for one that does not come.
@@ -70,22 +58,14 @@ bool isSilence(const QDBusMessage& answer) {
 }
 #endif
 
-std::string limitOf(uint version, const QString& nameError) {
-    if (version < firstThatRemembers) {
-        return "This desktop remembers no permission to click: it asks at every start.";
-    }
-    if (!nameError.isEmpty()) {
-        return "This desktop does not know the program by its name, so it may ask for the permission to click at "
-               "every start: " +
-               nameError.toStdString();
-    }
-    return {};
-}
-
 } // namespace
 
 RemoteDesktop::RemoteDesktop(EventLoop& loop, Portal& portal, RestoreToken& token, QStringList backEnds)
-    : loop_(loop), portal_(portal), token_(token), backEnds_(std::move(backEnds)), parts_(without(notAnswered)) {
+    : loop_(loop),
+      portal_(portal),
+      token_(token),
+      backEnds_(std::move(backEnds)),
+      parts_(withoutRemoteControl(notAnswered)) {
     patience_.setSingleShot(true);
     connect(&patience_, &QTimer::timeout, this, [this] { end(); });
     connect(&portal_, &Portal::appeared, this, &RemoteDesktop::askVersion);
@@ -122,20 +102,16 @@ void RemoteDesktop::offer(uint version) {
         return;
     }
     version_ = version;
-    Desktop desktop;
-    desktop.clicks = {events_, "Input is posted through the desktop's portal.", limitOf(version, portal_.nameError())};
     // Not owned: this is no more shared than the portal.
-    desktop.trust = {std::shared_ptr<InputTrust>(std::shared_ptr<void>(), this),
-                     "The desktop asks its user for the permission to click.",
-                     {}};
-    parts_.set(std::move(desktop));
+    const std::shared_ptr<InputTrust> trust(std::shared_ptr<void>(), this);
+    parts_.set(withRemoteControl(events_, trust, version, portal_.nameError()));
 }
 
 void RemoteDesktop::withdraw(const std::string& why) {
     ++generation_;
     version_ = 0;
     end();
-    parts_.set(without(why));
+    parts_.set(withoutRemoteControl(why));
 }
 
 bool RemoteDesktop::isTrusted() {
