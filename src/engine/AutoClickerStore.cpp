@@ -135,13 +135,13 @@ void AutoClickerStore::start() {
         return;
     }
     if (!PermissionChecker::isAccessibilityTrusted()) {
-        hasAccessibilityPermission_.set(false);
+        showPermission(false);
         if (refuse(PermissionChecker::permissionErrorMessage())) {
             PermissionChecker::openAccessibilitySettings();
         }
         return;
     }
-    hasAccessibilityPermission_.set(true);
+    showPermission(true);
     const AutoClickerConfig& settings = config.get();
     const bool hasDelay = settings.startDelaySeconds > 0;
     AutoClickerRuntime fresh;
@@ -195,7 +195,7 @@ void AutoClickerStore::refreshPermission() {
         PermissionChecker::requestAccessibilityPrompt();
         isPromptDue_ = !parts_.clicks.part || !parts_.trust.part;
     }
-    hasAccessibilityPermission_.set(PermissionChecker::isAccessibilityTrusted());
+    showPermission(PermissionChecker::isAccessibilityTrusted());
     if (hasAccessibilityPermission_.get()) {
         clearError();
     }
@@ -207,8 +207,9 @@ void AutoClickerStore::recheckPermission() {
     if (!isTrusted && isRunUnderWay) {
         stop();
     }
-    hasAccessibilityPermission_.set(isTrusted);
-    if (isTrusted && runtime_.get().errorMessage == PermissionChecker::permissionErrorMessage()) {
+    showPermission(isTrusted);
+    if (hasAccessibilityPermission_.get() &&
+        runtime_.get().errorMessage == PermissionChecker::permissionErrorMessage()) {
         clearError();
     }
 }
@@ -219,6 +220,17 @@ void AutoClickerStore::clearError() {
               runtime.status = ClickerStatus::idle;
               runtime.errorMessage.reset();
           });
+}
+
+void AutoClickerStore::showPermission(bool isTrusted) {
+    const std::uint64_t finding = ++findings_;
+    hasAccessibilityPermission_.modify([&](bool& isShown) {
+        if (findings_ != finding) {
+            return false;
+        }
+        isShown = isTrusted;
+        return true;
+    });
 }
 
 // A member, because the views know the store only.

@@ -94,6 +94,8 @@ private:
     void follow(const platform::Desktop& desktop);
     void listenToTrust();
     void clearError();
+    /// Shows what was found, unless somebody who is told that it will change sees to a newer finding.
+    void showPermission(bool isTrusted);
     void startLoop();
     void cancelLoop();
     void applyHotkey(const std::optional<HotkeyCombo>& combo);
@@ -128,6 +130,8 @@ private:
     std::uint64_t run_ = 0;
     Published<std::vector<Preset>> presets_;
     Published<bool> hasAccessibilityPermission_;
+    /// How often the permission was looked at; numbers each finding.
+    std::uint64_t findings_ = 0;
     /// The permission was to be asked for while there was nobody to ask.
     bool isPromptDue_ = false;
     /// Shared with the clicks that are still to be posted.

@@ -285,6 +285,21 @@ TEST_F(StorePermissionTest, RefreshKeepsTheCountsOfTheRun) {
     EXPECT_EQ(runtime(), expected) << "nothing but the error is cleared";
 }
 
+TEST_F(StorePermissionTest, NewerFindingIsNotOverwritten) {
+    open(unlimited());
+    // Lost while a start tells that the permission is there.
+    const Subscription watching = store->hasAccessibilityPermission().observeWillChange([this] {
+        if (std::exchange(platform.isTrusted, false)) {
+            platform.trustChanged();
+        }
+    });
+    store->start();
+    EXPECT_FALSE(store->hasAccessibilityPermission().get());
+    advance(60.0);
+    EXPECT_EQ(status(), ClickerStatus::idle);
+    expectClicks({});
+}
+
 TEST_F(StorePermissionTest, WhatWasTakenBackIsAskedForByTheUserAlone) {
     open(unlimited());
     store->start();
