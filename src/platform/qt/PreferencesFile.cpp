@@ -17,6 +17,9 @@ namespace {
 /// over.
 constexpr int longestHold = 1000; // milliseconds
 
+/// What is larger is no lock: there is a process in it, a program and a machine.
+constexpr qint64 largestLock = 4096;
+
 /// What is larger is no preferences file.
 constexpr qint64 largestFile = 16LL * 1024 * 1024;
 
@@ -45,6 +48,13 @@ std::optional<std::string> content(const QString& name) {
     return bytes.toStdString();
 }
 
+/// Whether there is a lock, or nothing yet. The toolkit reads whatever it finds there to its end, which a pipe or a
+/// device need not have.
+bool isLock(const QString& name) {
+    const QFileInfo info(name);
+    return !info.isSymLink() && (!info.exists() || (info.isFile() && info.size() <= largestLock));
+}
+
 /// What could not be read again is not written.
 bool replace(const QString& name, const std::string& content) {
     const auto size = static_cast<qint64>(content.size());
@@ -70,11 +80,13 @@ PreferencesFile::Outcome PreferencesFile::change(const EntryChanges& changes,
                                                  std::chrono::milliseconds longestWaitForLock) const {
     const QString name = fileName(path_);
     QDir().mkpath(QFileInfo(name).path());
-    QLockFile lock(name + QStringLiteral(".lock"));
+    const QString lockName = name + QStringLiteral(".lock");
+    QLockFile lock(lockName);
     lock.setStaleLockTime(longestHold);
     // Without the lock the change is made all the same: replacing the file harms nobody, and whoever holds the lock for
     // so long is not writing.
-    [[maybe_unused]] const bool isAlone = lock.tryLock(static_cast<int>(longestWaitForLock.count()));
+    [[maybe_unused]] const bool isAlone =
+        isLock(lockName) && lock.tryLock(static_cast<int>(longestWaitForLock.count()));
 
     const auto before = content(name);
     if (!before) {
