@@ -4,6 +4,7 @@
 
 #include <xkbcommon/xkbcommon.h>
 
+#include <array>
 #include <string_view>
 
 namespace velloran::keys {
@@ -115,6 +116,16 @@ std::string KeyboardLayout::charactersIgnoringModifiers(std::uint32_t evdevCode,
         return nameOfKey(evdevCode, symbol);
     }
     return text;
+}
+
+std::string KeyboardLayout::symbolName(std::uint32_t evdevCode) const {
+    for (const PressedSymbol& press : symbolsOfPress(evdevCode, 0)) {
+        std::array<char, 64> name{};
+        if (press.symbol != XKB_KEY_NoSymbol && xkb_keysym_get_name(press.symbol, name.data(), name.size()) > 0) {
+            return name.data();
+        }
+    }
+    return {};
 }
 
 std::vector<PressedSymbol> KeyboardLayout::symbolsOfPress(std::uint32_t evdevCode, std::uint32_t modifiers) const {

@@ -55,6 +55,10 @@ public:
     [[nodiscard]] std::string charactersIgnoringModifiers(std::uint32_t evdevCode, const KeyboardState& keyboard,
                                                           bool shiftHeld) const;
 
+    /// The name of the symbol that the key gives by itself, in the first group in which it gives one; empty where it
+    /// gives none.
+    [[nodiscard]] std::string symbolName(std::uint32_t evdevCode) const;
+
     /// All by which that press may be known, whichever group is active: what the key gives by itself with all the
     /// modifiers, and what it gives under them with those that had no part in it.
     [[nodiscard]] std::vector<PressedSymbol> symbolsOfPress(std::uint32_t evdevCode, std::uint32_t modifiers) const;

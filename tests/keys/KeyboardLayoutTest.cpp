@@ -171,6 +171,16 @@ TEST(KeyboardLayout, TellsByWhichSymbolsAPressIsKnown) {
     EXPECT_EQ(us.symbolsOfPress(5000, super), Symbols{}) << "no key at all";
 }
 
+TEST(KeyboardLayout, NamesTheSymbolThatAKeyGivesByItself) {
+    const KeyboardLayout us = layoutCalled("us");
+    EXPECT_EQ(us.symbolName(KEY_F8), "F8");
+    EXPECT_EQ(us.symbolName(KEY_S), "s");
+    EXPECT_EQ(us.symbolName(KEY_COMMA), "comma");
+    EXPECT_EQ(us.symbolName(KEY_KP7), "KP_Home");
+    EXPECT_EQ(us.symbolName(5000), "") << "no key at all";
+    EXPECT_EQ(layoutCalled("de,us").symbolName(KEY_Z), "y");
+}
+
 TEST(KeyboardLayout, KnowsSymbolsByTheirNamesInAnyCase) {
     EXPECT_EQ(symbolNamed("F8"), XKB_KEY_F8);
     EXPECT_EQ(symbolNamed("return"), XKB_KEY_Return);
