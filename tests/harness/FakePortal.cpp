@@ -48,6 +48,16 @@ void FakePortal::closeSession(const QString& path) {
     signal(path, interfaces + "Session", "Closed", {});
 }
 
+void FakePortal::tellOfShortcut(const QString& what, const QString& session, const QString& identifier) {
+    signal(objectPath, interfaces + "GlobalShortcuts", what,
+           {QVariant::fromValue(QDBusObjectPath(session)), identifier, qulonglong{1}, QVariantMap()});
+}
+
+void FakePortal::changeShortcuts(const QString& session, const QVariant& shortcuts) {
+    signal(objectPath, interfaces + "GlobalShortcuts", "ShortcutsChanged",
+           {QVariant::fromValue(QDBusObjectPath(session)), shortcuts});
+}
+
 void FakePortal::change(const QString& group, const QString& key, const QVariant& value) {
     settings_[group][key] = value;
     signal(objectPath, interfaces + "Settings", "SettingChanged",
@@ -74,7 +84,7 @@ bool FakePortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
     calls.append(method == "Get" ? message.arguments().value(0).toString() : method);
     if (manner_ == Manner::staysSilent) {
         message.setDelayedReply(true);
-    } else if (method == "Get" && version == 0) {
+    } else if (method == "Get" && (version == 0 || missing.contains(message.arguments().value(0).toString()))) {
         bus_.send(message.createErrorReply(QDBusError::InvalidArgs, "no such interface"));
     } else if (method == "Get") {
         answer(message, {QVariant::fromValue(QDBusVariant(version))});

@@ -59,6 +59,12 @@ public:
     /// Closes a session.
     void closeSession(const QString& path);
 
+    /// Tells of a shortcut of that session: "Activated" or "Deactivated".
+    void tellOfShortcut(const QString& what, const QString& session, const QString& identifier);
+
+    /// Tells of other shortcuts in that session.
+    void changeShortcuts(const QString& session, const QVariant& shortcuts);
+
     /// Changes a setting and tells everybody.
     void change(const QString& group, const QString& key, const QVariant& value);
 
@@ -79,6 +85,8 @@ public:
     QStringList closed;
     /// The version that it says of every interface; 0 for an error.
     uint version = 3;
+    /// The interfaces that it has not.
+    QStringList missing;
     /// What was done to buttons: "272 down".
     QStringList buttons;
     /// What becomes of buttons.

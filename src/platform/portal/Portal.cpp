@@ -4,7 +4,9 @@
 #include <QDBusError>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 
+#include <limits>
 #include <utility>
 
 namespace velloran::platform::portal {
@@ -51,6 +53,19 @@ void Portal::call(const PortalCall& call, QObject* context, std::function<void(c
                  context, std::move(done));
 }
 
+void Portal::askVersion(const QString& interface, QObject* context, std::function<void(uint version)> done) {
+    PortalCall question{QStringLiteral("org.freedesktop.DBus.Properties"),
+                        QStringLiteral("Get"),
+                        {interface, QStringLiteral("version")}};
+    // A desktop that is only starting may take its time, and until then there is nothing else to do.
+    question.longestWait = std::chrono::milliseconds(std::numeric_limits<int>::max());
+    call(question, context, [this, owner = owner_, done = std::move(done)](const QDBusMessage& answer) {
+        if (owner == owner_) {
+            done(answer.arguments().value(0).value<QDBusVariant>().variant().toUInt());
+        }
+    });
+}
+
 void Portal::tell(const PortalCall& call) {
     QDBusMessage message = messageOf(call);
     message.setAutoStartService(false);
@@ -80,11 +95,30 @@ void Portal::follow() {
         return;
     }
     listenToName(portalName, this, SLOT(ownerChanged(QString, QString, QString)));
-    bus.send(callToBus(QStringLiteral("StartServiceByName"), {portalName, 0U}));
+    tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("StartServiceByName"), {portalName, 0U})), this,
+                 [this](const QDBusMessage& answer) {
+                     if (answer.type() != QDBusMessage::ReplyMessage) {
+                         lookForRunningOne();
+                     }
+                 });
     tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("GetNameOwner"), {portalName})), this,
                  [this](const QDBusMessage& answer) {
                      if (answer.type() == QDBusMessage::ReplyMessage) {
                          setOwner(answer.arguments().value(0).toString());
+                     }
+                 });
+}
+
+/// One that the bus cannot start may be there all the same.
+void Portal::lookForRunningOne() {
+    const QDBusConnection bus = bus_.connection();
+    if (!bus.isConnected()) {
+        return;
+    }
+    tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("NameHasOwner"), {portalName})), this,
+                 [this](const QDBusMessage& answer) {
+                     if (owner_.isEmpty() && answer.arguments().value(0) == false) {
+                         emit missing();
                      }
                  });
 }

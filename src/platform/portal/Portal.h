@@ -52,6 +52,10 @@ public:
     /// Calls it, and tells its answer, or an error, in a later turn; nothing once `context` has gone.
     void call(const PortalCall& call, QObject* context, std::function<void(const QDBusMessage& answer)> done);
 
+    /// Asks which version of an interface it has, and tells it in a later turn, or 0 where it has none; nothing once
+    /// `context` or this portal has gone.
+    void askVersion(const QString& interface, QObject* context, std::function<void(uint version)> done);
+
     /// Calls it without caring for an answer, and without having it started for that.
     void tell(const PortalCall& call);
 
@@ -79,12 +83,15 @@ signals:
     /// It has gone, or the bus, and every answer that was expected with it. May also be replaced: then `appeared`
     /// follows.
     void vanished();
+    /// The bus has none to start. One may come all the same.
+    void missing();
 
 private slots:
     void ownerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
 
 private:
     void follow();
+    void lookForRunningOne();
     void setOwner(const QString& owner);
     void introduce();
     void announce();

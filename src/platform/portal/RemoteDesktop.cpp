@@ -9,12 +9,10 @@
 
 #include <QDBusError>
 #include <QDBusUnixFileDescriptor>
-#include <QDBusVariant>
 
 #include <fcntl.h>
 
 #include <chrono>
-#include <limits>
 #include <utility>
 
 namespace velloran::platform::portal {
@@ -84,16 +82,7 @@ void RemoteDesktop::askVersion() {
     for (const QString& name : backEnds_) {
         portal_.listenToName(name, this, SLOT(backEndChanged(QString, QString, QString)));
     }
-    PortalCall call{QStringLiteral("org.freedesktop.DBus.Properties"),
-                    QStringLiteral("Get"),
-                    {remoteDesktop, QStringLiteral("version")}};
-    // A desktop that is only starting may take its time, and until then there is nothing else to do.
-    call.longestWait = std::chrono::milliseconds(std::numeric_limits<int>::max());
-    portal_.call(call, this, [this, generation = ++generation_](const QDBusMessage& answer) {
-        if (generation == generation_) {
-            offer(answer.arguments().value(0).value<QDBusVariant>().variant().toUInt());
-        }
-    });
+    portal_.askVersion(remoteDesktop, this, [this](uint version) { offer(version); });
 }
 
 void RemoteDesktop::offer(uint version) {
@@ -108,7 +97,6 @@ void RemoteDesktop::offer(uint version) {
 }
 
 void RemoteDesktop::withdraw(const std::string& why) {
-    ++generation_;
     version_ = 0;
     end();
     parts_.set(withoutRemoteControl(why));

@@ -84,8 +84,6 @@ private:
 
     /// 0 while there is none.
     uint version_ = 0;
-    /// Numbers the portals that came.
-    int generation_ = 0;
     State state_ = State::idle;
     Manner manner_ = Manner::mayShowDialog;
     bool isLocked_ = false;

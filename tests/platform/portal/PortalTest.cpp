@@ -14,6 +14,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace velloran::tests {
 namespace {
@@ -86,6 +87,50 @@ TEST_F(PortalTest, OneThatIsNotRunningIsStarted) {
     bus.offer("org.freedesktop.portal.Desktop", "/usr/bin/touch " + mark.toStdString());
     const Portal later(session);
     EXPECT_TRUE(until([&] { return QFile::exists(mark); }));
+}
+
+TEST_F(PortalTest, TellsWhenThereIsNoneToStart) {
+    QSignalSpy missing(&portal, &Portal::missing);
+    ASSERT_TRUE(until([&] { return missing.size() == 1; }));
+    bringPortal();
+    settle();
+    EXPECT_EQ(missing.size(), 1);
+}
+
+TEST_F(PortalTest, OneThatIsThereIsNotMissed) {
+    FakePortal running(bus.address());
+    platform::bus::SessionBus second{{QByteArray::fromStdString(bus.address()), platform::bus::BusState::answers}};
+    Portal found(second);
+    QSignalSpy missing(&found, &Portal::missing);
+    ASSERT_TRUE(until([&] { return found.isThere(); }));
+    settle();
+    EXPECT_EQ(missing.size(), 0);
+}
+
+TEST_F(PortalTest, TellsVersionsOfInterfaces) {
+    bringPortal();
+    fake->version = 5;
+    fake->missing.append("org.freedesktop.portal.Wallpaper");
+    std::vector<uint> told;
+    QObject context;
+    for (const auto* const interface : {"org.freedesktop.portal.Camera", "org.freedesktop.portal.Wallpaper"}) {
+        portal.askVersion(interface, &context, [&](uint version) { told.push_back(version); });
+    }
+    ASSERT_TRUE(until([&] { return told.size() == 2; }));
+    EXPECT_EQ(told, (std::vector<uint>{5, 0}));
+}
+
+TEST_F(PortalTest, VersionOfOneThatHasGoneIsNotTold) {
+    bringPortal({}, FakePortal::Manner::staysSilent);
+    bool isTold = false;
+    QObject context;
+    portal.askVersion("org.freedesktop.portal.Camera", &context, [&](uint) { isTold = true; });
+    settle();
+    fake->vanish();
+    ASSERT_TRUE(until([&] { return !portal.isThere(); }));
+    bringPortal();
+    settle();
+    EXPECT_FALSE(isTold);
 }
 
 TEST_F(PortalTest, GoesWithTheBusAndComesWithIt) {
