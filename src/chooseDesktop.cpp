@@ -158,6 +158,9 @@ public:
         return keyboard_;
     }
 
+    /// The layout of the one that was made; null where none was, or it has none.
+    const keys::KeyboardLayout* layout() { return keyboard_ ? keyboard_->layout() : nullptr; }
+
 private:
     std::shared_ptr<platform::wayland::SeatKeyboard> keyboard_;
 };
@@ -185,13 +188,15 @@ Result<Desktop> connectCompositor(const std::shared_ptr<platform::wayland::SeatK
     return desktop;
 }
 
-std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const std::string& sessionBus) {
+std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const std::string& sessionBus,
+                                                        const std::shared_ptr<KeyboardOnce>& keyboard) {
     if (sessionBus.empty()) {
         return nullptr;
     }
     const platform::bus::BusPlace place{QByteArray::fromStdString(sessionBus), platform::bus::BusState::answers};
     const auto portal = std::make_shared<platform::portal::PortalDesktop>(
-        loop, place, QStringLiteral("app.velloran.Velloran"), QCoreApplication::applicationFilePath());
+        loop, place, QStringLiteral("app.velloran.Velloran"), QCoreApplication::applicationFilePath(),
+        [keyboard] { return keyboard->layout(); });
     return {portal, &portal->parts()};
 }
 
@@ -218,7 +223,7 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
                 [&loop, keyboard](const std::string& compositor) {
                     return connectCompositor(keyboard->of(loop, compositor));
                 },
-            .portal = [&loop, sessionBus] { return connectPortal(loop, sessionBus); },
+            .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
             .lacksPointer = lacksPointer};
 }
 
@@ -250,41 +255,57 @@ Subscription followPortal(const Environment& environment, const Backends& backen
     if (!isWayland(environment)) {
         return {};
     }
-    const auto begin = [portals = backends.portal, &desktop]() -> Subscription {
-        const auto portal = portals();
-        if (!portal) {
-            return {};
-        }
-        return portal->stream().subscribe([&desktop, portal](const Desktop& offered) {
-            desktop.modify([&offered](Desktop& now) {
-                now.clicks = offered.clicks;
-                now.trust = offered.trust;
-            });
-        });
-    };
-    if (!desktop.get().clicks.part) {
-        return begin();
-    }
 
     struct Following {
+        bool needsClicks = false;
+        bool needsHotKeys = false;
+        std::shared_ptr<const Published<Desktop>> portal;
+        Subscription parts;
         Subscription pointer;
-        Subscription portal;
     };
 
     const auto following = std::make_shared<Following>();
-    following->pointer = backends.lacksPointer->stream().subscribe(
-        [begin, &desktop, weak = std::weak_ptr(following)](const bool& lacks) {
-            const auto kept = weak.lock();
-            if (!lacks || !kept) {
-                return;
-            }
-            desktop.modify([](Desktop& now) {
-                const std::string why = std::string(inputCannotBePosted) + noPointer;
-                now.clicks = {nullptr, why, why};
-                now.trust = {nullptr, nobodyToAsk, {}};
+    following->needsClicks = !desktop.get().clicks.part;
+    following->needsHotKeys = !desktop.get().hotKeys.part;
+    // Anew when more is needed, which takes what the portal has by then.
+    const auto begin = [portals = backends.portal, &desktop](Following& now) {
+        if (!now.portal) {
+            now.portal = portals();
+        }
+        if (now.portal) {
+            now.parts = now.portal->stream().subscribe(
+                [&desktop, clicks = now.needsClicks, hotKeys = now.needsHotKeys](const Desktop& offered) {
+                    desktop.modify([&](Desktop& all) {
+                        if (clicks) {
+                            all.clicks = offered.clicks;
+                            all.trust = offered.trust;
+                        }
+                        if (hotKeys) {
+                            all.hotKeys = offered.hotKeys;
+                        }
+                    });
+                });
+        }
+    };
+    if (following->needsClicks || following->needsHotKeys) {
+        begin(*following);
+    }
+    if (!following->needsClicks) {
+        following->pointer = backends.lacksPointer->stream().subscribe(
+            [begin, &desktop, weak = std::weak_ptr(following)](const bool& lacks) {
+                const auto kept = weak.lock();
+                if (!lacks || !kept) {
+                    return;
+                }
+                desktop.modify([](Desktop& now) {
+                    const std::string why = std::string(inputCannotBePosted) + noPointer;
+                    now.clicks = {nullptr, why, why};
+                    now.trust = {nullptr, nobodyToAsk, {}};
+                });
+                kept->needsClicks = true;
+                begin(*kept);
             });
-            kept->portal = begin();
-        });
+    }
     return Subscription([following] { *following = {}; });
 }
 

@@ -43,8 +43,9 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
 /// programs that use it themselves and swallows everything else without a word, so it is never asked there.
 platform::Desktop chooseDesktop(const Environment& environment, const Backends& backends);
 
-/// Gives a Wayland session in which nothing else clicks, or nothing else any more, the clicks of its portal, and their
-/// permission, as they come and go, for as long as the result exists. Its parts must not be used after that.
+/// Gives a Wayland session what its portal has of what nothing else does there, or nothing else any more, as it comes
+/// and goes, for as long as the result exists: clicks with their permission, and hot keys. Its parts must not be used
+/// after that.
 Subscription followPortal(const Environment& environment, const Backends& backends,
                           Published<platform::Desktop>& desktop);
 

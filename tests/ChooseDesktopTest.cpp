@@ -265,10 +265,33 @@ TEST_F(FollowPortalTest, ClicksComeAndGoWithThePortal) {
     EXPECT_EQ(desktop.get().trust.part, nullptr);
 }
 
+TEST_F(FollowPortalTest, HotkeyComesAndGoesWithThePortal) {
+    desktop.modify([this](Desktop& now) {
+        now.clicks = whole.clicks;
+        now.clicks.reason = "another's";
+        now.trust = {};
+        now.hotkeyAdvice.line = "the user's own";
+    });
+    const Desktop before = desktop.get();
+    portal->modify([](Desktop& offered) { offered.hotKeys.isAwaited = true; });
+    const Subscription following = follow(wayland);
+    EXPECT_TRUE(desktop.get().hotKeys.isAwaited);
+    portal->set(whole);
+    EXPECT_EQ(desktop.get().hotKeys, whole.hotKeys);
+    EXPECT_EQ(desktop.get().clicks, before.clicks) << "are none of its business";
+    EXPECT_EQ(desktop.get().trust, before.trust);
+    EXPECT_EQ(desktop.get().hotkeyAdvice, before.hotkeyAdvice) << "it may be refused";
+    portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "it has gone", "it has gone"}; });
+    EXPECT_EQ(desktop.get().hotKeys.part, nullptr);
+    EXPECT_EQ(desktop.get().hotKeys.reason, "it has gone");
+    EXPECT_EQ(desktop.get().clicks, before.clicks);
+}
+
 TEST_F(FollowPortalTest, EndsWithItsSubscription) {
     { const Subscription following = follow(wayland); }
     portal->set(whole);
     EXPECT_EQ(desktop.get().clicks.part, nullptr);
+    EXPECT_EQ(desktop.get().hotKeys.part, nullptr);
     EXPECT_EQ(portal.use_count(), 1);
 }
 
@@ -277,7 +300,7 @@ TEST_F(FollowPortalTest, IsForWaylandOnly) {
     EXPECT_EQ(portals, 0);
 }
 
-TEST_F(FollowPortalTest, IsNotAskedWhereSomethingElseClicks) {
+TEST_F(FollowPortalTest, IsNotAskedWhereSomethingElseDoesAll) {
     desktop.set(whole);
     const Subscription following = follow(wayland);
     EXPECT_EQ(portals, 0);
@@ -294,6 +317,21 @@ TEST_F(FollowPortalTest, IsAskedWhenTheCompositorTurnsOutToHaveNoPointer) {
     portal->set(whole);
     EXPECT_EQ(desktop.get().clicks, whole.clicks);
     EXPECT_EQ(desktop.get().trust, whole.trust);
+}
+
+TEST_F(FollowPortalTest, OneThatHasTheHotkeyIsAskedForLateClicksToo) {
+    desktop.modify([this](Desktop& now) {
+        now.clicks = whole.clicks;
+        now.clicks.reason = "another's";
+    });
+    portal->set(whole);
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(desktop.get().hotKeys, whole.hotKeys);
+    EXPECT_EQ(desktop.get().clicks.reason, "another's");
+    backends.lacksPointer->set(true);
+    EXPECT_EQ(portals, 1);
+    EXPECT_EQ(desktop.get().clicks, whole.clicks);
+    EXPECT_EQ(desktop.get().hotKeys, whole.hotKeys);
 }
 
 TEST_F(FollowPortalTest, ClicksThatTurnOutToBeNoneHaveAReason) {

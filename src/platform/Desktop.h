@@ -30,7 +30,7 @@ struct DesktopPart {
 struct HotkeyAdvice {
     /// Where to put it; empty where that is not known.
     std::string place;
-    /// What to put there; empty where no advice is needed.
+    /// What to put there; empty where no advice is ever needed.
     std::string line;
 
     friend bool operator==(const HotkeyAdvice&, const HotkeyAdvice&) = default;
@@ -46,7 +46,7 @@ struct Desktop {
     DesktopPart<PointerPosition> pointer;
     DesktopPart<HotKeys> hotKeys;
     DesktopPart<KeyCharacters> keyCharacters;
-    /// For as long as there are no hot keys.
+    /// For as long as there are no hot keys, or the one that is wanted cannot be had.
     HotkeyAdvice hotkeyAdvice;
 
     friend bool operator==(const Desktop&, const Desktop&) = default;

@@ -41,6 +41,8 @@ struct HotKeyAnswer {
     Status status = noErr;
     /// What has to be pressed, in the desktop's words, where it bound something else than it was asked for.
     std::string otherTrigger;
+    /// Whether there is nothing to press yet: its user chooses that in the desktop's settings.
+    bool hasNoTrigger = false;
 
     friend bool operator==(const HotKeyAnswer&, const HotKeyAnswer&) = default;
 };

@@ -3,6 +3,7 @@
 #include "harness/FakeLock.h"
 #include "harness/FakePortal.h"
 #include "harness/PrivateBus.h"
+#include "platform/HotKeys.h"
 #include "platform/qt/QtEventLoop.h"
 
 #include <QTemporaryDir>
@@ -32,7 +33,7 @@ protected:
         fake->version = 2;
         desktop = std::make_unique<PortalDesktop>(
             loop, platform::bus::BusPlace{QByteArray::fromStdString(bus.address()), BusState::answers},
-            QStringLiteral("org.example.Program"), QStringLiteral("/bin/true"));
+            QStringLiteral("org.example.Program"), QStringLiteral("/bin/true"), nullptr);
     }
 
     ~PortalDesktopTest() override {
@@ -78,6 +79,17 @@ TEST_F(PortalDesktopTest, IntroducesTheProgramBeforeAnythingElse) {
     EXPECT_EQ(fake->calls.value(0), "Register");
     EXPECT_EQ(fake->names, QStringList("org.example.Program"));
     EXPECT_EQ(desktop->parts().get().clicks.limit, "");
+}
+
+TEST_F(PortalDesktopTest, HasTheHotkeyBesideTheClicks) {
+    EXPECT_TRUE(desktop->parts().get().hotKeys.isAwaited);
+    ASSERT_TRUE(until([this] { return desktop->parts().get().hotKeys.part && trust() != nullptr; }));
+    EXPECT_NE(desktop->parts().get().clicks.part, nullptr);
+    const Subscription hotkey = desktop->parts().get().hotKeys.part->registerHotKey(
+        100, platform::controlModifier, {7, 1}, [](const platform::HotKeyAnswer&) {});
+    EXPECT_TRUE(until([this] { return fake->request.method == "CreateSession"; }));
+    fake->vanish();
+    ASSERT_TRUE(until([this] { return desktop->parts().get().hotKeys.part == nullptr && trust() == nullptr; }));
 }
 
 TEST_F(PortalDesktopTest, KeepsThePermissionBesideTheUsersOtherData) {

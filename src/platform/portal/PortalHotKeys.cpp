@@ -1,0 +1,218 @@
+#include "platform/portal/PortalHotKeys.h"
+
+#include "platform/portal/shortcutTrigger.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace velloran::platform::portal {
+
+namespace {
+
+/// So often a shortcut is asked for by itself before it is left alone.
+constexpr int mostFailures = 3;
+
+constexpr auto noHotkey = "The global hotkey does not work here.";
+constexpr auto noPortal = "The global hotkey does not work here: the desktop's portal does not answer.";
+constexpr auto noInterface = "The global hotkey does not work here: the desktop's portal offers none.";
+
+DesktopPart<HotKeys> awaited() {
+    return {nullptr, "The desktop's portal has not said yet whether it offers a hotkey.", noHotkey, true};
+}
+
+} // namespace
+
+PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, CurrentLayout layout)
+    : loop_(loop),
+      portal_(portal),
+      backEnds_(std::move(backEnds)),
+      layout_(std::move(layout)),
+      part_(awaited()) {
+    connect(&portal_, &Portal::appeared, this, &PortalHotKeys::askVersion);
+    connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
+    connect(&portal_, &Portal::missing, this, [this] { withdraw(noHotkey); });
+    if (portal_.isThere()) {
+        askVersion();
+    }
+}
+
+PortalHotKeys::~PortalHotKeys() = default;
+
+void PortalHotKeys::askVersion() {
+    for (const QString& name : backEnds_) {
+        portal_.listenToName(name, this, SLOT(backEndChanged(QString, QString, QString)));
+    }
+    portal_.askVersion(shortcutsInterface, this, [this](uint version) { offer(version); });
+}
+
+void PortalHotKeys::offer(uint version) {
+    if (version == 0) {
+        withdraw(noInterface);
+        return;
+    }
+    isOffered_ = true;
+    bindWhatIsMissing();
+    // Not owned: this is no more shared than the portal.
+    part_.set({std::shared_ptr<HotKeys>(std::shared_ptr<void>(), this),
+               "The hotkey is a shortcut of the desktop's portal, which may ask before it binds one.",
+               {}});
+}
+
+void PortalHotKeys::withdraw(const std::string& limit) {
+    isOffered_ = false;
+    for (const RegistrationRef& registration : registrations_) {
+        registration->shortcut.reset();
+    }
+    part_.set({nullptr, limit, limit});
+    const auto left = registrations_;
+    for (const RegistrationRef& registration : left) {
+        if (registration->answer) {
+            lose(registration);
+        }
+    }
+}
+
+Subscription PortalHotKeys::installHandler(Handler handler) {
+    return handlers_.attach(std::move(handler));
+}
+
+Subscription PortalHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
+                                           AnswerReceiver answered) {
+    const QString trigger = triggerFor(keyCode, modifiers);
+    if (trigger.isEmpty() || !isOffered_) {
+        answered({hotKeyInvalidError, {}});
+        return {};
+    }
+    const QString identifier = identifierOf(trigger);
+    const bool isOwn = std::any_of(registrations_.begin(), registrations_.end(), [&](const auto& other) {
+        return other->wish.identifier == identifier && !other->isRefused;
+    });
+    if (isOwn) {
+        answered({hotKeyExistsError, {}});
+        return {};
+    }
+    const auto registration = std::make_shared<Registration>();
+    registration->id = id;
+    registration->answered = std::move(answered);
+    registration->wish = {identifier, QStringLiteral("Start or stop clicking"), trigger};
+    registrations_.push_back(registration);
+    bind(registration);
+    return Subscription([this, observed = std::weak_ptr(registration)] {
+        if (const auto ending = observed.lock()) {
+            end(ending);
+        }
+    });
+}
+
+QString PortalHotKeys::triggerFor(std::uint32_t keyCode, std::uint32_t modifiers) const {
+    if (const keys::KeyboardLayout* const layout = layout_ ? layout_() : nullptr) {
+        return triggerOf(keyCode, modifiers, *layout);
+    }
+    const auto byDefault = keys::KeyboardLayout::fromNames({});
+    return byDefault ? triggerOf(keyCode, modifiers, byDefault.value()) : QString();
+}
+
+void PortalHotKeys::bind(const RegistrationRef& registration) {
+    // Counted now: it may be what ends the portal.
+    if (failures_[registration->wish.identifier]++ >= mostFailures) {
+        lose(registration);
+        return;
+    }
+    registration->shortcut = std::make_unique<PortalShortcut>(loop_, portal_, registration->wish);
+    const auto* const shortcut = registration->shortcut.get();
+    const std::weak_ptr observed = registration;
+    connect(shortcut, &PortalShortcut::bound, this, [this, observed](const QString& words) {
+        if (const auto asked = observed.lock()) {
+            take(asked, words);
+        }
+    });
+    connect(shortcut, &PortalShortcut::unbound, this, [this, observed] {
+        if (const auto asked = observed.lock()) {
+            answer(*asked, {hotKeyInvalidError, {}});
+        }
+    });
+    connect(shortcut, &PortalShortcut::refused, this, [this, observed] {
+        if (const auto asked = observed.lock()) {
+            failures_[asked->wish.identifier] = mostFailures;
+            lose(asked);
+        }
+    });
+    connect(shortcut, &PortalShortcut::ended, this, [this, observed] {
+        if (const auto asked = observed.lock()) {
+            lose(asked);
+        }
+    });
+    connect(shortcut, &PortalShortcut::gone, this, [this, observed] {
+        if (const auto asked = observed.lock()) {
+            bindAgain(asked);
+        }
+    });
+    connect(shortcut, &PortalShortcut::pressed, this, [this, observed] {
+        if (const auto asked = observed.lock()) {
+            const HotKeyEvent event{asked->id};
+            handlers_.notify(&event);
+        }
+    });
+}
+
+void PortalHotKeys::bindAgain(const RegistrationRef& registration) {
+    registration->shortcut.reset();
+    if (registration->answer) {
+        answer(*registration, {hotKeyInvalidError, {}});
+    }
+    bindWhatIsMissing();
+}
+
+void PortalHotKeys::bindWhatIsMissing() {
+    const auto all = registrations_;
+    for (const RegistrationRef& registration : all) {
+        if (!registration->isRefused && !registration->shortcut && isOffered_) {
+            bind(registration);
+        }
+    }
+}
+
+void PortalHotKeys::take(const RegistrationRef& registration, const QString& words) {
+    failures_.erase(registration->wish.identifier);
+    HotKeyAnswer taken;
+    taken.hasNoTrigger = words.isEmpty();
+    if (!saysTrigger(words, registration->wish.trigger)) {
+        taken.otherTrigger = words.toStdString();
+    }
+    answer(*registration, taken);
+}
+
+void PortalHotKeys::lose(const RegistrationRef& registration) {
+    registration->shortcut.reset();
+    registration->isRefused = registration->isRefused || !registration->answer;
+    answer(*registration, {hotKeyInvalidError, {}});
+}
+
+void PortalHotKeys::answer(Registration& registration, const HotKeyAnswer& answer) {
+    if (registration.answer != answer) {
+        registration.answer = answer;
+        registration.answered(answer);
+    }
+}
+
+void PortalHotKeys::end(const RegistrationRef& registration) {
+    std::erase(registrations_, registration);
+    registration->shortcut.reset();
+    if (isOffered_) {
+        // Whoever wants it again, wants to be asked again.
+        failures_.erase(registration->wish.identifier);
+    }
+}
+
+void PortalHotKeys::backEndChanged(const QString& /*name*/, const QString& /*oldOwner*/, const QString& /*newOwner*/) {
+    // It need not be the one that the portal uses.
+    for (const RegistrationRef& registration : registrations_) {
+        if (registration->shortcut) {
+            registration->shortcut->check();
+        }
+    }
+    bindWhatIsMissing();
+}
+
+} // namespace velloran::platform::portal
