@@ -159,7 +159,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     const Backends backends = realBackends(
         loop, [] { endWithoutServer(); }, busAddress);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
-    const Subscription portalClicks = followPortal(processEnvironment, backends, desktop);
+    const Subscription portalParts = followPortal(processEnvironment, backends, desktop);
     std::set<QString> told;
     const Subscription telling = desktop.stream().subscribe([&log, &told](const platform::Desktop& now) {
         for (const QString& sentence : DesktopLimits::of(now).sentences) {
@@ -209,9 +209,12 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
         return EXIT_FAILURE;
     }
     auto* const window = qobject_cast<QWindow*>(engine.rootObjects().first());
-    const Subscription limits = desktop.stream().subscribe([window](const platform::Desktop& now) {
-        window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(now)));
-    });
+    const auto showLimits = [window, &desktop] {
+        const auto limits = DesktopLimits::of(desktop.get(), HotkeyManager::shared().answer());
+        window->setProperty("desktopLimits", QVariant::fromValue(limits));
+    };
+    const Subscription desktopShown = desktop.stream().subscribe([&](const auto&) { showLimits(); });
+    const Subscription hotkeyShown = HotkeyManager::shared().answers().subscribe([&](const auto&) { showLimits(); });
     instance.serve({
         .activate = [window](const auto& token) { platform::windowmanager::raiseWindow(*window, token); },
         .toggle = [&store] { store->toggleStartStop(); },

@@ -57,12 +57,12 @@ void HotkeyManager::unregister() {
     hotKeyRef_.cancel();
     handlerRef_.cancel();
     callback_ = nullptr;
-    answer_.reset();
+    answer_.set(std::nullopt);
 }
 
 void HotkeyManager::hear(const platform::HotKeyAnswer& answer) {
-    const bool isRefused = !answer_ && answer.status != platform::noErr;
-    answer_ = answer;
+    const bool isRefused = !answer_.get() && answer.status != platform::noErr;
+    answer_.set(answer);
     if (isRefused) {
         // The handler and the action stay until the next call; without a hot key nothing fires them.
         Platform::current().systemLog.write("HotkeyManager: RegisterEventHotKey failed with status " +

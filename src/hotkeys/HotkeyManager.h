@@ -1,5 +1,7 @@
 #pragma once
 
+#include "async/Published.h"
+#include "async/Stream.h"
 #include "hotkeys/HotkeyCombo.h"
 #include "platform/HotKeys.h"
 
@@ -38,7 +40,12 @@ public:
     void unregister();
 
     /// What the desktop has said last to what is registered; nothing before it has.
-    [[nodiscard]] const std::optional<platform::HotKeyAnswer>& answer() const { return answer_; }
+    [[nodiscard]] const std::optional<platform::HotKeyAnswer>& answer() const { return answer_.get(); }
+
+    /// What that is now, and whenever it changes.
+    [[nodiscard]] Stream<std::optional<platform::HotKeyAnswer>> answers() const {
+        return answer_.stream().removeDuplicates();
+    }
 
 private:
     HotkeyManager();
@@ -49,7 +56,7 @@ private:
     Subscription hotKeyRef_;
     Subscription handlerRef_;
     Action callback_;
-    std::optional<platform::HotKeyAnswer> answer_;
+    Published<std::optional<platform::HotKeyAnswer>> answer_{std::nullopt};
     /// Lets a press that is on its way find out whether this object still exists.
     std::shared_ptr<HotkeyManager*> self_;
 };

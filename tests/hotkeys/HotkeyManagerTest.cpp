@@ -194,6 +194,21 @@ TEST_F(HotkeyManagerTest, AnotherTriggerIsKeptForAsLongAsItHolds) {
     EXPECT_TRUE(platform.entries("log").empty());
 }
 
+TEST_F(HotkeyManagerTest, TellsWhatTheDesktopSays) {
+    using platform::HotKeyAnswer;
+    std::vector<std::optional<HotKeyAnswer>> told;
+    const Subscription listening =
+        manager().answers().subscribe([&told](const std::optional<HotKeyAnswer>& answer) { told.push_back(answer); });
+    EXPECT_EQ(told.size(), 1U) << "what it is now";
+    platform.hotKeyStatus.reset();
+    registerCounting(controlOptionS);
+    const HotKeyAnswer other{platform::noErr, "Press Ctrl+F9"};
+    platform.answerHotKey(1, other);
+    platform.answerHotKey(1, other);
+    manager().unregister();
+    EXPECT_EQ(told, (std::vector<std::optional<HotKeyAnswer>>{std::nullopt, other, std::nullopt}));
+}
+
 TEST_F(HotkeyManagerTest, WhatIsTakenBackStaysRegisteredAndMayComeAgain) {
     registerCounting(controlOptionS);
     for (const platform::Status status : {platform::hotKeyExistsError, platform::hotKeyInvalidError, platform::noErr}) {

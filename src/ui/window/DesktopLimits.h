@@ -5,11 +5,14 @@
 #include <QtQmlIntegration>
 
 #include "platform/Desktop.h"
+#include "platform/HotKeys.h"
+
+#include <optional>
 
 namespace velloran {
 
-/// What does not work on this desktop: for each part a sentence for the user, which is empty where it does work; what
-/// can be done about it, and how the rest works.
+/// What does not work on this desktop, or otherwise than it was asked for: for each part a sentence for the user, which
+/// is empty where it does work; what can be done about it, and how the rest works.
 class DesktopLimits {
     Q_GADGET
     QML_VALUE_TYPE(desktopLimits)
@@ -23,23 +26,25 @@ class DesktopLimits {
     Q_PROPERTY(QStringList sentences MEMBER sentences)
 
 public:
-    static DesktopLimits of(const platform::Desktop& desktop) {
+    /// `answer` is what the desktop has said to the hotkey that is wanted, if it has.
+    static DesktopLimits of(const platform::Desktop& desktop,
+                            const std::optional<platform::HotKeyAnswer>& answer = std::nullopt) {
         DesktopLimits limits{.clicks = QString::fromStdString(desktop.clicks.limit),
                              .hotkey = QString::fromStdString(desktop.hotKeys.limit),
                              .stillMouse = QString::fromStdString(desktop.pointer.limit),
                              .hotkeyAdvice = {},
-                             .hotkeyLine = QString::fromStdString(desktop.hotkeyAdvice.line),
+                             .hotkeyLine = {},
                              .sentences = {}};
-        const QString place = QString::fromStdString(desktop.hotkeyAdvice.place);
-        if (!place.isEmpty()) {
-            limits.hotkeyAdvice = QStringLiteral("For a key of your choice, put this into %1:").arg(place);
-            limits.hotkey += QStringLiteral(" %1 %2").arg(limits.hotkeyAdvice, limits.hotkeyLine);
-        } else if (!limits.hotkeyLine.isEmpty()) {
-            limits.hotkeyAdvice = QStringLiteral("A key of the desktop's own can be bound to this command:");
+        const QString told = desktop.hotKeys.part && answer ? sentenceOf(*answer) : QString();
+        if (!told.isEmpty()) {
+            limits.hotkey = limits.hotkey.isEmpty() ? told : limits.hotkey + u' ' + told;
+        }
+        if (!desktop.hotKeys.part || (answer && isMissing(*answer))) {
+            limits.advise(desktop.hotkeyAdvice);
         }
         if (!limits.clicks.isEmpty() || !limits.hotkey.isEmpty() || !limits.stillMouse.isEmpty()) {
             limits.sentences = QStringList{sentenceOf(desktop.clicks), sentenceOf(desktop.trust),
-                                           sentenceOf(desktop.hotKeys), sentenceOf(desktop.pointer)};
+                                           sentenceOf(desktop.hotKeys), told, sentenceOf(desktop.pointer)};
             limits.sentences.removeAll(QString());
         }
         return limits;
@@ -55,6 +60,38 @@ public:
     bool operator==(const DesktopLimits&) const = default;
 
 private:
+    void advise(const platform::HotkeyAdvice& advice) {
+        hotkeyLine = QString::fromStdString(advice.line);
+        const QString place = QString::fromStdString(advice.place);
+        if (!place.isEmpty()) {
+            hotkeyAdvice = QStringLiteral("For a key of your choice, put this into %1:").arg(place);
+            hotkey += QStringLiteral(" %1 %2").arg(hotkeyAdvice, hotkeyLine);
+        } else if (!hotkeyLine.isEmpty()) {
+            hotkeyAdvice = QStringLiteral("A key of the desktop's own can be bound to this command:");
+        }
+    }
+
+    /// Whether nothing that is pressed starts the program.
+    static bool isMissing(const platform::HotKeyAnswer& answer) {
+        return answer.status != platform::noErr || answer.hasNoTrigger;
+    }
+
+    /// Nothing where the desktop does as it was asked.
+    static QString sentenceOf(const platform::HotKeyAnswer& answer) {
+        if (answer.status == platform::hotKeyExistsError) {
+            return QStringLiteral("The hotkey is taken: it does something else on this desktop.");
+        }
+        if (answer.status != platform::noErr) {
+            return QStringLiteral("This desktop did not give the program its hotkey.");
+        }
+        if (answer.hasNoTrigger) {
+            return QStringLiteral("This desktop knows the hotkey, but has no key for it: choose one in its settings.");
+        }
+        return answer.otherTrigger.empty()
+                   ? QString()
+                   : QStringLiteral("The hotkey on this desktop is: ") + QString::fromStdString(answer.otherTrigger);
+    }
+
     template<typename Interface>
     static QString sentenceOf(const platform::DesktopPart<Interface>& part) {
         return QString::fromStdString(part.limit.empty() ? part.reason : part.limit);

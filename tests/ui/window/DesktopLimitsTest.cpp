@@ -1,0 +1,66 @@
+#include "ui/window/DesktopLimits.h"
+
+#include "fakes/RecordingPlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace velloran::tests {
+namespace {
+
+using platform::HotKeyAnswer;
+
+/// A desktop that has everything, a line for a hotkey of the user's own included.
+class DesktopLimitsTest : public testing::Test {
+protected:
+    DesktopLimitsTest() {
+        desktop.hotKeys.reason = "It binds keys.";
+        desktop.hotkeyAdvice = {"~/.config/keys", "bind F6 toggle"};
+    }
+
+    [[nodiscard]] DesktopLimits with(const std::optional<HotKeyAnswer>& answer) const {
+        return DesktopLimits::of(desktop, answer);
+    }
+
+    fakes::RecordingPlatform platform;
+    platform::Desktop desktop = platform.desktop.get();
+};
+
+TEST_F(DesktopLimitsTest, HotkeyThatIsAsWasAskedForIsNotWorthAWord) {
+    EXPECT_EQ(with(std::nullopt), DesktopLimits());
+    EXPECT_EQ(with(HotKeyAnswer()), DesktopLimits());
+}
+
+TEST_F(DesktopLimitsTest, AnotherTriggerStandsAtTheRecorderAndInAbout) {
+    const DesktopLimits limits = with(HotKeyAnswer{platform::noErr, "Press <Control>F9"});
+    EXPECT_EQ(limits.hotkey, "The hotkey on this desktop is: Press <Control>F9");
+    EXPECT_TRUE(limits.sentences.contains("It binds keys."));
+    EXPECT_TRUE(limits.sentences.contains(limits.hotkey));
+    EXPECT_EQ(limits.hotkeyLine, "");
+}
+
+TEST_F(DesktopLimitsTest, WhereTheDesktopGivesNoneTheUserIsToldWhatToDo) {
+    const QString advice = " For a key of your choice, put this into ~/.config/keys: bind F6 toggle";
+    const QString refused = "This desktop did not give the program its hotkey.";
+    const QString taken = "The hotkey is taken: it does something else on this desktop.";
+    const QString keyless = "This desktop knows the hotkey, but has no key for it: choose one in its settings.";
+    for (const auto& [answer, sentence] : {std::pair(HotKeyAnswer{platform::hotKeyInvalidError, {}}, refused),
+                                           std::pair(HotKeyAnswer{platform::hotKeyExistsError, {}}, taken),
+                                           std::pair(HotKeyAnswer{platform::noErr, {}, true}, keyless)}) {
+        const DesktopLimits limits = with(answer);
+        EXPECT_EQ(limits.hotkey, sentence + advice);
+        EXPECT_TRUE(limits.sentences.contains(sentence));
+        EXPECT_EQ(limits.hotkeyLine, "bind F6 toggle");
+    }
+}
+
+TEST_F(DesktopLimitsTest, DesktopWithoutHotkeysIsWorthMoreThanItsAnswer) {
+    desktop.hotKeys = {nullptr, "Nothing binds.", "No hotkey."};
+    const DesktopLimits limits = with(HotKeyAnswer{platform::hotKeyInvalidError, {}});
+    EXPECT_EQ(limits.hotkey, "No hotkey. For a key of your choice, put this into ~/.config/keys: bind F6 toggle");
+    EXPECT_FALSE(limits.sentences.contains("This desktop did not give the program its hotkey."));
+}
+
+} // namespace
+} // namespace velloran::tests
