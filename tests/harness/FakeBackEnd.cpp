@@ -13,6 +13,8 @@ namespace {
 
 const auto root = QStringLiteral("/org/freedesktop/portal/desktop");
 
+const auto shortcutsInterface = QStringLiteral("org.freedesktop.impl.portal.GlobalShortcuts");
+
 constexpr uint pointer = 2;
 constexpr uint version = 2;
 
@@ -48,6 +50,7 @@ QString nextConnectionName() {
 FakeBackEnd::FakeBackEnd(const std::string& busAddress)
     : bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), nextConnectionName())) {
     qDBusRegisterMetaType<Kept>();
+    platform::portal::registerShortcuts();
     if (!bus_.registerVirtualObject(root, this, QDBusConnection::SubPath) || !bus_.registerService(name)) {
         fatalError("The bus takes no back end");
     }
@@ -66,6 +69,35 @@ void FakeBackEnd::closeSession() {
                                          QStringLiteral("Closed")));
 }
 
+void FakeBackEnd::pressShortcut() {
+    for (const auto* const signal : {"Activated", "Deactivated"}) {
+        tellOfShortcuts(signal, {shortcut.identifier, qulonglong{1}, QVariantMap()});
+    }
+}
+
+void FakeBackEnd::changeShortcut(const QString& words) {
+    isShortcutBound = true;
+    otherTrigger = words;
+    tellOfShortcuts("ShortcutsChanged", {boundShortcuts().value("shortcuts")});
+}
+
+void FakeBackEnd::removeShortcut() {
+    isShortcutBound = false;
+    tellOfShortcuts("ShortcutsChanged", {boundShortcuts().value("shortcuts")});
+}
+
+void FakeBackEnd::closeShortcut() {
+    isShortcutOpen = false;
+    bus_.send(QDBusMessage::createSignal(shortcutSession_, QStringLiteral("org.freedesktop.impl.portal.Session"),
+                                         QStringLiteral("Closed")));
+}
+
+void FakeBackEnd::tellOfShortcuts(const QString& signal, const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createSignal(root, shortcutsInterface, signal);
+    message.setArguments(QVariantList{QVariant::fromValue(QDBusObjectPath(shortcutSession_))} + arguments);
+    bus_.send(message);
+}
+
 QString FakeBackEnd::introspect(const QString& /*path*/) const {
     return {};
 }
@@ -73,6 +105,9 @@ QString FakeBackEnd::introspect(const QString& /*path*/) const {
 bool FakeBackEnd::handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) {
     const QString method = message.member();
     const QVariantList arguments = message.arguments();
+    if (message.interface() == shortcutsInterface) {
+        return handleShortcuts(message);
+    }
     if (method == "GetAll") {
         bus_.send(message.createReply(QVariantMap{{"AvailableDeviceTypes", pointer}, {"version", version}}));
     } else if (method == "CreateSession") {
@@ -96,12 +131,63 @@ bool FakeBackEnd::handleMessage(const QDBusMessage& message, const QDBusConnecti
             ++withdrawn;
         } else if (message.path() == session_) {
             isOpen = false;
+        } else if (message.path() == shortcutSession_) {
+            isShortcutOpen = false;
         }
         bus_.send(message.createReply());
     } else {
         return false;
     }
     return true;
+}
+
+bool FakeBackEnd::handleShortcuts(const QDBusMessage& message) {
+    const QString method = message.member();
+    const QString session = message.arguments().value(1).value<QDBusObjectPath>().path();
+    if (method == "CreateSession") {
+        shortcutSession_ = session;
+        programs.append(message.arguments().value(2).toString());
+        isShortcutOpen = true;
+        isShortcutBound = false;
+        answer(message, 0);
+    } else if (method == "BindShortcuts") {
+        bind(message);
+    } else if (method == "ListShortcuts") {
+        // One that has been started anew knows nothing of the sessions of the last.
+        answer(message, session == shortcutSession_ ? 0 : 2,
+               session == shortcutSession_ ? boundShortcuts() : QVariantMap());
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void FakeBackEnd::bind(const QDBusMessage& message) {
+    ++bindings;
+    shortcut = platform::portal::shortcutsIn(message.arguments().value(2)).value(0);
+    if (manner == Manner::hangs) {
+        message.setDelayedReply(true);
+        return;
+    }
+    if (manner != Manner::grants) {
+        answer(message, manner == Manner::refuses ? 1 : 2);
+        return;
+    }
+    isShortcutBound = binding != Binding::none;
+    const bool isFailure = binding == Binding::saidToFail || binding == Binding::saidToFailWithoutAWord;
+    const bool isTold = binding == Binding::told || binding == Binding::saidToFail;
+    answer(message, isFailure ? 2 : 0, isTold ? boundShortcuts() : QVariantMap());
+}
+
+QVariantMap FakeBackEnd::boundShortcuts() const {
+    platform::portal::ShortcutList bound;
+    if (isShortcutBound) {
+        const QString asked = shortcut.properties.value("preferred_trigger").toString();
+        bound.append({shortcut.identifier,
+                      {{"description", shortcut.properties.value("description")},
+                       {"trigger_description", otherTrigger.isEmpty() ? asked : otherTrigger}}});
+    }
+    return {{"shortcuts", QVariant::fromValue(bound)}};
 }
 
 void FakeBackEnd::start(const QDBusMessage& message) {

@@ -24,11 +24,7 @@ DesktopPart<HotKeys> awaited() {
 } // namespace
 
 PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, CurrentLayout layout)
-    : loop_(loop),
-      portal_(portal),
-      backEnds_(std::move(backEnds)),
-      layout_(std::move(layout)),
-      part_(awaited()) {
+    : loop_(loop), portal_(portal), backEnds_(std::move(backEnds)), layout_(std::move(layout)), part_(awaited()) {
     connect(&portal_, &Portal::appeared, this, &PortalHotKeys::askVersion);
     connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
     connect(&portal_, &Portal::missing, this, [this] { withdraw(noHotkey); });

@@ -48,9 +48,8 @@ void PortalShortcut::bind() {
     const ShortcutList shortcuts{
         {wish_.identifier,
          {{QStringLiteral("description"), wish_.description}, {QStringLiteral("preferred_trigger"), wish_.trigger}}}};
-    request_ =
-        session_.request(QStringLiteral("BindShortcuts"), {QVariant::fromValue(shortcuts), QString()}, {},
-                         [this](const PortalResponse& response) { bindingAnswered(response); });
+    request_ = session_.request(QStringLiteral("BindShortcuts"), {QVariant::fromValue(shortcuts), QString()}, {},
+                                [this](const PortalResponse& response) { bindingAnswered(response); });
 }
 
 /// The truth is in the results: some desktops say that it failed when it did not, or that it did not and bind nothing.
@@ -75,9 +74,8 @@ void PortalShortcut::bindingAnswered(const PortalResponse& response) {
 
 void PortalShortcut::list(Question question) {
     waitFor([this, question] { listed(question, {}); });
-    request_ = session_.request(QStringLiteral("ListShortcuts"), {}, {}, [this, question](const PortalResponse& response) {
-        listed(question, response);
-    });
+    request_ = session_.request(QStringLiteral("ListShortcuts"), {}, {},
+                                [this, question](const PortalResponse& response) { listed(question, response); });
 }
 
 void PortalShortcut::listed(Question question, const PortalResponse& response) {
@@ -114,13 +112,13 @@ void PortalShortcut::end(void (PortalShortcut::*signal)()) {
     if (std::exchange(state_, State::over) != State::over) {
         patience_.cancel();
         request_.reset();
-        emit (this->*(isDoubtful_ && signal == &PortalShortcut::ended ? &PortalShortcut::gone : signal))();
+        emit(this->*(isDoubtful_ && signal == &PortalShortcut::ended ? &PortalShortcut::gone : signal))();
     }
 }
 
 bool PortalShortcut::isOurs(const QDBusMessage& message) const {
-    return portal_.isFrom(message) &&
-           message.arguments().value(0).value<QDBusObjectPath>().path() == session_.path() && state_ != State::over;
+    return portal_.isFrom(message) && message.arguments().value(0).value<QDBusObjectPath>().path() == session_.path() &&
+           state_ != State::over;
 }
 
 void PortalShortcut::activated(const QDBusMessage& message) {

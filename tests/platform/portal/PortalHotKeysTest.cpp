@@ -50,8 +50,7 @@ TEST_F(PortalHotKeysTest, PortalWithoutTheInterfaceHasNone) {
     fake.emplace(bus.address());
     fake->missing.append("org.freedesktop.portal.GlobalShortcuts");
     ASSERT_TRUE(until([this] {
-        return hotKeys.part().get().limit ==
-               "The global hotkey does not work here: the desktop's portal offers none.";
+        return hotKeys.part().get().limit == "The global hotkey does not work here: the desktop's portal offers none.";
     }));
     EXPECT_FALSE(isOffered());
     EXPECT_FALSE(hotKeys.part().get().isAwaited);

@@ -228,7 +228,8 @@ TEST_F(PortalShortcutTest, OnlyItsOwnPressesCount) {
     QDBusMessage message =
         QDBusMessage::createTargetedSignal(session.connection().baseService(), "/org/freedesktop/portal/desktop",
                                            "org.freedesktop.portal.GlobalShortcuts", "Activated");
-    message.setArguments({QVariant::fromValue(QDBusObjectPath(sessionPath)), "toggle-ctrl-f8", qulonglong{1}, QVariantMap()});
+    message.setArguments(
+        {QVariant::fromValue(QDBusObjectPath(sessionPath)), "toggle-ctrl-f8", qulonglong{1}, QVariantMap()});
     sendFromElsewhere(message);
     EXPECT_TRUE(presses.empty());
     press();

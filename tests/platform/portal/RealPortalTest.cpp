@@ -1,28 +1,10 @@
 #include "platform/portal/RemoteDesktop.h"
 
-#include "base/fatal.h"
-#include "harness/FakeBackEnd.h"
-#include "harness/PrivateBus.h"
-#include "platform/portal/desktopEntry.h"
-#include "platform/qt/QtEventLoop.h"
+#include "platform/portal/RealPortalBench.h"
 
-#include <QDBusConnectionInterface>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <gtest/gtest.h>
-
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
-#include <string>
 #include <thread>
-#include <vector>
-
-// The desktop's real portal on a bus of the test's own, with a back end that stands for the desktop.
 
 namespace velloran::tests {
 namespace {
@@ -30,83 +12,18 @@ namespace {
 using namespace platform::portal;
 using platform::MouseEventType;
 using platform::PromptReason;
-using platform::bus::BusState;
-using platform::bus::SessionBus;
 
 const auto applicationName = QStringLiteral("app.velloran.Velloran");
 
-std::string libexec(const std::string& program) {
-    const std::string path = "/usr/libexec/" + program;
-    if (!std::filesystem::exists(path)) {
-        fatalError("The portal is not installed");
-    }
-    return path;
-}
-
-/// Folders of the test's own, in the environment of all that is started.
-class Home {
-public:
-    Home() {
-        for (const char* const name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "HOME"}) {
-            const std::string path = folder_.filePath(name).toStdString();
-            std::filesystem::create_directories(path);
-            std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-            setenv(name, path.c_str(), 1);
-        }
-        setenv("XDG_CURRENT_DESKTOP", "velloran", 1);
-        const std::string portals = folder_.filePath("portals").toStdString();
-        std::filesystem::create_directories(portals);
-        std::ofstream(portals + "/velloran.portal")
-            << "[portal]\nDBusName=" << FakeBackEnd::name
-            << "\nInterfaces=org.freedesktop.impl.portal.RemoteDesktop;\nUseIn=velloran\n";
-        setenv("XDG_DESKTOP_PORTAL_DIR", portals.c_str(), 1);
-        const std::string settings = folder_.filePath("XDG_CONFIG_HOME/xdg-desktop-portal").toStdString();
-        std::filesystem::create_directories(settings);
-        std::ofstream(settings + "/portals.conf")
-            << "[preferred]\ndefault=none\norg.freedesktop.impl.portal.RemoteDesktop=velloran\n";
-        provideDesktopEntry(applicationName, QStringLiteral("/bin/true"));
-    }
-
-    [[nodiscard]] std::string path(const char* name) const { return folder_.filePath(name).toStdString(); }
-
-private:
-    QTemporaryDir folder_;
-};
-
-class RealPortalTest : public testing::Test {
+class RealPortalTest : public RealPortalBench {
 protected:
-    RealPortalTest() {
-        setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
-        store.emplace(std::vector{libexec("xdg-permission-store")});
-        EXPECT_TRUE(until([this] { return hasOwner("org.freedesktop.impl.portal.PermissionStore"); }));
-        backEnd.emplace(bus.address());
-        startPortal();
-        restart();
-    }
-
-    ~RealPortalTest() override { unsetenv("DBUS_SESSION_BUS_ADDRESS"); }
-
-    RealPortalTest(const RealPortalTest&) = delete;
-    RealPortalTest& operator=(const RealPortalTest&) = delete;
-
-    template<typename Condition>
-    static bool until(Condition condition) {
-        return QTest::qWaitFor(condition, 20'000);
-    }
-
-    [[nodiscard]] bool hasOwner(const char* name) {
-        return watcher.connection().interface()->isServiceRegistered(name).value();
-    }
-
-    void startPortal() { front.emplace(std::vector{libexec("xdg-desktop-portal")}); }
+    RealPortalTest() { restart(); }
 
     /// As another start of the program.
     void restart() {
         remote.reset();
         token.reset();
-        portal.reset();
-        session.emplace(platform::bus::BusPlace{QByteArray::fromStdString(bus.address()), BusState::answers});
-        portal.emplace(*session, applicationName);
+        connect();
         token.emplace(home.path("token"));
         remote.emplace(loop, *portal, *token, QStringList(FakeBackEnd::name));
         EXPECT_TRUE(until([this] { return isOffered(); })) << remote->parts().get().clicks.reason;
@@ -165,15 +82,6 @@ protected:
         return remote->parts().get().clicks.limit.find("remembers no") == std::string::npos;
     }
 
-    const Home home;
-    PrivateBus bus;
-    SessionBus watcher{{QByteArray::fromStdString(bus.address()), BusState::answers}};
-    platform::qt::QtEventLoop loop;
-    std::optional<ChildProcess> store;
-    std::optional<FakeBackEnd> backEnd;
-    std::optional<ChildProcess> front;
-    std::optional<SessionBus> session;
-    std::optional<Portal> portal;
     std::optional<RestoreToken> token;
     std::optional<RemoteDesktop> remote;
     std::shared_ptr<platform::PointerEvents> clicks;
@@ -253,8 +161,7 @@ TEST_F(RealPortalTest, PortalThatIsKilledInMidRunComesBack) {
     ASSERT_NO_FATAL_FAILURE(open());
     clickUntil(100'000, [&] {
         if (front && backEnd->buttons.size() > 50) {
-            front->sendSignal(SIGKILL);
-            front.reset();
+            killPortal();
         }
         return !remote->isTrusted();
     });

@@ -38,7 +38,8 @@ TEST(ShortcutTrigger, IdentifierCarriesTheCombination) {
 }
 
 TEST(ShortcutTrigger, KnowsItselfInTheWordsOfDesktops) {
-    for (const char* const words : {"CTRL+ALT+s", "Ctrl+Alt+S", "Press <Control><Alt>s", "<Primary><Alt>S", "alt ctrl s"}) {
+    for (const char* const words :
+         {"CTRL+ALT+s", "Ctrl+Alt+S", "Press <Control><Alt>s", "<Primary><Alt>S", "alt ctrl s"}) {
         EXPECT_TRUE(saysTrigger(words, "CTRL+ALT+s")) << words;
     }
     EXPECT_TRUE(saysTrigger("Meta+F6", "LOGO+F6"));
@@ -46,7 +47,8 @@ TEST(ShortcutTrigger, KnowsItselfInTheWordsOfDesktops) {
 }
 
 TEST(ShortcutTrigger, EverythingElseIsAnother) {
-    for (const char* const words : {"", "Ctrl+S", "Ctrl+Alt+D", "Ctrl+Alt+Shift+S", "Ctrl+Alt+S or F9", "Strg+Alt+S", "S"}) {
+    for (const char* const words :
+         {"", "Ctrl+S", "Ctrl+Alt+D", "Ctrl+Alt+Shift+S", "Ctrl+Alt+S or F9", "Strg+Alt+S", "S"}) {
         EXPECT_FALSE(saysTrigger(words, "CTRL+ALT+s")) << words;
     }
 }

@@ -41,9 +41,9 @@ protected:
     }
 
     void want(Hotkey& hotkey, std::uint32_t key = keyF8) {
-        hotkey.registered =
-            hotKeys.registerHotKey(key, platform::controlModifier, ourId,
-                                   [&hotkey](const platform::HotKeyAnswer& answer) { hotkey.answers.push_back(answer); });
+        hotkey.registered = hotKeys.registerHotKey(
+            key, platform::controlModifier, ourId,
+            [&hotkey](const platform::HotKeyAnswer& answer) { hotkey.answers.push_back(answer); });
     }
 
     /// Waits until the portal is asked for the method, beyond what it was asked for before.
