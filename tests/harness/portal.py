@@ -21,9 +21,20 @@ DESCRIPTION = f"""<node><interface name="{INTERFACE}">
 </interface></node>"""
 
 
+SHORTCUTS_INTERFACE = "org.freedesktop.portal.GlobalShortcuts"
+SHORTCUTS_DESCRIPTION = f"""<node><interface name="{SHORTCUTS_INTERFACE}">
+  <method name="CreateSession"><arg type="a{{sv}}" direction="in"/><arg type="o" direction="out"/></method>
+  <method name="BindShortcuts"><arg type="o" direction="in"/><arg type="a(sa{{sv}})" direction="in"/><arg type="s" direction="in"/>
+    <arg type="a{{sv}}" direction="in"/><arg type="o" direction="out"/></method>
+  <property name="version" type="u" access="read"/>
+</interface></node>"""
+
+
 class SettingsPortal:
     """Answers on a thread of its own, as a service does; one that `answers` not takes questions and leaves them. File dialogs
     stay until they are cancelled."""
+
+    DESCRIPTIONS = [DESCRIPTION]
 
     def __init__(self, desktop, settings, answers=True):
         self._settings = settings
@@ -43,8 +54,9 @@ class SettingsPortal:
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
         self._bus = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
         self._bus.set_exit_on_close(False)
-        for interface in Gio.DBusNodeInfo.new_for_xml(DESCRIPTION).interfaces:
-            self._bus.register_object(PATH, interface, self._called, self._read, None)
+        for description in self.DESCRIPTIONS:
+            for interface in Gio.DBusNodeInfo.new_for_xml(description).interfaces:
+                self._bus.register_object(PATH, interface, self._called, self._read, None)
         self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
                             GLib.Variant("(su)", (NAME, 4)), None, Gio.DBusCallFlags.NONE, 10000, None)
         self._is_ready.set()
@@ -96,3 +108,49 @@ class SettingsPortal:
     def close(self):
         self._loop.quit()
         self._thread.join(10)
+
+
+class ShortcutsPortal(SettingsPortal):
+    """Binds the shortcuts that it is asked for to what `words` say; to nothing without any, as its user would."""
+
+    DESCRIPTIONS = [DESCRIPTION, SHORTCUTS_DESCRIPTION]
+
+    def __init__(self, desktop, words):
+        self._words = words
+        self._session = None
+        self.bound = []
+        super().__init__(desktop, {})
+
+    def _called(self, connection, sender, path, interface, method, arguments, invocation):
+        if interface != SHORTCUTS_INTERFACE:
+            super()._called(connection, sender, path, interface, method, arguments, invocation)
+            return
+        options = arguments.unpack()[-1]
+        owner = sender[1:].replace(".", "_")
+        request = f"{PATH}/request/{owner}/{options['handle_token']}"
+        invocation.return_value(GLib.Variant("(o)", (request,)))
+        if method == "CreateSession":
+            self._session = sender, f"{PATH}/session/{owner}/{options['session_handle_token']}"
+            self._respond(sender, request, 0, {"session_handle": GLib.Variant("s", self._session[1])})
+        elif self._words is None:
+            self._respond(sender, request, 1, {})
+        else:
+            self.bound = [identifier for identifier, _ in arguments.unpack()[1]]
+            words = {"trigger_description": GLib.Variant("s", self._words)}
+            shortcuts = GLib.Variant("a(sa{sv})", [(identifier, words) for identifier in self.bound])
+            self._respond(sender, request, 0, {"shortcuts": shortcuts})
+
+    def _respond(self, sender, request, response, results):
+        self._bus.emit_signal(sender, request, "org.freedesktop.portal.Request", "Response",
+                              GLib.Variant("(ua{sv})", (response, results)))
+
+    def wait_for(self, identifier):
+        until(lambda: self.bound == [identifier], lambda: f"bound is {self.bound}, not {identifier}")
+
+    def press(self):
+        """Has the user press the shortcut."""
+        sender, session = self._session
+        for signal in ("Activated", "Deactivated"):
+            self._bus.emit_signal(sender, PATH, SHORTCUTS_INTERFACE, signal,
+                                  GLib.Variant("(osta{sv})", (session, self.bound[0], 1, {})))
+        self._bus.flush_sync(None)

@@ -10,6 +10,9 @@ namespace velloran::platform::portal {
 
 namespace {
 
+/// Nobody is thought to answer any more who takes longer to say what there is.
+constexpr std::uint64_t longestWait = 30 * nanosecondsPerSecond;
+
 /// So often a shortcut is asked for by itself before it is left alone.
 constexpr int mostFailures = 3;
 
@@ -21,10 +24,20 @@ DesktopPart<HotKeys> awaited() {
     return {nullptr, "The desktop's portal has not said yet whether it offers a hotkey.", noHotkey, true};
 }
 
+/// Whoever answers all the same is heard.
+bool stopAwaiting(DesktopPart<HotKeys>& part) {
+    return std::exchange(part.isAwaited, false);
+}
+
 } // namespace
 
 PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, CurrentLayout layout)
-    : loop_(loop), portal_(portal), backEnds_(std::move(backEnds)), layout_(std::move(layout)), part_(awaited()) {
+    : loop_(loop),
+      portal_(portal),
+      backEnds_(std::move(backEnds)),
+      layout_(std::move(layout)),
+      part_(awaited()),
+      patience_(loop, loop.callAfter(longestWait, [this] { part_.modify(stopAwaiting); })) {
     connect(&portal_, &Portal::appeared, this, &PortalHotKeys::askVersion);
     connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
     connect(&portal_, &Portal::missing, this, [this] { withdraw(noHotkey); });

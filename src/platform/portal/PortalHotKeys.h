@@ -40,8 +40,8 @@ public:
     PortalHotKeys& operator=(const PortalHotKeys&) = delete;
     ~PortalHotKeys() override;
 
-    /// These, as soon as and for as long as the portal says that it has the interface; else none, and why. This has to
-    /// outlive whoever uses them.
+    /// These, as soon as and for as long as the portal says that it has the interface; else none, and why. Awaited for
+    /// half a minute at most. This has to outlive whoever uses them.
     [[nodiscard]] const Published<DesktopPart<HotKeys>>& part() const { return part_; }
 
     Subscription installHandler(Handler handler) override;
@@ -83,6 +83,7 @@ private:
     const QStringList backEnds_;
     const CurrentLayout layout_;
     Published<DesktopPart<HotKeys>> part_;
+    ScheduledCall patience_;
     bool isOffered_ = false;
     Observers<const HotKeyEvent*> handlers_;
     std::vector<RegistrationRef> registrations_;

@@ -11,6 +11,7 @@ using platform::HotKeyAnswer;
 using platform::hotKeyExistsError;
 using platform::hotKeyInvalidError;
 using platform::HotKeys;
+using platform::portal::PortalHotKeys;
 
 using PortalHotKeysTest = ShortcutsBench;
 
@@ -39,11 +40,20 @@ TEST_F(PortalHotKeysTest, AreAwaitedUntilItIsKnownThatThereIsNoPortal) {
     ASSERT_NO_FATAL_FAILURE(bring());
 }
 
-TEST_F(PortalHotKeysTest, AreAwaitedForAsLongAsThePortalDoesNotSay) {
+TEST_F(PortalHotKeysTest, AreAwaitedForHalfAMinuteAtMost) {
     fake.emplace(bus.address(), SettingGroups(), FakePortal::Manner::staysSilent);
     ASSERT_TRUE(until([this] { return fake->calls.contains("org.freedesktop.portal.GlobalShortcuts"); }));
-    EXPECT_FALSE(isOffered());
-    EXPECT_EQ(hotKeys.part().get().limit, "The global hotkey does not work here.");
+    PortalHotKeys asking(loop, portal, {}, nullptr);
+    EXPECT_TRUE(asking.part().get().isAwaited);
+    loop.advance(29);
+    EXPECT_TRUE(asking.part().get().isAwaited);
+    loop.advance(2);
+    EXPECT_FALSE(asking.part().get().isAwaited);
+    EXPECT_EQ(asking.part().get().part, nullptr);
+    EXPECT_EQ(asking.part().get().limit, "The global hotkey does not work here.");
+    fake->vanish();
+    ASSERT_NO_FATAL_FAILURE(bring());
+    EXPECT_TRUE(until([&] { return asking.part().get().part != nullptr; })) << "it is heard all the same";
 }
 
 TEST_F(PortalHotKeysTest, PortalWithoutTheInterfaceHasNone) {

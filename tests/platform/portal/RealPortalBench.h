@@ -107,8 +107,7 @@ protected:
 
     const PortalHome home;
     PrivateBus bus;
-    platform::bus::SessionBus watcher{
-        {QByteArray::fromStdString(bus.address()), platform::bus::BusState::answers}};
+    platform::bus::SessionBus watcher{{QByteArray::fromStdString(bus.address()), platform::bus::BusState::answers}};
     platform::qt::QtEventLoop loop;
     std::optional<ChildProcess> store;
     std::optional<FakeBackEnd> backEnd;

@@ -31,9 +31,8 @@ protected:
 
     /// Wants Control and F8.
     void want() {
-        registered = hotKeys->registerHotKey(100, platform::controlModifier, {7, 1}, [this](const HotKeyAnswer& answer) {
-            answers.push_back(answer);
-        });
+        registered = hotKeys->registerHotKey(100, platform::controlModifier, {7, 1},
+                                             [this](const HotKeyAnswer& answer) { answers.push_back(answer); });
     }
 
     void bind() {
