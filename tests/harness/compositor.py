@@ -56,11 +56,11 @@ class Compositor(Desktop):
         self.environment["WAYLAND_DISPLAY"] = os.path.join(self._place, self._start_compositor())
         self.witness = Witness(self.environment)
 
-    def _start_program(self, *arguments):
+    def _start_program(self, *arguments, **differences):
         """Starts the compositor, and returns how it calls its socket: it is configured to print that once it is up."""
         environment = {**self.environment, "HOME": self._place, "XDG_RUNTIME_DIR": self._place, "WLR_BACKENDS": "headless",
-                       "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
-        with open(os.path.join(self.folder, "compositor.log"), "wb") as log:
+                       "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1", **differences}
+        with open(os.path.join(self.folder, "compositor.log"), "ab") as log:
             self.server = processes.start([*self._as_somebody, *arguments], environment, stdout=subprocess.PIPE, stderr=log)
         self._processes.append(self.server)
         line = self.server.stdout.readline().decode().split()
@@ -128,6 +128,47 @@ class Sway(Compositor):
         until(lambda: self.view(name)["focused"], f"{name} does not get the focus")
 
 
+class SwayWithOutputs(Sway):
+    """Has two outputs beside each other, WL-1 and WL-2, which can be pulled out: they are windows of another compositor. The
+    headless ones cannot be, in the older release."""
+
+    def _start_compositor(self):
+        commands = os.path.join(self._place, "outer-commands")
+        path = os.path.join(self.folder, "outer")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(SWAY_CONFIGURATION.format(width=2 * self._size[0], height=self._size[1]))
+        outer = self._start_program("sway", "--config", path, SWAYSOCK=commands)
+        self._outer_server = self.server
+        self._outer = {"SWAYSOCK": commands}
+        self.environment["SWAYSOCK"] = os.path.join(self._place, "commands")
+        self.configure(f"output WL-1 position 0 0\noutput WL-2 position {2 * self._size[0]} 0\n" + self._configuration)
+        return self._start_program("sway", "--config", os.path.join(self.folder, "config"), WLR_BACKENDS="wayland",
+                                   WLR_WL_OUTPUTS="2", WAYLAND_DISPLAY=outer)
+
+    def outputs(self):
+        return [output["name"] for output in json.loads(self.run_tool("swaymsg", "--raw", "--type", "get_outputs"))]
+
+    def output_of(self, name):
+        """Which one has the window with that title; nothing while none has."""
+        for output in self.tree()["nodes"]:
+            pending = [output]
+            while pending:
+                node = pending.pop()
+                if node.get("pid") and node["name"] == name:
+                    return output["name"]
+                pending += node["nodes"] + node["floating_nodes"]
+        return None
+
+    def unplug(self, name):
+        subprocess.run(["swaymsg", "--quiet", "--", f'[title="{name}"] kill'], env={**self.environment, **self._outer}, check=True,
+                       timeout=20)
+        until(lambda: name not in self.outputs(), f"{name} stays")
+
+    def close(self):
+        super().close()
+        self._outer_server.stdout.close()
+
+
 class Labwc(Compositor):
     """Its configuration is the contents of the root element. It cannot be asked for anything; what opens has the focus."""
 
@@ -183,9 +224,30 @@ class Witness:
         self.press(code, modifiers)
         self.release(code, modifiers)
 
+    def move(self, x, y, size):
+        """Puts the mouse on that place of a desktop of that size."""
+        self._ask(f"move {round(x)} {round(y)} {size[0]} {size[1]}")
+
+    def press_button(self, code):
+        self._ask(f"down {code}")
+
+    def release_button(self, code):
+        self._ask(f"up {code}")
+
+    def activation_token(self):
+        """What a launcher hands on for the last key that this window got, so that another one may come to the front."""
+        self._process.stdin.write("token\n")
+        return self._read().removeprefix("token ")
+
+    def timed_report(self):
+        """What the buttons did since the last report, in order: "down" or "up", the button, and when the window was told, by
+        the system's monotonic clock in seconds."""
+        lines = [self._read().split() for _ in range(self._ask("report"))]
+        return [(kind, int(code), int(arrival) / 1e9) for kind, code, _, arrival in lines]
+
     def report(self):
-        """What the buttons did since the last report, in order: pairs of "down" or "up" and the button."""
-        return [(kind, int(code)) for kind, code, *_ in (self._read().split() for _ in range(self._ask("report")))]
+        """The same without the moments."""
+        return [(kind, code) for kind, code, _ in self.timed_report()]
 
     def wait_for_releases(self, count, seconds=LONGEST_WAIT):
         until(lambda: self.releases() >= count, lambda: f"{self.releases()} releases, not {count}", seconds)

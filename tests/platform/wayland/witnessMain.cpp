@@ -4,6 +4,7 @@
 #include <virtual-keyboard-unstable-v1-client-protocol.h>
 #include <wayland-client.h>
 #include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
+#include <xdg-activation-v1-client-protocol.h>
 #include <xdg-shell-client-protocol.h>
 #include <xkbcommon/xkbcommon.h>
 
@@ -109,12 +110,49 @@ public:
         zwp_virtual_keyboard_v1_modifiers(typing_, isPress ? modifiers - locked : 0, 0, locked, 0);
     }
 
+    /// "move X Y WIDTH HEIGHT": to that place of a desktop of that size.
+    void moveMouse(std::istream& words) {
+        std::uint32_t x = 0;
+        std::uint32_t y = 0;
+        std::uint32_t width = 1;
+        std::uint32_t height = 1;
+        words >> x >> y >> width >> height;
+        zwlr_virtual_pointer_v1_motion_absolute(mouse_, 0, x, y, width, height);
+        zwlr_virtual_pointer_v1_frame(mouse_);
+    }
+
+    /// "down CODE" or "up CODE", by evdev's code of a button of the mouse.
+    void click(std::istream& words, bool isPress) {
+        std::uint32_t code = 0;
+        words >> code;
+        zwlr_virtual_pointer_v1_button(mouse_, 0, code,
+                                       isPress ? WL_POINTER_BUTTON_STATE_PRESSED : WL_POINTER_BUTTON_STATE_RELEASED);
+        zwlr_virtual_pointer_v1_frame(mouse_);
+    }
+
+    /// What lets another window come to the front, for the last press of a key: "token" and the word.
+    void tellToken() {
+        token_.clear();
+        xdg_activation_token_v1* const request = xdg_activation_v1_get_activation_token(activation_);
+        xdg_activation_token_v1_add_listener(request, &tokenListener, this);
+        xdg_activation_token_v1_set_serial(request, keySerial_, seat_);
+        xdg_activation_token_v1_set_surface(request, surface_);
+        xdg_activation_token_v1_commit(request);
+        dispatchUntil([this] { return !token_.empty(); });
+        xdg_activation_token_v1_destroy(request);
+        std::cout << "token " << token_ << std::endl;
+    }
+
     void answer(const std::string& line) {
         std::istringstream words(line);
         std::string question;
         words >> question;
         if (question == "press" || question == "release") {
             type(words, question == "press");
+        } else if (question == "move") {
+            moveMouse(words);
+        } else if (question == "down" || question == "up") {
+            click(words, question == "down");
         } else if (question == "layout") {
             std::string layout;
             words >> layout;
@@ -123,10 +161,10 @@ public:
         // The second answer comes after everything that was on its way to the compositor when the first was asked for.
         wl_display_roundtrip(display_);
         wl_display_roundtrip(display_);
-        if (question == "releases") {
+        if (question == "token") {
+            tellToken();
+        } else if (question == "releases") {
             std::cout << releases_ << std::endl;
-        } else if (question == "press" || question == "release" || question == "keys" || question == "layout") {
-            std::cout << keyPresses_ << std::endl;
         } else if (question == "report") {
             std::cout << events_.size() << '\n';
             for (const ButtonEvent& event : events_) {
@@ -135,6 +173,8 @@ public:
             }
             std::cout << std::flush;
             events_.clear();
+        } else {
+            std::cout << keyPresses_ << std::endl;
         }
     }
 
@@ -196,6 +236,8 @@ private:
         } else if (type == xdg_wm_base_interface.name) {
             bind(shell_, name, xdg_wm_base_interface, 1);
             xdg_wm_base_add_listener(shell_, &shellListener, this);
+        } else if (type == xdg_activation_v1_interface.name) {
+            bind(activation_, name, xdg_activation_v1_interface, 1);
         } else if (type == zwlr_virtual_pointer_manager_v1_interface.name) {
             bind(mice_, name, zwlr_virtual_pointer_manager_v1_interface, 1);
         } else if (type == zwp_virtual_keyboard_manager_v1_interface.name) {
@@ -234,6 +276,7 @@ private:
     static const wl_seat_listener seatListener;
     static const wl_pointer_listener pointerListener;
     static const wl_keyboard_listener keyboardListener;
+    static const xdg_activation_token_v1_listener tokenListener;
 
     wl_display* display_;
     wl_registry* registry_ = nullptr;
@@ -241,6 +284,7 @@ private:
     wl_shm* memory_ = nullptr;
     wl_seat* seat_ = nullptr;
     xdg_wm_base* shell_ = nullptr;
+    xdg_activation_v1* activation_ = nullptr;
     zwlr_virtual_pointer_manager_v1* mice_ = nullptr;
     zwp_virtual_keyboard_manager_v1* keyboards_ = nullptr;
     wl_surface* surface_ = nullptr;
@@ -256,6 +300,8 @@ private:
     bool isEntered_ = false;
     bool isFocused_ = false;
     std::size_t keyPresses_ = 0;
+    std::uint32_t keySerial_ = 0;
+    std::string token_;
     std::size_t releases_ = 0;
     std::vector<ButtonEvent> events_;
 };
@@ -308,11 +354,16 @@ const wl_keyboard_listener Client::keyboardListener{
     [](void*, wl_keyboard*, std::uint32_t, int keymap, std::uint32_t) { close(keymap); },
     [](void* data, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) { self(data).isFocused_ = true; },
     [](void*, wl_keyboard*, std::uint32_t, wl_surface*) {},
-    [](void* data, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t state) {
+    [](void* data, wl_keyboard*, std::uint32_t serial, std::uint32_t, std::uint32_t, std::uint32_t state) {
+        self(data).keySerial_ = serial;
         self(data).keyPresses_ += state == WL_KEYBOARD_KEY_STATE_PRESSED ? 1 : 0;
     },
     [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t) {},
     {},
+};
+
+const xdg_activation_token_v1_listener Client::tokenListener{
+    [](void* data, xdg_activation_token_v1*, const char* token) { self(data).token_ = token; },
 };
 
 const wl_seat_listener Client::seatListener{
