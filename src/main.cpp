@@ -25,6 +25,7 @@
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
 #include "platform/qt/WidgetFileChooser.h"
+#include "platform/waylandwindow/ShortcutsInhibitor.h"
 #include "platform/windowmanager/WindowRaiser.h"
 #include "platform/windowmanager/buttonEvents.h"
 #include "platform/windowmanager/windowManagerMenu.h"
@@ -174,7 +175,8 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
 
     const auto store = AutoClickerStore::create(loop, desktop, sounds, std::make_unique<PresetStore>(preferences));
     DonationManager donations(loop, preferences, urlOpener);
-    KeyEventMonitor keyMonitor(desktop);
+    platform::waylandwindow::ShortcutsInhibitor shortcuts;
+    KeyEventMonitor keyMonitor(desktop, [&shortcuts] { return shortcuts.inhibit(); });
     ConfigModel configModel(*store);
     RunModel runModel(*store, loop);
     PresetsModel presetsModel(*store);

@@ -60,7 +60,8 @@ std::uint64_t modifierFlags(Qt::KeyboardModifiers held) {
 
 } // namespace
 
-KeyEventMonitor::KeyEventMonitor(const Published<platform::Desktop>& desktop) : desktop_(desktop) {
+KeyEventMonitor::KeyEventMonitor(const Published<platform::Desktop>& desktop, TakeAllKeys takeAllKeys)
+    : desktop_(desktop), takeAllKeys_(std::move(takeAllKeys)) {
     if (theMonitor != nullptr) {
         fatalError("There is a key monitor already");
     }
@@ -80,12 +81,14 @@ KeyEventMonitor& KeyEventMonitor::current() {
 
 Subscription KeyEventMonitor::installKeyDownMonitor(Handler handler) {
     handler_ = std::move(handler);
+    allKeys_ = takeAllKeys_();
     const std::uint64_t installation = ++installation_;
     filterWhileNeeded();
     return Subscription([this, installation] {
         // The monitor itself may be gone by now, or serve somebody else.
         if (theMonitor == this && installation_ == installation) {
             handler_ = nullptr;
+            allKeys_.cancel();
             filterWhileNeeded();
         }
     });

@@ -8,6 +8,7 @@
 #include "keys/DefaultKeyCharacters.h"
 #include "platform/Desktop.h"
 
+#include <functional>
 #include <optional>
 #include <set>
 
@@ -22,9 +23,14 @@ class KeyEventMonitor final : public QObject, public KeyMonitor {
     Q_OBJECT
 
 public:
+    /// Has the desktop pass its own combinations of keys on to this program, as far as it does that, until the result
+    /// goes away.
+    using TakeAllKeys = std::function<Subscription()>;
+
     /// Becomes the one monitor of the process; a second one at the same time is a fatal error. What the
     /// keys give is asked of `desktop`, which outlives it; where that does not tell, the default layout does.
-    explicit KeyEventMonitor(const Published<platform::Desktop>& desktop);
+    explicit KeyEventMonitor(
+        const Published<platform::Desktop>& desktop, TakeAllKeys takeAllKeys = [] { return Subscription(); });
     KeyEventMonitor(const KeyEventMonitor&) = delete;
     KeyEventMonitor& operator=(const KeyEventMonitor&) = delete;
     ~KeyEventMonitor() override;
@@ -50,7 +56,10 @@ private:
     const Published<platform::Desktop>& desktop_;
     /// Made when it is needed: reading a layout takes its time.
     std::optional<keys::DefaultKeyCharacters> defaultCharacters_;
+    const TakeAllKeys takeAllKeys_;
     Handler handler_;
+    /// While there is a handler.
+    Subscription allKeys_;
     /// Which installation the handler came from: an earlier one's end must not remove it.
     std::uint64_t installation_ = 0;
     /// Native scan codes of taken keys that are still down.

@@ -1,0 +1,44 @@
+#include "platform/waylandwindow/toolkitWayland.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+#include <QWindow>
+#include <qpa/qplatformnativeinterface.h>
+
+namespace velloran::platform::waylandwindow {
+
+namespace {
+
+/// The same names stand for other things on other window systems.
+QPlatformNativeInterface* toolkit() {
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+               ? QGuiApplication::platformNativeInterface()
+               : nullptr;
+}
+
+void* ofToolkit(const char* what) {
+    auto* const resources = toolkit();
+    return resources == nullptr ? nullptr : resources->nativeResourceForIntegration(what);
+}
+
+void* ofWindow(const char* what, QWindow& window) {
+    auto* const resources = toolkit();
+    return resources == nullptr || window.handle() == nullptr ? nullptr
+                                                              : resources->nativeResourceForWindow(what, &window);
+}
+
+} // namespace
+
+wl_display* toolkitDisplay() {
+    return static_cast<wl_display*>(ofToolkit("wl_display"));
+}
+
+wl_seat* toolkitSeat() {
+    return static_cast<wl_seat*>(ofToolkit("wl_seat"));
+}
+
+wl_surface* surfaceOf(QWindow& window) {
+    return static_cast<wl_surface*>(ofWindow("surface", window));
+}
+
+} // namespace velloran::platform::waylandwindow
