@@ -25,6 +25,7 @@
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
 #include "platform/qt/WidgetFileChooser.h"
+#include "platform/waylandwindow/CompositorMenu.h"
 #include "platform/waylandwindow/ShortcutsInhibitor.h"
 #include "platform/windowmanager/WindowRaiser.h"
 #include "platform/windowmanager/buttonEvents.h"
@@ -190,7 +191,13 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     ConfigFiles files(*store, chooser);
     DesktopAppearance appearance(settings.wishes());
     DesktopWindowButtons windowButtons(settings.wishes());
-    WindowManagerMenu managerMenu(platform::windowmanager::showWindowManagerMenu);
+    platform::waylandwindow::CompositorMenu compositorMenu;
+    WindowManagerMenu managerMenu(
+        [&compositorMenu](QWindow& window, QPoint place, auto missing) {
+            return platform::windowmanager::showWindowManagerMenu(window) ||
+                   compositorMenu.show(window, place, std::move(missing));
+        },
+        [&compositorMenu] { compositorMenu.prepare(); });
 
     // What it shows goes before what it is shown of.
     const auto views = std::move(reading);

@@ -37,8 +37,17 @@ wl_seat* toolkitSeat() {
     return static_cast<wl_seat*>(ofToolkit("wl_seat"));
 }
 
+std::uint32_t lastInputSerial() {
+    // The number itself, in the place of an address.
+    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(ofToolkit("serial")));
+}
+
 wl_surface* surfaceOf(QWindow& window) {
     return static_cast<wl_surface*>(ofWindow("surface", window));
+}
+
+xdg_toplevel* toplevelOf(QWindow& window) {
+    return static_cast<xdg_toplevel*>(ofWindow("xdg_toplevel", window));
 }
 
 } // namespace velloran::platform::waylandwindow

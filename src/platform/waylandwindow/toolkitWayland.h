@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdint>
+
 class QWindow;
 
 struct wl_display;
 struct wl_seat;
 struct wl_surface;
+struct xdg_toplevel;
 
 namespace velloran::platform::waylandwindow {
 
@@ -18,6 +21,11 @@ wl_display* toolkitDisplay();
 /// The seat whose input the windows of the program get.
 wl_seat* toolkitSeat();
 
+/// The number that the compositor gave to the last press or release; 0 before the first.
+std::uint32_t lastInputSerial();
+
 wl_surface* surfaceOf(QWindow& window);
+
+xdg_toplevel* toplevelOf(QWindow& window);
 
 } // namespace velloran::platform::waylandwindow

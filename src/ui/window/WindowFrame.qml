@@ -40,9 +40,21 @@ FocusScope {
         TapHandler {
             acceptedButtons: Qt.RightButton
             gesturePolicy: TapHandler.DragThreshold
+            onPressedChanged: {
+                if (pressed)
+                    root.managerMenu?.prepare();
+            }
             onTapped: eventPoint => {
-                if (!root.managerMenu?.show(root.window))
+                if (!root.managerMenu?.show(root.window, eventPoint.scenePosition))
                     windowMenu.get({ window: root.window }).openAt(eventPoint.position);
+            }
+        }
+
+        Connections {
+            target: root.managerMenu
+
+            function onMissing(place: point) {
+                windowMenu.get({ window: root.window }).openAt(place);
             }
         }
 
