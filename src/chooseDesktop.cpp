@@ -9,6 +9,7 @@
 #include "platform/wayland/SeatKeyboard.h"
 #include "platform/wayland/VirtualPointer.h"
 #include "platform/x11/X11Server.h"
+#include "whileUnlocked.h"
 
 #include <array>
 #include <chrono>
@@ -125,7 +126,7 @@ Result<Desktop> connectX11(EventLoop& loop, const std::function<void()>& onServe
 }
 
 /// A compositor that gives every program a pointer: clicks, and nobody to ask for them.
-Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compositor,
+Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compositor, const std::string& sessionBus,
                                       const std::shared_ptr<Published<bool>>& lacksPointer) {
     using platform::wayland::VirtualPointer;
     const auto pointer = std::make_shared<VirtualPointer>(loop, compositor);
@@ -143,7 +144,7 @@ Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compos
     desktop.clicks = {std::shared_ptr<platform::PointerEvents>(pointer, &pointer->pointerEvents()),
                       "Input is posted through a pointer of the program's own: the compositor gives one to each.",
                       {}};
-    desktop.trust = {pointer, "The compositor asks nobody for a permission.", {}};
+    desktop.trust = {whileUnlocked(pointer, sessionBus), "The compositor asks nobody for a permission.", {}};
     return desktop;
 }
 
@@ -212,8 +213,8 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
     const auto lacksPointer = std::make_shared<Published<bool>>(false);
     return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
             .virtualPointer =
-                [&loop, lacksPointer](const std::string& compositor) {
-                    return connectVirtualPointer(loop, compositor, lacksPointer);
+                [&loop, sessionBus, lacksPointer](const std::string& compositor) {
+                    return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer);
                 },
             .sway =
                 [&loop, keyboard](const std::string& compositor, const std::string& socket) {

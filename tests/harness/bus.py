@@ -56,10 +56,10 @@ class Bus:
             count += is_its
         return count
 
-    def take_name(self):
-        """Has the application's name from now on."""
+    def take_name(self, name=NAME):
+        """Has that name from now on; by default the application's."""
         do_not_queue = 4
-        self._ask_bus("RequestName", GLib.Variant("(su)", (NAME, do_not_queue)))
+        self._ask_bus("RequestName", GLib.Variant("(su)", (name, do_not_queue)))
 
     def read_services_anew(self):
         self._ask_bus("ReloadConfig")
