@@ -1,8 +1,14 @@
 """What can happen to a session on sway while a run is on."""
 
+import os
+
+from PIL import Image
+
+from harness import picture, processes
+from harness.compositor import SwayWithOutputs
 from harness.compositor_case import CompositorCase
 from harness.screen_lock import ScreenLock
-from harness.waiting import stays
+from harness.waiting import pause, stays, until
 
 
 class SwayLock(CompositorCase):
@@ -28,3 +34,50 @@ class SwayLock(CompositorCase):
         stays(lambda: not self.witness.report(), "the run goes on by itself", 0.3)
         self.press_hotkey()
         self.witness.wait_for_releases(len(seen) // 2 + 10)
+
+
+class SwayOutputs(CompositorCase):
+    COMPOSITOR = SwayWithOutputs
+
+    def is_drawn(self):
+        """Whether the window shows, with the program's many colours."""
+        self.desktop.focus("Velloran")
+        path = os.path.join(self.desktop.folder, "screen.png")
+        self.desktop.picture(path)
+        with Image.open(path) as screen:
+            shown = screen.convert("RGB")
+        return shown if len(shown.getcolors(1 << 24) or []) > 500 else None
+
+    def test_the_one_with_the_window_may_go_and_another_come(self):
+        program = self.start_with(clickIntervalSeconds=0.02, maxClicks=150)
+        self.desktop.command('[title="^Velloran$"] move to output WL-2')
+        until(lambda: self.desktop.output_of("Velloran") == "WL-2", "the window stays where it is")
+        self.press_hotkey()
+        self.witness.wait_for_releases(20)
+        self.desktop.unplug("WL-2")
+        self.witness.wait_for_releases(60)
+        self.desktop.command("create_output")
+        program.wait_for_headline("Completed")
+        self.assert_clicks(self.witness.report(), 150)
+        self.assertEqual(self.desktop.output_of("Velloran"), "WL-1")
+        until(self.is_drawn, "the window stays empty")
+
+    def test_all_may_go(self):
+        program = self.start_with(clickIntervalSeconds=0.02, stopMode="manual")
+        self.press_hotkey()
+        program.wait_for_headline("Running")
+        self.desktop.unplug("WL-2")
+        self.desktop.unplug("WL-1")
+        stays(lambda: program.headline == "Running", lambda: program.log, 0.5)
+        self.desktop.command("create_output")
+        until(lambda: self.desktop.view("Velloran"), "the compositor has lost the window")
+        picture.keep(until(self.is_drawn, "the window stays empty"), "sway after no output")
+        self.press_hotkey()
+        program.wait_for_headline("Ready")
+        until(lambda: self.wake_ups(program) == 0, "the program does not come to rest", 20)
+
+    @staticmethod
+    def wake_ups(program):
+        before = processes.voluntary_switches(program.pid)
+        pause(0.5)
+        return processes.voluntary_switches(program.pid) - before
