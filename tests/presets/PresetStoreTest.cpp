@@ -232,19 +232,19 @@ TEST_F(PresetStoreTest, ImportTakesOneConfigurationAlone) {
 
 #ifndef VELLORAN_SANITIZED
 TEST_F(PresetStoreTest, WhatIsNoPartOfAConfigurationTakesNoMemory) {
-    constexpr std::size_t length = std::size_t{32} * 1024 * 1024;
+    constexpr std::size_t length = std::size_t{8} * 1024 * 1024;
     const std::string file = store.exportConfig(samples::fullConfig()).value();
-    std::string numbers = "[0";
-    while (numbers.size() < length) {
-        numbers += ",0";
+    std::string texts = "[\"\"";
+    while (texts.size() < length) {
+        texts += ",\"\"";
     }
-    numbers += ']';
+    texts += ']';
     const std::string nested = std::string(length / 2, '[') + std::string(length / 2, ']');
-    for (const std::string* const extra : {&std::as_const(numbers), &nested}) {
+    for (const std::string* const extra : {&std::as_const(texts), &nested}) {
         std::string withExtra = file;
         withExtra.insert(1, "\"extra\": " + *extra + ",");
         const auto importIt = [&] {
-            const rlimit limit{std::size_t{512} * 1024 * 1024, std::size_t{512} * 1024 * 1024};
+            const rlimit limit{20 * length, 20 * length};
             const bool isLimited = setrlimit(RLIMIT_AS, &limit) == 0;
             const auto imported = store.importConfig(withExtra);
             _exit(isLimited && imported && imported.value() == samples::fullConfig() ? 0 : 1);
