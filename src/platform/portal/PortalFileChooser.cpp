@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 const auto chooserInterface = QStringLiteral("org.freedesktop.portal.FileChooser");
 
 /// For the answer to whether it knows of files.
-constexpr auto longestWait = 3s;
+constexpr auto longestWaitForVersion = 3s;
 /// For the answer that it asks; it may have to start another service first.
 constexpr auto longestWaitForDialog = 10s;
 
@@ -104,7 +104,7 @@ public:
         PortalCall version{QStringLiteral("org.freedesktop.DBus.Properties"),
                            QStringLiteral("Get"),
                            {chooserInterface, QStringLiteral("version")}};
-        version.longestWait = longestWait;
+        version.longestWait = longestWaitForVersion;
         portal_.call(version, this, [this](const QDBusMessage& answer) {
             if (answer.type() == QDBusMessage::ReplyMessage) {
                 show();

@@ -11,7 +11,7 @@ namespace velloran::platform::portal {
 namespace {
 
 /// Nobody is thought to answer any more who takes longer to say what there is.
-constexpr std::uint64_t longestWait = 30 * nanosecondsPerSecond;
+constexpr std::uint64_t longestWaitForPortal = 30 * nanosecondsPerSecond;
 
 /// So often a shortcut is asked for by itself before it is left alone.
 constexpr int mostFailures = 3;
@@ -37,7 +37,7 @@ PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEn
       backEnds_(std::move(backEnds)),
       layout_(std::move(layout)),
       part_(awaited()),
-      patience_(loop, loop.callAfter(longestWait, [this] { part_.modify(stopAwaiting); })) {
+      patience_(loop, loop.callAfter(longestWaitForPortal, [this] { part_.modify(stopAwaiting); })) {
     connect(&portal_, &Portal::appeared, this, &PortalHotKeys::askVersion);
     connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
     connect(&portal_, &Portal::missing, this, [this] { withdraw(noHotkey); });

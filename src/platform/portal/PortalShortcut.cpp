@@ -13,7 +13,7 @@ namespace {
 using Outcome = PortalResponse::Outcome;
 
 /// For everything that needs no user.
-constexpr std::uint64_t longestWait = 30 * nanosecondsPerSecond;
+constexpr std::uint64_t longestWaitForShortcut = 30 * nanosecondsPerSecond;
 /// Longer than any keyboard waits before it repeats a key.
 constexpr std::uint64_t longestPauseWhileHeld = 3 * nanosecondsPerSecond;
 
@@ -149,7 +149,7 @@ void PortalShortcut::changed(const QDBusMessage& message) {
 }
 
 void PortalShortcut::waitFor(std::function<void()> giveUp) {
-    patience_ = ScheduledCall(loop_, loop_.callAfter(longestWait, std::move(giveUp)));
+    patience_ = ScheduledCall(loop_, loop_.callAfter(longestWaitForShortcut, std::move(giveUp)));
 }
 
 } // namespace velloran::platform::portal

@@ -11,7 +11,7 @@ namespace velloran::platform::wayland {
 namespace {
 
 /// Nothing that came later is needed.
-constexpr std::uint32_t seatVersion = 1;
+constexpr std::uint32_t firstSeatVersion = 1;
 
 } // namespace
 
@@ -85,7 +85,7 @@ void SeatKeyboard::add(std::uint32_t name) {
     }
     connection_->send([&] {
         seatName_ = name;
-        seat_.reset(static_cast<wl_seat*>(wl_registry_bind(registry_.get(), name, &wl_seat_interface, seatVersion)));
+        seat_.reset(static_cast<wl_seat*>(wl_registry_bind(registry_.get(), name, &wl_seat_interface, firstSeatVersion)));
         wl_seat_add_listener(seat_.get(), &listener, this);
     });
 }
