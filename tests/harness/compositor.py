@@ -245,6 +245,10 @@ class Witness:
         lines = [self._read().split() for _ in range(self._ask("report"))]
         return [(kind, int(code), int(arrival) / 1e9) for kind, code, _, arrival in lines]
 
+    def load(self, layout):
+        """Gives the keyboard another layout, by its customary name."""
+        self._ask(f"layout {layout}")
+
     def report(self):
         """The same without the moments."""
         return [(kind, code) for kind, code, _ in self.timed_report()]

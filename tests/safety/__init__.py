@@ -1,0 +1,1 @@
+"""What the program has to survive, in numbers: see tools/prove-safety."""
