@@ -24,6 +24,7 @@ class Observer:
                                         stderr=subprocess.DEVNULL, text=True, bufsize=1)
         self._lines = []
         self._answers = []
+        self._is_gone = False
         self._changed = threading.Condition()
         self._asking = threading.Lock()
         self._reader = threading.Thread(target=self._read, daemon=True)
@@ -36,6 +37,9 @@ class Observer:
             with self._changed:
                 (self._answers if line.split(" ", 1)[0] in ("ok", "error", "error:", "report") else self._lines).append(line)
                 self._changed.notify_all()
+        with self._changed:
+            self._is_gone = True
+            self._changed.notify_all()
 
     def close(self):
         self._process.stdin.close()
@@ -63,7 +67,8 @@ class Observer:
         with self._asking, self._changed:
             before = len(self._answers)
             self._process.stdin.write(command + "\n")
-            if not self._changed.wait_for(lambda: len(self._answers) > before, LONGEST_WAIT):
+            self._changed.wait_for(lambda: self._is_gone or len(self._answers) > before, LONGEST_WAIT)
+            if len(self._answers) == before:
                 raise AssertionError(f"the observer does not answer: {command}")
             return self._answers[before]
 

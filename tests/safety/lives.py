@@ -1,0 +1,221 @@
+"""Lives of the program that end in the middle of clicks and changes."""
+
+import collections
+import os
+import threading
+
+from gi.repository import GLib
+
+from harness.program import Program
+from harness.waiting import pause, until
+
+from .profile import APPLIED, Expectations, Profile
+
+SAVE = "Save current as preset…"
+REMINDER = "Support Velloran"
+LOST = "Velloran: the connection to the display was lost."
+PLACE_OF_CLICKS = (1450, 150)
+MOST_PRESETS = 5
+SAVE_DELAY = 0.25  # seconds from a change to its save
+WRITING = 0.03  # what a save takes, at most
+LONGEST_START = 1.0
+LONGEST_RUN = 1.5
+
+
+class Struck(Exception):
+    """The blow has fallen: there is nothing to be done to the program any more."""
+
+
+class Life:
+    """One life, on what the one before has left. `strike` is called on a thread of its own, and has the program end."""
+
+    def __init__(self, desktop, profile, chance, strike, environment=None):
+        self._observer = desktop.observer
+        self._chance = chance
+        self._strike = strike
+        self._is_struck = threading.Event()
+        self._is_armed = False
+        self._expected = Expectations(profile)
+        self._observer.move(*PLACE_OF_CLICKS)
+        self._observer.forget()
+        self.moment = None
+        self.was_ready = False
+        profile.forget_log()
+        self.program = Program(desktop, folder=profile.folder, environment=environment)
+
+    def live(self, can_be_struck_at_once=True):
+        """Until the blow has fallen, and the program has ended."""
+        moments = ("run", "save", "save")
+        self.moment = moment = self._chance.choice(("start", *moments) if can_be_struck_at_once else moments)
+        try:
+            if moment == "start":
+                self._arm(self._chance.uniform(0.0, LONGEST_START))
+            self._begin()
+            deeds = self._plan()
+            struck = self._chance.choice(deeds) if moment == "save" else None
+            if moment == "run":
+                self._arm(self._chance.uniform(0.0, LONGEST_RUN))
+            for deed in deeds:
+                deed(deed is struck)
+        except Exception:
+            # Whatever it was, it is the blow's doing, or a fault.
+            if not self._is_struck.is_set():
+                raise
+        assert self._is_armed
+        assert self._is_struck.wait(10.0)
+        self.program.wait_for_end()
+
+    def check_settings(self):
+        """Whether everything is there that was said, or only what was there before, or some of it."""
+        return self._expected.check()
+
+    def check_buttons(self):
+        """No button is down, and each press has its release."""
+        until(lambda: self._observer.buttons_down() == 0, "a button is down", 2.0)
+        report = self._observer.report()
+        assert report["inPairs"] and report["presses"] == report["releases"], report
+
+    # The blow
+
+    def _arm(self, seconds):
+        self._is_armed = True
+
+        def fall():
+            self._is_struck.set()
+            self._strike(self)
+        threading.Timer(seconds, fall).start()
+
+    def _await(self, look, what):
+        def look_unless_struck():
+            if self._is_struck.is_set():
+                raise Struck
+            return look()
+        return until(look_unless_struck, what)
+
+    # What is done to the program
+
+    def _find(self, role, name):
+        def look():
+            try:
+                for part in reversed(self.program.window.children):
+                    found = part.find_all(role, name)
+                    if found:
+                        return found[0]
+            except GLib.Error:
+                pass
+            return None
+        return self._await(look, f"there is no {role} {name!r}")
+
+    def _begin(self):
+        """Waits until everything is there as it was left, and has clicks run."""
+        self.program.wait_for_window()
+        clicks = self._find("text", "Stop after").text
+        assert clicks == str(self._expected.config["maxClicks"]), (clicks, self._expected.config)
+        self._await(lambda: not self._observer.has_hotkey_free("s", "control", "alt"), "the hotkey was not registered")
+        self._observer.press("s", "control", "alt")
+        self._await(lambda: self._observer.report()["presses"] > 0, "no clicks came")
+        self.was_ready = True
+
+    def _plan(self):
+        """What will be done, in this order."""
+        deeds = [self._chance.choice((self._step, self._step, self._apply, self._keep, self._delete))
+                 for _ in range(self._chance.randint(2, 5))]
+        return [self._put_off, *deeds] if self._expected.is_reminder_due else deeds
+
+    def _put_off(self, is_struck):
+        button = self._find("push button", "Maybe later")
+        self._expected.put_off()
+        self._arm_within(is_struck, 0.0)
+        button.do()
+        self._await(lambda: not self.program.shows("dialog", REMINDER), "the reminder stays")
+
+    def _step(self, is_struck):
+        direction, change = self._chance.choice((("Increase", 10), ("Decrease", -10)))
+        button = self._find("push button", f"{direction} Stop after")
+        self._expected.configure(maxClicks=self._expected.config["maxClicks"] + change)
+        self._arm_within(is_struck, SAVE_DELAY)
+        button.do()
+
+    def _arm_within(self, is_struck, seconds):
+        """Has the blow fall around the moment at which something is written."""
+        if is_struck:
+            self._arm(max(0.0, seconds + self._chance.uniform(-WRITING / 3, WRITING)))
+
+    def _open_presets(self):
+        self._find("push button", "Menu").do()
+        self._find("menu item", "Presets and Options…").do()
+        self._find("push button", "Presets").do()
+
+    def _close_presets(self):
+        self._find("push button", "Done").do()
+        self._await(lambda: not self.program.shows("dialog"), "the sheet stays")
+
+    def _apply(self, is_struck):
+        self._open_presets()
+        name = self._chance.choice(list(APPLIED))
+        item = self._find("menu item", name)
+        self._expected.configure(**APPLIED[name])
+        self._arm_within(is_struck, SAVE_DELAY)
+        item.do()
+        self._close_presets()
+
+    def _keep(self, is_struck):
+        if len(self._expected.presets) >= MOST_PRESETS:
+            self._delete(is_struck)
+            return
+        self._open_presets()
+        self._find("menu item", SAVE).do()
+        field = self._find("text", "Preset name")
+        self._await(lambda: "focused" in field.states, "the name does not have the keyboard")
+        name = f"kept {self._chance.randint(0, 9999)}"
+        self._observer.type(name)
+        self._await(lambda: field.text == name, "the name is not typed")
+        button = self._find("push button", "Save")
+        self._expected.keep([*self._expected.presets, name])
+        self._arm_within(is_struck, 0.0)
+        button.do()
+        self._close_presets()
+
+    def _delete(self, is_struck):
+        own = [name for name in self._expected.presets if name not in APPLIED]
+        if not own:
+            self._step(is_struck)
+            return
+        name = self._chance.choice(own)
+        self._open_presets()
+        self._find("menu item", "Delete Preset").do()
+        item = self._find("menu item", f'Delete "{name}"')
+        names = list(self._expected.presets)
+        names.remove(name)
+        self._expected.keep(names)
+        self._arm_within(is_struck, 0.0)
+        item.do()
+        self._close_presets()
+
+
+class Lives:
+    """One life after the other on the same profile. `live(profile, chance)` is what is tried, and returns the life."""
+
+    def __init__(self, figures, what, live):
+        self._figures = figures
+        self._what = what
+        self._live = live
+        self._profile = Profile()
+        self._found = collections.Counter()
+
+    def run(self, count):
+        for number in range(count):
+            if not self._figures.attempt(self._what, number, self._try):
+                # What a fault has left would be one for the next life as well.
+                self._profile.close()
+                self._profile = Profile()
+        for (moment, found), times in sorted(self._found.items()):
+            print(f"{self._what}, in the middle of a {moment}, found {found}: {times}", flush=True)
+        print("left in the folder:", *sorted(os.listdir(os.path.dirname(self._profile.path))), flush=True)
+        self._profile.close()
+
+    def _try(self, chance):
+        if chance.random() < 0.3:
+            self._profile.remind()
+        life = self._live(self._profile, chance)
+        self._found[life.moment, life.check_settings()] += 1
