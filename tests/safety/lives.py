@@ -7,7 +7,7 @@ import threading
 from gi.repository import GLib
 
 from harness.program import Program
-from harness.waiting import pause, until
+from harness.waiting import until
 
 from .profile import APPLIED, Expectations, Profile
 

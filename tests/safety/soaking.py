@@ -49,9 +49,9 @@ class Soak:
     def __init__(self, desktop, user, figures, seconds):
         self._user = user
         self._figures = figures
-        self._end = time.monotonic() + seconds
+        self._seconds = seconds
         self._chance = trials.chance("soak", user.WHERE)
-        self._counts = {"First": round(0.4 * seconds) * RATE, "Short": 300, "Middle": 1000, "Long": 3000}
+        self._counts = {"Whole": round(seconds) * RATE, "Short": 300, "Middle": 1000, "Long": 3000}
         presets = [{"id": f"00000000-0000-4000-8000-00000000000{number}", "name": name, "createdAt": 1.0, "config": self._config(clicks)}
                    for number, (name, clicks) in enumerate({**self._counts, "Endless": None}.items())]
         self._program = Program(desktop, {"velloran.config": preferences.as_bytes(self._config(None)),
@@ -138,16 +138,18 @@ class Soak:
             self._figures.attempt(f"end without a word, {where}", 0, lambda _: self._check_end())
 
     def _click_on(self):
-        """Until the time is over; whether all went well. After a failure nobody knows what the window shows."""
+        """One run for the whole time, and for a tenth of it many that end soon. Returns whether all went well: after a failure nobody
+        knows what the window shows."""
         where = self._user.WHERE
-        preset = "First"
+        preset = "Whole"
         number = 0
+        end = time.monotonic() + 1.1 * self._seconds
         while True:
             clicks = self._counts[preset]
             self._driver.apply(preset)
             is_exact = self._figures.attempt(f"counted runs, {where}", number, lambda _: self._run_counted(clicks))
             self._figures.count(f"their clicks, as another client counts them, {where}", clicks, clicks if is_exact else 0)
-            if not is_exact or time.monotonic() >= self._end:
+            if not is_exact or number and time.monotonic() >= end:
                 return is_exact
             self._driver.apply("Endless")
             seconds = self._chance.uniform(0.5, 6.0)
