@@ -134,8 +134,8 @@ class Soak:
         if self._click_on():
             where = self._user.WHERE
             self._figures.count(f"changes to the window meanwhile, {where}", self._driver.done, self._driver.done)
-            self._figures.attempt(f"growth of memory, threads or descriptors, {where}", 0, lambda _: self._check_growth())
-            self._figures.attempt(f"end without a word, {where}", 0, lambda _: self._check_end())
+            self._figures.attempt(f"growth of memory, threads or descriptors, {where}", None, lambda _: self._check_growth())
+            self._figures.attempt(f"end without a word, {where}", None, lambda _: self._check_end())
 
     def _click_on(self):
         """One run for the whole time, and for a tenth of it many that end soon. Returns whether all went well: after a failure nobody
@@ -147,13 +147,13 @@ class Soak:
         while True:
             clicks = self._counts[preset]
             self._driver.apply(preset)
-            is_exact = self._figures.attempt(f"counted runs, {where}", number, lambda _: self._run_counted(clicks))
+            is_exact = self._figures.attempt(f"counted runs, {where}", None, lambda _: self._run_counted(clicks))
             self._figures.count(f"their clicks, as another client counts them, {where}", clicks, clicks if is_exact else 0)
             if not is_exact or number and time.monotonic() >= end:
                 return is_exact
             self._driver.apply("Endless")
             seconds = self._chance.uniform(0.5, 6.0)
-            if not self._figures.attempt(f"stops, {where}", number, lambda _: self._run_endless(seconds)):
+            if not self._figures.attempt(f"stops, {where}", None, lambda _: self._run_endless(seconds)):
                 return False
             number += 1
             preset = self._chance.choice(("Short", "Middle", "Long"))

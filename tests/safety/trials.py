@@ -29,9 +29,9 @@ class Trials:
 
     def attempt(self, what, number, trial):
         """Calls `trial` with its own source of chance. It has survived when it returns; returns whether it did. With VELLORAN_ONLY
-        in the environment nothing but the trial of that number is made."""
+        in the environment nothing but the trial of that number is made. One without a number does not stand alone."""
         only = os.environ.get("VELLORAN_ONLY")
-        if only is not None and int(only) != number:
+        if None not in (only, number) and int(only) != number:
             return True
         has_survived = False
         try:
@@ -39,7 +39,9 @@ class Trials:
             has_survived = True
         except Exception:  # whatever it was, the next trial tells more
             traceback.print_exc()
-            print(f"FAILED: {what}, number {number}; again: VELLORAN_SEED={SEED} VELLORAN_ONLY={number} {sys.argv[0]}", flush=True)
+            stage = os.path.basename(sys.argv[0])
+            alone = "" if number is None else f"VELLORAN_ONLY={number} "
+            print(f"FAILED: {what}, number {number}; again: {alone}tools/prove-safety BUILD --seed {SEED} {stage}", flush=True)
         self.count(what, 1, has_survived)
         return has_survived
 
