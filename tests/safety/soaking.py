@@ -142,18 +142,17 @@ class Soak:
         knows what the window shows."""
         where = self._user.WHERE
         preset = "Whole"
-        number = 0
-        end = time.monotonic() + 1.1 * self._seconds
+        end = None
         while True:
             clicks = self._counts[preset]
             self._driver.apply(preset)
             is_exact = self._figures.attempt(f"counted runs, {where}", None, lambda _: self._run_counted(clicks))
             self._figures.count(f"their clicks, as another client counts them, {where}", clicks, clicks if is_exact else 0)
-            if not is_exact or number and time.monotonic() >= end:
+            end = end or time.monotonic() + 0.1 * self._seconds
+            if not is_exact or time.monotonic() >= end:
                 return is_exact
             self._driver.apply("Endless")
             seconds = self._chance.uniform(0.5, 6.0)
             if not self._figures.attempt(f"stops, {where}", None, lambda _: self._run_endless(seconds)):
                 return False
-            number += 1
             preset = self._chance.choice(("Short", "Middle", "Long"))
