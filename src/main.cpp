@@ -73,10 +73,21 @@ platform::qt::QtPreferences* openPreferences = nullptr;
     _exit(EXIT_FAILURE);
 }
 
-/// The toolkit notices a lost server by itself, says so in words of its own and leaves.
+[[noreturn]] void endWithoutDisplay() {
+    std::fputs("Velloran: there is no display to open a window on.\n", stderr);
+    // Whatever the toolkit has made so far cannot be destroyed from here.
+    std::fflush(stderr);
+    _exit(EXIT_FAILURE);
+}
+
+/// The toolkit notices a lost server by itself, says so in words of its own and leaves. One that is not there at the
+/// start is to it an installation that is broken, and a reason to crash.
 void handleToolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (message.contains(QLatin1String("connection broke"))) {
         endWithoutServer();
+    }
+    if (type == QtFatalMsg && message.contains(QLatin1String("no Qt platform plugin could be initialized"))) {
+        endWithoutDisplay();
     }
     std::fprintf(stderr, "%s\n", qUtf8Printable(qFormatLogMessage(type, context, message)));
     if (type == QtFatalMsg) {
@@ -241,8 +252,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
 
 int main(int argc, char* argv[]) {
     if (!hasDisplay()) {
-        std::fputs("Velloran: there is no display to open a window on.\n", stderr);
-        return EXIT_FAILURE;
+        endWithoutDisplay();
     }
     platform::posix::TerminationSignals::hold();
     // A reader of the log that goes away is no reason to end.

@@ -80,6 +80,13 @@ class MissingServices(DesktopCase):
         self.assertEqual(program.wait_for_end(), 1)
         self.assertEqual(program.log.splitlines(), ["Velloran: there is no display to open a window on."])
 
+    def test_a_display_that_does_not_answer(self):
+        program = self.launch({}, environment={"DISPLAY": self.desktop.display + "77"})
+        self.assertEqual(program.wait_for_end(), 1)
+        *said_by_toolkit, last = program.log.splitlines()
+        self.assertEqual(last, "Velloran: there is no display to open a window on.")
+        self.assertTrue(all(line.startswith("qt.qpa.") for line in said_by_toolkit), program.log)
+
 
 class UnwritableSettings(DesktopCase):
     """As an ordinary user: nothing is read-only for the administrator."""
