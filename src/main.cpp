@@ -20,6 +20,7 @@
 #include "platform/portal/PortalSettings.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
+#include "platform/posix/fileSizeLimit.h"
 #include "platform/pulse/PulseSounds.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtPreferences.h"
@@ -255,6 +256,7 @@ int main(int argc, char* argv[]) {
         endWithoutDisplay();
     }
     platform::posix::TerminationSignals::hold();
+    platform::posix::outliveFileSizeLimit();
     // A reader of the log that goes away is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     qInstallMessageHandler(handleToolkitMessage);
