@@ -7,6 +7,9 @@
 #include <QSaveFile>
 #include <QString>
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <utility>
 
 namespace velloran::platform::qt {
@@ -55,6 +58,12 @@ bool isLock(const QString& name) {
     return !info.isSymLink() && (!info.exists() || (info.isFile() && info.size() <= largestLock));
 }
 
+/// Whether the disk has it all. Disks over a network, and some with a quota, say only here that they have not.
+bool isKept(const QSaveFile& file) {
+    // Where there is no such thing as keeping, nothing better can be had.
+    return fdatasync(file.handle()) == 0 || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
+}
+
 /// What could not be read again is not written.
 bool replace(const QString& name, const std::string& content) {
     const auto size = static_cast<qint64>(content.size());
@@ -64,7 +73,7 @@ bool replace(const QString& name, const std::string& content) {
     }
     // The bytes may still be in memory. Committing pays no attention to a disk that has no room for them, and would put
     // an empty file in the place of the old one.
-    return file.write(content.data(), size) == size && file.flush() && file.commit();
+    return file.write(content.data(), size) == size && file.flush() && isKept(file) && file.commit();
 }
 
 } // namespace

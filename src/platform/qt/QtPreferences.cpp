@@ -132,11 +132,15 @@ bool QtPreferences::holds(const std::string& key) const {
 }
 
 void QtPreferences::change(const std::vector<Change>& changes) {
+    // All of them before any counts: on the way memory may be refused.
+    EntryChanges made;
+    for (const auto& [key, value] : changes) {
+        made[key] = value ? std::optional(writeStoredValue(*value)) : std::nullopt;
+    }
     {
         const std::lock_guard lock(state_->mutex);
-        for (const auto& [key, value] : changes) {
-            state_->unsaved[key] = value ? std::optional(writeStoredValue(*value)) : std::nullopt;
-        }
+        made.merge(state_->unsaved);
+        made.swap(state_->unsaved);
     }
     saving_.request();
 }

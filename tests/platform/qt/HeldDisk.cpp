@@ -1,5 +1,8 @@
 #include "platform/qt/HeldDisk.h"
 
+#include "platform/qt/FailingDisk.h"
+
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -22,6 +25,9 @@ struct Disk {
     bool gaveUp = false;
     int waiting = 0;
     int writes = 0;
+    /// The file that it was asked to keep last: asked again it is still one. The next one is made while this one is
+    /// there.
+    ino_t last = 0;
 };
 
 Disk& disk() {
@@ -31,8 +37,15 @@ Disk& disk() {
 
 int keep(int descriptor) {
     const auto name = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor)).string();
+
+    struct stat file {};
+
+    fstat(descriptor, &file);
     std::unique_lock lock(disk().mutex);
-    disk().writes += name.ends_with(".lock") ? 0 : 1;
+    if (!name.ends_with(".lock") && file.st_ino != disk().last) {
+        disk().last = file.st_ino;
+        ++disk().writes;
+    }
     ++disk().waiting;
     disk().changed.notify_all();
     if (!disk().changed.wait_for(lock, forEver, [] { return !disk().isHeld; })) {
@@ -40,7 +53,7 @@ int keep(int descriptor) {
         disk().isHeld = false;
     }
     --disk().waiting;
-    return 0;
+    return FailingDisk::keeps() ? 0 : -1;
 }
 
 } // namespace
@@ -50,6 +63,7 @@ HeldDisk::HeldDisk() {
     disk().isHeld = true;
     disk().gaveUp = false;
     disk().writes = 0;
+    disk().last = 0;
 }
 
 HeldDisk::~HeldDisk() {
