@@ -93,8 +93,15 @@ class Desktop:
         path = os.path.join(self.folder, "openbox", "rc.xml")
         with open(path, "w", encoding="ascii") as file:
             file.write(WINDOW_MANAGER_CONFIGURATION)
+        self.start_window_manager()
+
+    def start_window_manager(self):
+        """Starts one, also after another has been killed."""
+        path = os.path.join(self.folder, "openbox", "rc.xml")
         ready = os.path.join(self.folder, "window-manager-is-ready")
-        self._run("window-manager", ["openbox", "--config-file", path, "--startup", f"touch {ready}"])
+        if os.path.exists(ready):
+            os.unlink(ready)
+        self.window_manager = self._run("window-manager", ["openbox", "--config-file", path, "--startup", f"touch {ready}"])
         until(lambda: os.path.exists(ready), "the window manager did not start")
 
     def _start_bus(self):
@@ -156,6 +163,11 @@ class Desktop:
         """Another session bus at the same address."""
         self.bus = self._run("second-bus", ["dbus-daemon", "--nofork", "--config-file", os.path.join(self.folder, "bus.conf")])
         until(lambda: os.path.exists(os.path.join(self.folder, "bus")), "the session bus did not start")
+
+    def end_window_manager(self):
+        """Has the window manager crash."""
+        self.window_manager.kill()
+        self.window_manager.wait()
 
     def end_server(self):
         self.server.kill()
