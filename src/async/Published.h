@@ -78,6 +78,20 @@ public:
     }
 
 private:
+    /// Ends with an exception as well: otherwise nothing would be passed on any more.
+    class Sending {
+    public:
+        explicit Sending(bool& isSending) : isSending_(isSending) { isSending_ = true; }
+
+        Sending(const Sending&) = delete;
+        Sending& operator=(const Sending&) = delete;
+
+        ~Sending() { isSending_ = false; }
+
+    private:
+        bool& isSending_;
+    };
+
     struct State {
         explicit State(T initial) : value(std::move(initial)) {}
 
@@ -91,13 +105,12 @@ private:
             if (isSending) {
                 return;
             }
-            isSending = true;
+            const Sending sending(isSending);
             while (!unsent.empty()) {
                 const auto [assignment, next] = std::move(unsent.front());
                 unsent.pop_front();
                 changed.notify(assignment, next);
             }
-            isSending = false;
         }
 
         T value;

@@ -60,10 +60,11 @@ bool Task::isFinished() const {
 }
 
 void Task::promise_type::Start::await_suspend(std::coroutine_handle<> handle) const {
-    auto owner = std::make_shared<Frame>();
-    owner->handle = handle;
+    const auto owner = std::make_shared<Frame>();
     promise.frame = owner;
-    promise.state->scheduleStep(std::move(owner));
+    promise.state->scheduleStep(owner);
+    // Not before: when there is no memory for the step, the coroutine ends by itself, and must not be ended twice.
+    owner->handle = handle;
 }
 
 void Task::promise_type::SleepAwaiter::await_suspend(std::coroutine_handle<>) const {

@@ -80,11 +80,11 @@ std::string HotkeyCombo::nameForKey(std::uint32_t code, const std::string& fallb
 }
 
 json::Value encode(const HotkeyCombo& combo) {
-    return {
-        {"modifierFlagsRaw", combo.modifierFlagsRaw},
-        {"keyCode", combo.keyCode},
-        {"display", combo.display},
-    };
+    json::Value object = json::Value::object();
+    object["modifierFlagsRaw"] = combo.modifierFlagsRaw;
+    object["keyCode"] = combo.keyCode;
+    object["display"] = combo.display;
+    return object;
 }
 
 std::optional<HotkeyCombo> decodeHotkeyCombo(const json::Value& value) {

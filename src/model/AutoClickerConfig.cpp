@@ -54,16 +54,16 @@ std::optional<std::string> AutoClickerConfig::validationError() const {
 }
 
 json::Value encode(const AutoClickerConfig& config) {
-    json::Value object{
-        {"mouseButton", rawValue(config.mouseButton)},
-        {"clickIntervalSeconds", config.clickIntervalSeconds},
-        {"stopMode", rawValue(config.stopMode)},
-        {"startDelaySeconds", config.startDelaySeconds},
-        {"requireStationaryMouse", config.requireStationaryMouse},
-        {"stationarySeconds", config.stationarySeconds},
-        {"playClickSound", config.playClickSound},
-        {"minimizeToTray", config.minimizeToTray},
-    };
+    // Member by member: what the library has of a list of them is lost when there is no memory for the rest.
+    json::Value object = json::Value::object();
+    object["mouseButton"] = rawValue(config.mouseButton);
+    object["clickIntervalSeconds"] = config.clickIntervalSeconds;
+    object["stopMode"] = rawValue(config.stopMode);
+    object["startDelaySeconds"] = config.startDelaySeconds;
+    object["requireStationaryMouse"] = config.requireStationaryMouse;
+    object["stationarySeconds"] = config.stationarySeconds;
+    object["playClickSound"] = config.playClickSound;
+    object["minimizeToTray"] = config.minimizeToTray;
     if (config.maxClicks) {
         object["maxClicks"] = *config.maxClicks;
     }

@@ -57,12 +57,12 @@ const std::vector<Preset>& Preset::builtIns() {
 }
 
 json::Value encode(const Preset& preset) {
-    return {
-        {"id", preset.id.text()},
-        {"name", preset.name},
-        {"config", encode(preset.config)},
-        {"createdAt", preset.createdAt.secondsSinceReference()},
-    };
+    json::Value object = json::Value::object();
+    object["id"] = preset.id.text();
+    object["name"] = preset.name;
+    object["config"] = encode(preset.config);
+    object["createdAt"] = preset.createdAt.secondsSinceReference();
+    return object;
 }
 
 Result<Preset> decodePreset(const json::Value& value) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -252,6 +253,21 @@ TEST(Stream, EndingADebouncedSubscriptionEndsTheWait) {
     EXPECT_EQ(loop.pendingCalls(), 0U);
     loop.advance(1.0);
     EXPECT_TRUE(seen.empty());
+}
+
+TEST(Published, AnObserverThatThrowsKeepsNobodyFromTheNextValue) {
+    Published<int> value(1);
+    std::vector<int> seen;
+    const Subscription thrower = value.stream().subscribe([](int now) {
+        if (now == 2) {
+            throw std::bad_alloc();
+        }
+    });
+    const Subscription watcher = value.stream().subscribe([&](int now) { seen.push_back(now); });
+    EXPECT_THROW(value.set(2), std::bad_alloc);
+    EXPECT_EQ(value.get(), 2);
+    value.set(3);
+    EXPECT_EQ(seen, (std::vector{1, 3}));
 }
 
 } // namespace velloran

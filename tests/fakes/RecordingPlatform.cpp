@@ -111,11 +111,12 @@ public:
 
     Subscription installHandler(Handler handler) override {
         owner_.note("install handler");
-        owner_.handlers.emplace(++lastHandler_, std::move(handler));
-        return Subscription([&owner = owner_, number = lastHandler_] {
+        Subscription installed([&owner = owner_, number = ++lastHandler_] {
             owner.note("remove handler");
             owner.handlers.erase(number);
         });
+        owner_.handlers.emplace(lastHandler_, std::move(handler));
+        return installed;
     }
 
     Subscription registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, platform::HotKeyId id,
@@ -123,15 +124,17 @@ public:
         owner_.note("register key " + std::to_string(keyCode) + " modifiers " + std::to_string(modifiers) +
                     " signature " + std::to_string(id.signature) + " id " + std::to_string(id.id));
         const int number = ++lastHotKey_;
-        owner_.hotKeys.emplace(number, std::move(answered));
-        if (owner_.hotKeyStatus) {
-            owner_.answerHotKey(number, {*owner_.hotKeyStatus, {}});
-        }
-        return Subscription([&owner = owner_, number] {
+        // Before it is there: an exception on the way leaves nothing behind then.
+        Subscription registered([&owner = owner_, number] {
             if (owner.hotKeys.erase(number) != 0) {
                 owner.note("unregister key");
             }
         });
+        owner_.hotKeys.emplace(number, std::move(answered));
+        if (owner_.hotKeyStatus) {
+            owner_.answerHotKey(number, {*owner_.hotKeyStatus, {}});
+        }
+        return registered;
     }
 
 private:

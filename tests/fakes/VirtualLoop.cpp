@@ -123,8 +123,9 @@ void VirtualLoop::postFromAnyThread(Function function) {
 EventLoop::CallId VirtualLoop::callAfter(std::uint64_t nanoseconds, Function function) {
     const std::uint64_t id = ++lastId_;
     const std::uint64_t due = elapsed_ + nanoseconds;
-    calls_.emplace(std::pair(due, id), std::move(function));
+    // In this order: a moment without a call does no harm when there is no memory for the second of them.
     due_.emplace(id, due);
+    calls_.emplace(std::pair(due, id), std::move(function));
     return CallId{id};
 }
 
