@@ -224,6 +224,10 @@ class Witness:
         self.press(code, modifiers)
         self.release(code, modifiers)
 
+    def load(self, layout):
+        """Gives the keyboard another layout, by its customary name."""
+        self._ask(f"layout {layout}")
+
     def move(self, x, y, size):
         """Puts the mouse on that place of a desktop of that size."""
         self._ask(f"move {round(x)} {round(y)} {size[0]} {size[1]}")
@@ -244,10 +248,6 @@ class Witness:
         the system's monotonic clock in seconds."""
         lines = [self._read().split() for _ in range(self._ask("report"))]
         return [(kind, int(code), int(arrival) / 1e9) for kind, code, _, arrival in lines]
-
-    def load(self, layout):
-        """Gives the keyboard another layout, by its customary name."""
-        self._ask(f"layout {layout}")
 
     def report(self):
         """The same without the moments."""
