@@ -6,7 +6,7 @@ import os
 import shutil
 import subprocess
 
-from . import processes
+from . import cursors, processes
 from .desktop import Desktop
 from .waiting import LONGEST_WAIT, until
 
@@ -126,6 +126,14 @@ class Sway(Compositor):
     def focus(self, name):
         self.command(f'[title="^{name}$"] focus')
         until(lambda: self.view(name)["focused"], f"{name} does not get the focus")
+
+
+class SwayWithPointers(Sway):
+    """Its pointers, and those of its clients, are told apart by their colour. Newer toolkits let the compositor draw them."""
+
+    def _start_compositor(self):
+        self.environment.update(cursors.write_theme(self.folder))
+        return super()._start_compositor()
 
 
 class SwayWithOutputs(Sway):

@@ -7,6 +7,7 @@ import subprocess
 from PIL import Image, ImageChops, ImageStat
 
 from harness import cursors, picture, processes
+from harness.compositor import SwayWithPointers
 from harness.compositor_case import CompositorCase, HELD, LEFT, RIGHT, S
 from harness.program import PROGRAM
 from harness.waiting import pause, stays, until
@@ -22,12 +23,12 @@ def edges_of(rect):
 
 
 class SwayFrame(CompositorCase):
+    COMPOSITOR = SwayWithPointers
     CONFIGURATION = FLOATING
     START = (300, 100, 1300, 900)
 
     def setUp(self):
         super().setUp()
-        self.desktop.environment.update(cursors.write_theme(self.desktop.folder))
         self.program = self.start_with()
         self.desktop.focus("Velloran")
         self.put_back()
