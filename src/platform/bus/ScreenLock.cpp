@@ -18,10 +18,12 @@ struct Place {
     const char* interface;
 };
 
-constexpr std::array<Place, 3> places{{
+constexpr std::array<Place, 4> places{{
     {"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver"},
     {"org.freedesktop.ScreenSaver", "/ScreenSaver", "org.freedesktop.ScreenSaver"},
     {"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"},
+    // The name before is that of a go-between, which need not run.
+    {"org.gnome.Shell.ScreenShield", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"},
 }};
 constexpr std::size_t loginManager = places.size();
 

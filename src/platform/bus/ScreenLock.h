@@ -44,7 +44,7 @@ private:
     SessionBus& session_;
     SessionBus& system_;
     /// What each source says; the last is the login manager.
-    std::array<bool, 4> says_{};
+    std::array<bool, 5> says_{};
     bool isLocked_ = false;
 };
 

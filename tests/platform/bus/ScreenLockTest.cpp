@@ -69,6 +69,20 @@ TEST_F(ScreenLockTest, IsHeardFromTheDesktop) {
     }
 }
 
+TEST_F(ScreenLockTest, IsHeardFromAShellWithoutItsGoBetween) {
+    FakeLock shell(sessionBus.address(), QStringLiteral("org.gnome.Shell.ScreenShield"), "/org/gnome/ScreenSaver");
+    follow();
+    shell.isLocked = true;
+    shell.tell(gnome, "ActiveChanged", {true});
+    // At the beginning, and to confirm it.
+    ASSERT_NO_FATAL_FAILURE(expectAsked(shell, 2));
+    EXPECT_TRUE(lock->isLocked());
+    shell.isLocked = false;
+    shell.tell(gnome, "ActiveChanged", {false});
+    EXPECT_TRUE(becomes(false));
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(ScreenLockTest, IsHeardFromTheLoginManager) {
     FakeLock fake(systemBus.address(), login, "/org/freedesktop/login1/session/_31");
     follow();
