@@ -32,6 +32,7 @@ class Compositor(Desktop):
         self._configuration = configuration
         self._size = size
         self.witness = None
+        self.server = None
         super().__init__(size)
 
     def _start(self, size):
@@ -82,7 +83,8 @@ class Compositor(Desktop):
         if self.witness:
             self.witness.close()
         super().close()
-        self.server.stdout.close()
+        if self.server and self.server.stdout:
+            self.server.stdout.close()
 
 
 class Sway(Compositor):
@@ -205,7 +207,8 @@ class Witness:
 
     def __init__(self, environment):
         self._process = processes.start([WITNESS], environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
-        assert self._read() == "ready", "the witness did not start"
+        line = self._read()
+        assert line == "ready", f"the witness did not start: {line}"
 
     def _read(self):
         return self._process.stdout.readline().strip()
@@ -220,6 +223,10 @@ class Witness:
     def keys(self):
         """How many keys the window has seen pressed."""
         return self._ask("keys")
+
+    def has_focus(self):
+        """Whether it has the keyboard."""
+        return self._ask("focus") == 1
 
     def press(self, code, modifiers=0):
         """Everything that comes of it has been sent out when this returns."""

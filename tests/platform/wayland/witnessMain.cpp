@@ -45,7 +45,7 @@ public:
         registry_ = wl_display_get_registry(display_);
         wl_registry_add_listener(registry_, &registryListener, this);
         wl_display_roundtrip(display_);
-        if (compositor_ == nullptr || memory_ == nullptr || seat_ == nullptr || shell_ == nullptr || mice_ == nullptr) {
+        if (compositor_ == nullptr || memory_ == nullptr || seat_ == nullptr || shell_ == nullptr) {
             std::cerr << "something is missing\n";
             std::exit(1);
         }
@@ -63,18 +63,23 @@ public:
         dispatchUntil([this] { return isShown_; });
     }
 
+    /// Where the compositor gives programs neither mouse nor keyboard, somebody else brings them.
     void putMouseOnWindow() {
-        mouse_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(mice_, seat_);
-        // The seat has a pointer only now, and tells so.
-        dispatchUntil([this] { return pointer_ != nullptr; });
-        zwlr_virtual_pointer_v1_motion_absolute(mouse_, 0, 1, 1, 3, 3);
-        zwlr_virtual_pointer_v1_frame(mouse_);
+        if (mice_ != nullptr) {
+            mouse_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(mice_, seat_);
+            // The seat has a pointer only now, and tells so.
+            dispatchUntil([this] { return pointer_ != nullptr; });
+            zwlr_virtual_pointer_v1_motion_absolute(mouse_, 0, 1, 1, 3, 3);
+            zwlr_virtual_pointer_v1_frame(mouse_);
+        }
         dispatchUntil([this] { return isEntered_; });
     }
 
     void plugInKeyboard() {
-        typing_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards_, seat_);
-        load("");
+        if (keyboards_ != nullptr) {
+            typing_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards_, seat_);
+            load("");
+        }
         dispatchUntil([this] { return isFocused_; });
     }
 
@@ -165,6 +170,8 @@ public:
             tellToken();
         } else if (question == "releases") {
             std::cout << releases_ << std::endl;
+        } else if (question == "focus") {
+            std::cout << (isFocused_ ? 1 : 0) << std::endl;
         } else if (question == "report") {
             std::cout << events_.size() << '\n';
             for (const ButtonEvent& event : events_) {
@@ -353,7 +360,7 @@ const wl_pointer_listener Client::pointerListener = [] {
 const wl_keyboard_listener Client::keyboardListener{
     [](void*, wl_keyboard*, std::uint32_t, int keymap, std::uint32_t) { close(keymap); },
     [](void* data, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) { self(data).isFocused_ = true; },
-    [](void*, wl_keyboard*, std::uint32_t, wl_surface*) {},
+    [](void* data, wl_keyboard*, std::uint32_t, wl_surface*) { self(data).isFocused_ = false; },
     [](void* data, wl_keyboard*, std::uint32_t serial, std::uint32_t, std::uint32_t, std::uint32_t state) {
         self(data).keySerial_ = serial;
         self(data).keyPresses_ += state == WL_KEYBOARD_KEY_STATE_PRESSED ? 1 : 0;
