@@ -14,7 +14,6 @@ from .driving import Driver
 
 RATE = 100  # clicks in a second
 CALM = 1.0  # seconds between two deeds
-PRESETS = {"Short": 300, "Middle": 1000, "Long": 3000, "Endless": None}
 # Between the first third of the time and the last. Leaking a hundredth of a picture of the window with each deed is more.
 MOST_GROWTH = 3 * 1024  # KiB
 
@@ -51,7 +50,7 @@ class Soak:
         self._figures = figures
         self._seconds = seconds
         self._chance = trials.chance("soak", user.WHERE)
-        self._counts = {"Whole": round(seconds) * RATE, "Short": 300, "Middle": 1000, "Long": 3000}
+        self._counts = {"Whole": round(seconds) * RATE, "Short": 300, "Long": 1000}
         presets = [{"id": f"00000000-0000-4000-8000-00000000000{number}", "name": name, "createdAt": 1.0, "config": self._config(clicks)}
                    for number, (name, clicks) in enumerate({**self._counts, "Endless": None}.items())]
         self._program = Program(desktop, {"velloran.config": preferences.as_bytes(self._config(None)),
@@ -155,4 +154,4 @@ class Soak:
             seconds = self._chance.uniform(0.5, 6.0)
             if not self._figures.attempt(f"stops, {where}", None, lambda _: self._run_endless(seconds)):
                 return False
-            preset = self._chance.choice(("Short", "Middle", "Long"))
+            preset = self._chance.choice(("Short", "Long"))
