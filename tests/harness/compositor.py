@@ -53,6 +53,8 @@ class Compositor(Desktop):
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "NO_AT_BRIDGE": "0",
         }
         self._start_bus()
+        # Every system that has such a desktop has a bus of its own; one that is absent is looked for again and again.
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.environment["DBUS_SESSION_BUS_ADDRESS"]
         # By its whole path: clients have a runtime folder of their own.
         self.environment["WAYLAND_DISPLAY"] = os.path.join(self._place, self._start_compositor())
         self.witness = Witness(self.environment)
