@@ -49,3 +49,16 @@ class WakeUps(DesktopCase):
         self.assertTrue(program.is_running())
         self.desktop.run_tool("xdotool", "windowmap", program.window_id)
         until(lambda: self.wake_ups(program, 1.0) > 20, "the mascot does not fly again")
+
+    def test_the_mascot_is_painted_by_one_thread(self):
+        program = self.start_with(clickIntervalSeconds=1000.0)
+        self.observer.move(1450, 150)
+        program.find("push button", "Start").do()
+        program.wait_for_headline("Running")
+        pause(1.0)  # everything has been painted once
+
+        def wake_ups_of_helpers():
+            return processes.voluntary_switches(program.pid, "Thread (pooled)")
+        before = wake_ups_of_helpers()
+        self.assertGreater(self.wake_ups(program), 20 * WINDOW)
+        self.assertLessEqual(wake_ups_of_helpers(), before)

@@ -35,13 +35,21 @@ def read_all(path):
         return file.read()
 
 
-def voluntary_switches(pid):
-    """How often the threads of a process have gone to sleep by themselves: every wake-up is one."""
+def mapped_files(pid):
+    """The names, without their folders, of all files that a process has in its memory."""
+    lines = read_all(f"/proc/{pid}/maps").splitlines()
+    return {os.path.basename(line.split(maxsplit=5)[5]) for line in lines if "/" in line}
+
+
+def voluntary_switches(pid, thread_name=None):
+    """How often the threads of a process, or those of that name, have gone to sleep by themselves: every wake-up is one."""
     total = 0
     for thread in os.listdir(f"/proc/{pid}/task"):
         try:
             status = read_all(f"/proc/{pid}/task/{thread}/status")
         except FileNotFoundError:
+            continue
+        if thread_name is not None and status.splitlines()[0].split(maxsplit=1)[1] != thread_name:
             continue
         total += next(int(line.split()[1]) for line in status.splitlines() if line.startswith("voluntary_ctxt_switches"))
     return total

@@ -1,4 +1,5 @@
 import QtQuick
+import Velloran
 
 /// The band at the top of the window with the mascot and the program's name. It holds no buttons.
 Rectangle {
