@@ -25,5 +25,12 @@ T.Control {
             offsetY: 12
             color: Theme.black(0.35)
         }
+
+        // Opaque, as the renderer knows of plain rectangles only: it paints nothing below when something changes inside of the card.
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: Theme.radius.card
+            color: Theme.cardFill
+        }
     }
 }
