@@ -1,5 +1,6 @@
 #include "ui/theme/blur.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <span>
@@ -61,8 +62,11 @@ void blur(QImage& alpha, double deviation) {
     std::vector<float> scratch;
     for (std::size_t y = 0; y < rows; ++y) {
         const uchar* source = alpha.constScanLine(static_cast<int>(y));
-        line.assign(source, source + columns);
-        blurLine(line, widths, scratch);
+        // Most rows of a shape with straight sides are as the one above.
+        if (y == 0 || !std::equal(source, source + columns, alpha.constScanLine(static_cast<int>(y - 1)))) {
+            line.assign(source, source + columns);
+            blurLine(line, widths, scratch);
+        }
         std::copy(line.begin(), line.end(), values.begin() + static_cast<std::ptrdiff_t>(y * columns));
     }
     line.resize(rows);
