@@ -18,10 +18,10 @@
 #include "platform/bus/SingleInstance.h"
 #include "platform/portal/PortalFileChooser.h"
 #include "platform/portal/PortalSettings.h"
+#include "platform/posix/ModuleSounds.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
 #include "platform/posix/fileSizeLimit.h"
-#include "platform/pulse/PulseSounds.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
@@ -169,7 +169,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     platform::qt::QtPreferences preferences(platform::qt::QtPreferences::defaultPath());
     const OpenPreferences whileOpen(preferences);
     platform::qt::QtUrlOpener urlOpener;
-    platform::pulse::PulseSounds sounds;
+    platform::posix::ModuleSounds sounds(platform::posix::ModuleSounds::pathOf("velloran-sound"), VELLORAN_VERSION);
     const Backends backends = realBackends(
         loop, [] { endWithoutServer(); }, busAddress);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
@@ -187,6 +187,12 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     const SharedHotkeys sharedHotkeys;
 
     const auto store = AutoClickerStore::create(loop, desktop, sounds, std::make_unique<PresetStore>(preferences));
+    // The sound library is of no use to anybody who hears no ticks.
+    const Subscription soundWanted = store->config.stream().subscribe([&sounds](const AutoClickerConfig& config) {
+        if (config.playClickSound) {
+            sounds.prepare();
+        }
+    });
     DonationManager donations(loop, preferences, urlOpener);
     platform::waylandwindow::ShortcutsInhibitor shortcuts;
     KeyEventMonitor keyMonitor(desktop, [&shortcuts] { return shortcuts.inhibit(); });
