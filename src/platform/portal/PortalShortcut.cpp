@@ -14,15 +14,13 @@ using Outcome = PortalResponse::Outcome;
 
 /// For everything that needs no user.
 constexpr std::uint64_t longestWaitForShortcut = 30 * nanosecondsPerSecond;
-/// Longer than any keyboard waits before it repeats a key.
-constexpr std::uint64_t longestPauseWhileHeld = 3 * nanosecondsPerSecond;
 
 const auto shortcutsKey = QStringLiteral("shortcuts");
 
 } // namespace
 
 PortalShortcut::PortalShortcut(EventLoop& loop, Portal& portal, Wish wish)
-    : loop_(loop), portal_(portal), wish_(std::move(wish)), session_(portal, shortcutsInterface) {
+    : loop_(loop), portal_(portal), wish_(std::move(wish)), key_(loop), session_(portal, shortcutsInterface) {
     registerShortcuts();
     portal_.listen(portalPath, shortcutsInterface, QStringLiteral("Activated"), this, SLOT(activated(QDBusMessage)));
     portal_.listen(portalPath, shortcutsInterface, QStringLiteral("Deactivated"), this,
@@ -89,7 +87,7 @@ void PortalShortcut::listed(Question question, const PortalResponse& response) {
         end(&PortalShortcut::gone);
     } else {
         state_ = State::unbound;
-        isDown_ = false;
+        key_.release();
         emit unbound();
     }
 }
@@ -125,16 +123,14 @@ void PortalShortcut::activated(const QDBusMessage& message) {
     if (!isOurs(message) || message.arguments().value(1).toString() != wish_.identifier) {
         return;
     }
-    // A held key may be told of again and again. Its release may go unheard: another session comes to the front.
-    forgetting_ = ScheduledCall(loop_, loop_.callAfter(longestPauseWhileHeld, [this] { isDown_ = false; }));
-    if (!std::exchange(isDown_, true)) {
+    if (key_.press()) {
         emit pressed();
     }
 }
 
 void PortalShortcut::deactivated(const QDBusMessage& message) {
     if (isOurs(message) && message.arguments().value(1).toString() == wish_.identifier) {
-        isDown_ = false;
+        key_.release();
     }
 }
 

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "async/EventLoop.h"
+#include "platform/HeldKey.h"
 #include "platform/portal/PortalRequest.h"
 #include "platform/portal/PortalSession.h"
 #include "platform/portal/Shortcut.h"
@@ -81,8 +82,7 @@ private:
     const Wish wish_;
     State state_ = State::opening;
     bool isDoubtful_ = false;
-    bool isDown_ = false;
-    ScheduledCall forgetting_;
+    HeldKey key_;
     ScheduledCall patience_;
     PortalSession session_;
     std::unique_ptr<PortalRequest> request_;

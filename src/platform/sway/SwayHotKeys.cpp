@@ -14,9 +14,6 @@ namespace velloran::platform::sway {
 
 namespace {
 
-/// Longer than any keyboard waits before it repeats a key.
-constexpr std::uint64_t longestPauseWhileHeld = 3 * nanosecondsPerSecond;
-
 std::optional<json::Value> parsed(const Message& message) {
     auto value = json::parse(message.payload);
     return value ? std::optional(std::move(value).value()) : std::nullopt;
@@ -80,7 +77,7 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
         answered({hotKeyInvalidError, {}});
         return {};
     }
-    const auto registration = std::make_shared<Registration>();
+    const auto registration = std::make_shared<Registration>(loop_);
     registration->combination = combinationText(modifiers, *evdevCode);
     registration->evdevCode = *evdevCode;
     registration->modifiers = keymapModifiers(modifiers);
@@ -248,14 +245,10 @@ void SwayHotKeys::onBinding(const std::string& command) {
     }
     const auto registration = *found;
     if (registration->released == command) {
-        registration->isDown = false;
+        registration->key.release();
         return;
     }
-    // A release goes unheard where the user goes to another mode, or to another screen, with the key down.
-    registration->forgetting =
-        ScheduledCall(loop_, loop_.callAfter(longestPauseWhileHeld,
-                                             [registration = registration.get()] { registration->isDown = false; }));
-    if (!std::exchange(registration->isDown, true)) {
+    if (registration->key.press()) {
         const HotKeyEvent event{registration->id};
         handlers_.notify(&event);
     }
@@ -264,7 +257,7 @@ void SwayHotKeys::onBinding(const std::string& command) {
 void SwayHotKeys::onReload() {
     const auto dropped = registrations_;
     for (const auto& registration : dropped) {
-        registration->isDown = false;
+        registration->key.release();
         registration->isBound = false;
         check(registration);
     }

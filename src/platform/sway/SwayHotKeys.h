@@ -3,6 +3,7 @@
 #include "async/EventLoop.h"
 #include "async/Observers.h"
 #include "keys/KeyboardLayout.h"
+#include "platform/HeldKey.h"
 #include "platform/HotKeys.h"
 #include "platform/sway/SwayConnection.h"
 #include "platform/sway/UserConfiguration.h"
@@ -43,6 +44,8 @@ public:
 
 private:
     struct Registration {
+        explicit Registration(EventLoop& loop) : key(loop) {}
+
         HotKeyId id;
         AnswerReceiver answered;
         /// As sway writes it.
@@ -57,8 +60,7 @@ private:
         bool isBound = false;
         bool isAnswered = false;
         Status status = noErr;
-        bool isDown = false;
-        ScheduledCall forgetting;
+        HeldKey key;
     };
 
     using Answered = std::function<void(const Message&)>;
