@@ -130,18 +130,29 @@ std::string KeyboardLayout::symbolName(std::uint32_t evdevCode) const {
 
 std::vector<PressedSymbol> KeyboardLayout::symbolsOfPress(std::uint32_t evdevCode, std::uint32_t modifiers) const {
     std::vector<PressedSymbol> found;
+    const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(keymap_.get(), evdevCode + evdevOffset);
+    for (xkb_layout_index_t group = 0; group < groups; ++group) {
+        const auto inGroup = symbolsOfPressIn(group, evdevCode, modifiers);
+        found.insert(found.end(), inGroup.begin(), inGroup.end());
+    }
+    return found;
+}
+
+std::vector<PressedSymbol> KeyboardLayout::symbolsOfPressIn(std::uint32_t group, std::uint32_t evdevCode,
+                                                            std::uint32_t modifiers) const {
+    std::vector<PressedSymbol> found;
     const State state(xkb_state_new(keymap_.get()));
     const xkb_keycode_t key = evdevCode + evdevOffset;
-    const xkb_layout_index_t groups = state ? xkb_keymap_num_layouts_for_key(keymap_.get(), key) : 0;
-    for (xkb_layout_index_t group = 0; group < groups; ++group) {
-        const xkb_keysym_t* symbols = nullptr;
-        if (xkb_keymap_key_get_syms_by_level(keymap_.get(), key, group, 0, &symbols) == 1) {
-            found.push_back({*symbols, modifiers});
-        }
-        xkb_state_update_mask(state.get(), modifiers, 0, 0, 0, 0, group);
-        const xkb_mod_mask_t used = xkb_state_key_get_consumed_mods2(state.get(), key, XKB_CONSUMED_MODE_XKB);
-        found.push_back({xkb_state_key_get_one_sym(state.get(), key), modifiers & ~used});
+    if (!state || xkb_keymap_num_layouts_for_key(keymap_.get(), key) == 0) {
+        return found;
     }
+    const xkb_keysym_t* symbols = nullptr;
+    if (xkb_keymap_key_get_syms_by_level(keymap_.get(), key, group, 0, &symbols) == 1) {
+        found.push_back({*symbols, modifiers});
+    }
+    xkb_state_update_mask(state.get(), modifiers, 0, 0, 0, 0, group);
+    const xkb_mod_mask_t used = xkb_state_key_get_consumed_mods2(state.get(), key, XKB_CONSUMED_MODE_XKB);
+    found.push_back({xkb_state_key_get_one_sym(state.get(), key), modifiers & ~used});
     return found;
 }
 

@@ -63,6 +63,10 @@ public:
     /// modifiers, and what it gives under them with those that had no part in it.
     [[nodiscard]] std::vector<PressedSymbol> symbolsOfPress(std::uint32_t evdevCode, std::uint32_t modifiers) const;
 
+    /// The same for one group, 0 being the first; one that the key does not have stands for one that it has.
+    [[nodiscard]] std::vector<PressedSymbol> symbolsOfPressIn(std::uint32_t group, std::uint32_t evdevCode,
+                                                              std::uint32_t modifiers) const;
+
 private:
     struct ReleaseKeymap {
         void operator()(xkb_keymap* keymap) const;

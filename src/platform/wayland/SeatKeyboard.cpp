@@ -85,7 +85,8 @@ void SeatKeyboard::add(std::uint32_t name) {
     }
     connection_->send([&] {
         seatName_ = name;
-        seat_.reset(static_cast<wl_seat*>(wl_registry_bind(registry_.get(), name, &wl_seat_interface, firstSeatVersion)));
+        seat_.reset(
+            static_cast<wl_seat*>(wl_registry_bind(registry_.get(), name, &wl_seat_interface, firstSeatVersion)));
         wl_seat_add_listener(seat_.get(), &listener, this);
     });
 }
@@ -135,6 +136,9 @@ void SeatKeyboard::takeKeymap(std::uint32_t format, int file, std::uint32_t size
         // The last byte ends it.
         keymapText_.assign(static_cast<const char*>(text), size - 1);
         munmap(text, size);
+    }
+    if (changed_) {
+        changed_();
     }
 }
 

@@ -8,9 +8,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace velloran::platform::wayland {
 
@@ -28,6 +30,9 @@ public:
 
     /// Gives the compositor that long to tell the keymap. For the start of the program: nothing else here waits.
     void waitForKeymap(std::chrono::milliseconds atMost);
+
+    /// Calls it whenever `layout` may tell something else from then on.
+    void onChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
     /// The layout of the keyboard; null while there is none. Lives until the next turn of the loop.
     const keys::KeyboardLayout* layout();
@@ -54,6 +59,7 @@ private:
     /// Read into a layout only when one is asked for.
     std::string keymapText_;
     std::optional<keys::KeyboardLayout> layout_;
+    std::function<void()> changed_;
 };
 
 } // namespace velloran::platform::wayland

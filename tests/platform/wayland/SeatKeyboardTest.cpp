@@ -53,8 +53,11 @@ TEST_F(SeatKeyboardTest, FollowsAnotherLayout) {
     SeatKeyboard keyboard(loop, sway.display());
     ASSERT_TRUE(until([&] { return keyboard.layout() != nullptr; }));
     EXPECT_EQ(keyboard.charactersIgnoringModifiers(KEY_Z, false), "z");
+    std::optional<std::string> told;
+    keyboard.onChanged([&] { told = keyboard.charactersIgnoringModifiers(KEY_Z, false); });
     witness.load("de");
     EXPECT_TRUE(until([&] { return keyboard.charactersIgnoringModifiers(KEY_Z, false) == "y"; }));
+    EXPECT_EQ(told, "y");
 }
 
 TEST_F(SeatKeyboardTest, OutlivesTheCompositor) {
