@@ -43,6 +43,8 @@ struct HotKeyAnswer {
     std::string otherTrigger;
     /// Whether there is nothing to press yet: its user chooses that in the desktop's settings.
     bool hasNoTrigger = false;
+    /// Who has what is taken, in the words of the desktop, where it says.
+    std::string holder = {};
 
     friend bool operator==(const HotKeyAnswer&, const HotKeyAnswer&) = default;
 };
