@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include "hotkeyAdvice.h"
+#include "platform/plasma/PlasmaDesktop.h"
 #include "platform/portal/PortalDesktop.h"
 #include "platform/qt/monitors.h"
 #include "platform/sway/SwayHotKeys.h"
@@ -37,10 +38,6 @@ using Candidate = Result<Desktop> (*)(const Environment& environment, const Back
 bool isSet(const Environment& environment, const char* name) {
     const auto value = environment(name);
     return value && !value->empty();
-}
-
-bool isWayland(const Environment& environment) {
-    return isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland";
 }
 
 Result<Desktop> onX11(const Environment& environment, const Backends& backends) {
@@ -159,6 +156,13 @@ public:
         return keyboard_;
     }
 
+    /// Calls it whenever the layout of the one that was made has changed.
+    void onChanged(std::function<void()> changed) {
+        if (keyboard_) {
+            keyboard_->onChanged(std::move(changed));
+        }
+    }
+
     /// The layout of the one that was made; null where none was, or it has none.
     const keys::KeyboardLayout* layout() { return keyboard_ ? keyboard_->layout() : nullptr; }
 
@@ -189,14 +193,34 @@ Result<Desktop> connectCompositor(const std::shared_ptr<platform::wayland::SeatK
     return desktop;
 }
 
+/// The session bus as parts of the desktop connect to it, each for itself.
+platform::bus::BusPlace busAt(const std::string& address) {
+    return {QByteArray::fromStdString(address), platform::bus::BusState::answers};
+}
+
+std::shared_ptr<const Published<Desktop>> connectPlasma(EventLoop& loop, const std::string& sessionBus,
+                                                        const std::shared_ptr<KeyboardOnce>& keyboard) {
+    using platform::plasma::PlasmaDesktop;
+    if (sessionBus.empty()) {
+        return nullptr;
+    }
+    const auto plasma =
+        std::make_shared<PlasmaDesktop>(loop, busAt(sessionBus), [keyboard] { return keyboard->layout(); });
+    keyboard->onChanged([weak = std::weak_ptr<PlasmaDesktop>(plasma)] {
+        if (const auto following = weak.lock()) {
+            following->followLayout();
+        }
+    });
+    return {plasma, &plasma->parts()};
+}
+
 std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const std::string& sessionBus,
                                                         const std::shared_ptr<KeyboardOnce>& keyboard) {
     if (sessionBus.empty()) {
         return nullptr;
     }
-    const platform::bus::BusPlace place{QByteArray::fromStdString(sessionBus), platform::bus::BusState::answers};
     const auto portal = std::make_shared<platform::portal::PortalDesktop>(
-        loop, place, QStringLiteral("app.velloran.Velloran"), QCoreApplication::applicationFilePath(),
+        loop, busAt(sessionBus), QStringLiteral("app.velloran.Velloran"), QCoreApplication::applicationFilePath(),
         [keyboard] { return keyboard->layout(); });
     return {portal, &portal->parts()};
 }
@@ -206,6 +230,19 @@ std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const s
 std::optional<std::string> processEnvironment(const char* name) {
     const char* const value = std::getenv(name);
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+bool isWayland(const Environment& environment) {
+    return isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland";
+}
+
+DesktopPart<platform::PointerEvents> noPointerOfCompositor() {
+    const std::string why = std::string(inputCannotBePosted) + noPointer;
+    return {nullptr, why, why};
+}
+
+DesktopPart<platform::InputTrust> nobodyAsked() {
+    return {nullptr, nobodyToAsk, {}};
 }
 
 Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus) {
@@ -224,6 +261,7 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
                 [&loop, keyboard](const std::string& compositor) {
                     return connectCompositor(keyboard->of(loop, compositor));
                 },
+            .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
             .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
             .lacksPointer = lacksPointer};
 }
@@ -250,64 +288,6 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
     }
     explain(desktop.keyCharacters, "No backend tells the keyboard's layout.", {});
     return desktop;
-}
-
-Subscription followPortal(const Environment& environment, const Backends& backends, Published<Desktop>& desktop) {
-    if (!isWayland(environment)) {
-        return {};
-    }
-
-    struct Following {
-        bool needsClicks = false;
-        bool needsHotKeys = false;
-        std::shared_ptr<const Published<Desktop>> portal;
-        Subscription parts;
-        Subscription pointer;
-    };
-
-    const auto following = std::make_shared<Following>();
-    following->needsClicks = !desktop.get().clicks.part;
-    following->needsHotKeys = !desktop.get().hotKeys.part;
-    // Anew when more is needed, which takes what the portal has by then.
-    const auto begin = [portals = backends.portal, &desktop](Following& now) {
-        if (!now.portal) {
-            now.portal = portals();
-        }
-        if (now.portal) {
-            now.parts = now.portal->stream().subscribe(
-                [&desktop, clicks = now.needsClicks, hotKeys = now.needsHotKeys](const Desktop& offered) {
-                    desktop.modify([&](Desktop& all) {
-                        if (clicks) {
-                            all.clicks = offered.clicks;
-                            all.trust = offered.trust;
-                        }
-                        if (hotKeys) {
-                            all.hotKeys = offered.hotKeys;
-                        }
-                    });
-                });
-        }
-    };
-    if (following->needsClicks || following->needsHotKeys) {
-        begin(*following);
-    }
-    if (!following->needsClicks) {
-        following->pointer = backends.lacksPointer->stream().subscribe(
-            [begin, &desktop, weak = std::weak_ptr(following)](const bool& lacks) {
-                const auto kept = weak.lock();
-                if (!lacks || !kept) {
-                    return;
-                }
-                desktop.modify([](Desktop& now) {
-                    const std::string why = std::string(inputCannotBePosted) + noPointer;
-                    now.clicks = {nullptr, why, why};
-                    now.trust = {nullptr, nobodyToAsk, {}};
-                });
-                kept->needsClicks = true;
-                begin(*kept);
-            });
-    }
-    return Subscription([following] { *following = {}; });
 }
 
 } // namespace velloran

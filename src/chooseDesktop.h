@@ -27,6 +27,8 @@ struct Backends {
     std::function<Result<platform::Desktop>(const std::string& compositor, const std::string& socket)> sway;
     /// What every compositor tells.
     std::function<Result<platform::Desktop>(const std::string& compositor)> compositor;
+    /// What Plasma does for programs over the session bus. Null where there is no bus for it.
+    std::function<std::shared_ptr<const Published<platform::Desktop>>()> plasma;
     /// The desktop's portal, whose parts come late, go, and come back. Null where there is no bus for it.
     std::function<std::shared_ptr<const Published<platform::Desktop>>()> portal;
     /// Becomes true when a compositor that took its time has no virtual pointer after all.
@@ -43,10 +45,13 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
 /// programs that use it themselves and swallows everything else without a word, so it is never asked there.
 platform::Desktop chooseDesktop(const Environment& environment, const Backends& backends);
 
-/// Gives a Wayland session what its portal has of what nothing else does there, or nothing else any more, as it comes
-/// and goes, for as long as the result exists: clicks with their permission, and hot keys. Its parts must not be used
-/// after that.
-Subscription followPortal(const Environment& environment, const Backends& backends,
-                          Published<platform::Desktop>& desktop);
+/// Whether this is a session on Wayland, by what it says of itself.
+bool isWayland(const Environment& environment);
+
+/// There are no clicks, because the compositor turned out to give programs no pointer.
+platform::DesktopPart<platform::PointerEvents> noPointerOfCompositor();
+
+/// There is nobody who could be asked for the permission to click.
+platform::DesktopPart<platform::InputTrust> nobodyAsked();
 
 } // namespace velloran

@@ -10,6 +10,7 @@
 #include "donation/DonationManager.h"
 #include "donation/view/DonationModel.h"
 #include "engine/AutoClickerStore.h"
+#include "followServices.h"
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/view/KeyEventMonitor.h"
 #include "platform/FallbackFileChooser.h"
@@ -173,7 +174,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     const Backends backends = realBackends(
         loop, [] { endWithoutServer(); }, busAddress);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
-    const Subscription portalParts = followPortal(processEnvironment, backends, desktop);
+    const Subscription serviceParts = followServices(processEnvironment, backends, desktop);
     std::set<QString> told;
     const Subscription telling = desktop.stream().subscribe([&log, &told](const platform::Desktop& now) {
         for (const QString& sentence : DesktopLimits::of(now).sentences) {

@@ -1,4 +1,4 @@
-#include "chooseDesktop.h"
+#include "followServices.h"
 
 #include "fakes/RecordingPlatform.h"
 #include "harness/PrivateServer.h"
@@ -87,6 +87,7 @@ protected:
     Desktop ofEveryCompositor;
     std::shared_ptr<Published<Desktop>> portal = std::make_shared<Published<Desktop>>(Desktop{});
     int portals = 0;
+    std::shared_ptr<Published<Desktop>> plasma;
     Backends backends{.x11 = [this]() -> Result<Desktop> {
                           ++connections;
                           return whole;
@@ -101,6 +102,7 @@ protected:
                           return ofSway;
                       },
                       .compositor = [this](const std::string&) -> Result<Desktop> { return ofEveryCompositor; },
+                      .plasma = [this] { return plasma; },
                       .portal =
                           [this] {
                               ++portals;
@@ -116,7 +118,7 @@ protected:
             const auto found = variables.find(name);
             return found != variables.end() ? std::optional(found->second) : std::nullopt;
         };
-        return followPortal(environment, backends, desktop);
+        return followServices(environment, backends, desktop);
     }
 
     const Variables wayland{{"WAYLAND_DISPLAY", "wayland-0"}};
@@ -285,6 +287,40 @@ TEST_F(FollowPortalTest, HotkeyComesAndGoesWithThePortal) {
     EXPECT_EQ(desktop.get().hotKeys.part, nullptr);
     EXPECT_EQ(desktop.get().hotKeys.reason, "it has gone");
     EXPECT_EQ(desktop.get().clicks, before.clicks);
+}
+
+TEST_F(FollowPortalTest, PlasmaComesBeforeIt) {
+    desktop.modify([this](Desktop& now) {
+        now.clicks = whole.clicks;
+        now.pointer = {nullptr, "nobody tells", "nobody tells"};
+    });
+    plasma = std::make_shared<Published<Desktop>>(Desktop{});
+    plasma->modify([](Desktop& offered) { offered.hotKeys.isAwaited = true; });
+    const Subscription following = follow(wayland);
+    EXPECT_TRUE(desktop.get().hotKeys.isAwaited);
+    EXPECT_EQ(desktop.get().pointer.reason, "nobody tells") << "there is no word of it";
+    plasma->modify([this](Desktop& offered) {
+        offered.hotKeys = {whole.hotKeys.part, "Plasma binds it", ""};
+        offered.pointer = {whole.pointer.part, "Plasma tells", ""};
+    });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "Plasma binds it");
+    EXPECT_EQ(desktop.get().pointer.reason, "Plasma tells");
+    EXPECT_EQ(desktop.get().clicks, whole.clicks);
+    EXPECT_EQ(portals, 0) << "nobody needs it";
+}
+
+TEST_F(FollowPortalTest, IsAskedWherePlasmaIsNot) {
+    desktop.modify([this](Desktop& now) { now.clicks = whole.clicks; });
+    plasma = std::make_shared<Published<Desktop>>(Desktop{});
+    plasma->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "no Plasma", "no Plasma"}; });
+    portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "not yet", "not yet", true}; });
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(portals, 1);
+    EXPECT_EQ(desktop.get().hotKeys.reason, "not yet");
+    portal->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "the portal binds it", ""}; });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "the portal binds it");
+    plasma->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "Plasma binds it", ""}; });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "Plasma binds it") << "it came late";
 }
 
 TEST_F(FollowPortalTest, EndsWithItsSubscription) {

@@ -78,6 +78,10 @@ private:
 
     /// Nothing where the desktop does as it was asked.
     static QString sentenceOf(const platform::HotKeyAnswer& answer) {
+        if (answer.status == platform::hotKeyExistsError && !answer.holder.empty()) {
+            return QStringLiteral("The hotkey is taken on this desktop by %1.")
+                .arg(QString::fromStdString(answer.holder));
+        }
         if (answer.status == platform::hotKeyExistsError) {
             return QStringLiteral("The hotkey is taken: it does something else on this desktop.");
         }

@@ -45,9 +45,12 @@ TEST_F(DesktopLimitsTest, WhereTheDesktopGivesNoneTheUserIsToldWhatToDo) {
     const QString refused = "This desktop did not give the program its hotkey.";
     const QString taken = "The hotkey is taken: it does something else on this desktop.";
     const QString keyless = "This desktop knows the hotkey, but has no key for it: choose one in its settings.";
-    for (const auto& [answer, sentence] : {std::pair(HotKeyAnswer{platform::hotKeyInvalidError, {}}, refused),
-                                           std::pair(HotKeyAnswer{platform::hotKeyExistsError, {}}, taken),
-                                           std::pair(HotKeyAnswer{platform::noErr, {}, true}, keyless)}) {
+    const QString held = "The hotkey is taken on this desktop by KWin (Show Desktop).";
+    for (const auto& [answer, sentence] :
+         {std::pair(HotKeyAnswer{platform::hotKeyInvalidError, {}}, refused),
+          std::pair(HotKeyAnswer{platform::hotKeyExistsError, {}, false, "KWin (Show Desktop)"}, held),
+          std::pair(HotKeyAnswer{platform::hotKeyExistsError, {}}, taken),
+          std::pair(HotKeyAnswer{platform::noErr, {}, true}, keyless)}) {
         const DesktopLimits limits = with(answer);
         EXPECT_EQ(limits.hotkey, sentence + advice);
         EXPECT_TRUE(limits.sentences.contains(sentence));

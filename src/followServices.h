@@ -1,0 +1,17 @@
+#pragma once
+
+#include "async/Published.h"
+#include "async/Subscription.h"
+#include "chooseDesktop.h"
+#include "platform/Desktop.h"
+
+namespace velloran {
+
+/// Gives a Wayland session what services on its session bus have of what nothing else does there, or nothing else any
+/// more, as they come and go, for as long as the result exists: hot keys and the pointer's place from Plasma, else hot
+/// keys from the desktop's portal, and clicks with their permission. A service is asked only when those before it do
+/// not do it. Their parts must not be used after that.
+Subscription followServices(const Environment& environment, const Backends& backends,
+                            Published<platform::Desktop>& desktop);
+
+} // namespace velloran
