@@ -50,7 +50,8 @@ class Surrounded:
             until(lambda: program.has_window() or not program.is_running(), "no window appeared", seconds)
             if not program.is_running():
                 raise AssertionError(f"the program ended with {program.process.returncode}: {program.log}")
-            until(lambda: not self.observer.has_hotkey_free(*KEYS), "the hotkey was not registered", seconds)
+            # Each look takes it for a moment, so not many where the program takes long to ask.
+            until(lambda: pause(seconds / 120) or not self.observer.has_hotkey_free(*KEYS), "the hotkey was not registered", seconds)
         self.observer.move(*PLACE_OF_CLICKS)
         self.observer.forget()
         return program
