@@ -245,6 +245,21 @@ TEST_F(PlasmaHotKeysTest, AnotherLayoutHasItBoundAnew) {
     EXPECT_EQ(presses.size(), 1U);
 }
 
+TEST_F(PlasmaHotKeysTest, AnswersInAnEarlierLayoutAreIgnored) {
+    ASSERT_NO_FATAL_FAILURE(bring());
+    fake->service.isSilent = true;
+    fake->taken[control | Qt::Key_Y] = {"Redo", "KWin"};
+    Hotkey hotkey;
+    want(hotkey, codeOfZ);
+    layout = layoutCalled("de");
+    hotKeys->followLayout();
+    ASSERT_TRUE(until([this] { return fake->service.unanswered.size() == 2; }));
+    fake->service.goOn();
+    ASSERT_TRUE(until([&] { return !hotkey.answers.empty(); }));
+    EXPECT_EQ(hotkey.last().status, hotKeyExistsError);
+    EXPECT_FALSE(fake->service.calls.contains("setShortcutKeys")) << "that the other was free says nothing of this";
+}
+
 TEST_F(PlasmaHotKeysTest, TakenInAnotherLayoutItIsBackWithTheFirst) {
     ASSERT_NO_FATAL_FAILURE(bring());
     fake->taken[control | Qt::Key_Y] = {"Redo", "KWin"};
