@@ -68,6 +68,13 @@ class CheckHardening(unittest.TestCase):
         self.expect_missing("a stack without code", code="-Wl,-z,execstack")
         self.expect_missing("RELRO", relro="-Wl,-z,norelro")
 
+    def test_a_library(self):
+        library = {"position": "-fPIC", "random": "-shared", "fortify": "-U_FORTIFY_SOURCE"}
+        status, text = self.check(**library)
+        self.assertEqual(status, 0, text)
+        self.expect_missing("RELRO", **library, relro="-Wl,-z,norelro")
+        self.expect_missing("stack protector", **library, stack="-fno-stack-protector")
+
     def test_functions_that_may_be_jumped_to_unmarked(self):
         if "flow" not in self.options:
             self.skipTest("This processor marks nothing")
