@@ -68,6 +68,28 @@ TEST(Picture, KeepsItsProportionsAndIsNoLargerThanDrawn) {
     EXPECT_TRUE(Picture::read("Nobody", {10, 10}).isNull());
 }
 
+TEST(Picture, LooksAsTheToolkitsOwnImageHoweverItIsTurned) {
+    Stage stage(
+        "property bool own: true\n"
+        "Picture { objectName: \"picture\"; x: 100; y: 60; width: 180; height: 200; name: \"DragonFly\"\n"
+        "    visible: stage.own }\n"
+        "Image { objectName: \"image\"; x: 100; y: 60; width: 180; height: 200; fillMode: Image.PreserveAspectFit\n"
+        "    visible: !stage.own; source: \"qrc" +
+        pictures.toUtf8() + "/DragonFly-180x140.png\" }");
+    for (const double angle : {0.0, -4.0, 30.0}) {
+        for (const double opacity : {1.0, 0.5}) {
+            for (const char* name : {"picture", "image"}) {
+                stage.item(name).setRotation(angle);
+                stage.item(name).setOpacity(opacity);
+            }
+            stage.root->setProperty("own", true);
+            const QImage ours = stage.grab();
+            stage.root->setProperty("own", false);
+            EXPECT_EQ(distance(ours, stage.grab()), 0) << angle << " degrees, opacity " << opacity;
+        }
+    }
+}
+
 TEST(Picture, IsReadAnewForAnotherNameAndSize) {
     Stage stage("Picture { objectName: \"picture\"; width: 52; height: 52; name: \"DragonIdle\" }");
     const QImage first = stage.grab();
