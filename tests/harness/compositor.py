@@ -128,8 +128,11 @@ class Sway(Compositor):
         until(lambda: self.view(name), f"the compositor shows no window {name}")
 
     def focus(self, name):
-        self.command(f'[title="^{name}$"] focus')
-        until(lambda: self.view(name)["focused"], f"{name} does not get the focus")
+        def is_focused():
+            # What opens, and an output that comes, may take it away again.
+            self.command(f'[title="^{name}$"] focus')
+            return self.view(name)["focused"]
+        until(is_focused, f"{name} does not get the focus")
 
 
 class SwayWithPointers(Sway):

@@ -5,7 +5,7 @@ import unittest
 from . import preferences
 from .compositor import Sway, Witness
 from .program import Program
-from .waiting import until
+from .waiting import stays, until
 
 # The hotkey of these tests, by evdev's code.
 S = 31
@@ -41,6 +41,11 @@ class CompositorCase(unittest.TestCase):
             self.witness.tap(S, HELD)
             return self.witness.keys() == before
         until(is_swallowed, "the window gets the hotkey")
+
+    def assert_ended(self, what, seconds=0.3):
+        """No click comes any more, but for the one that was under way."""
+        ended = self.witness.releases()
+        stays(lambda: self.witness.releases() <= ended + 1, what, seconds)
 
     def assert_clicks(self, report, count, button=LEFT):
         """Exactly that many presses, each followed by its release, all of one button."""

@@ -70,10 +70,9 @@ class SwayHotkey(CompositorCase):
         seen = self.witness.report()
         self.assert_clicks(seen, len(seen) // 2)
         self.assertGreater(len(seen), 0)
-        # A click after the stop would come within 20 ms.
-        stays(lambda: not self.witness.report(), "clicks come after the stop", 0.3)
+        self.assert_ended("clicks come after the stop")
 
-    def test_the_first_click_follows_at_once_and_none_comes_behind_the_end(self):
+    def test_the_first_click_follows_at_once_and_one_at_most_comes_behind_the_end(self):
         interval = 0.01
         program = self.start_with(clickIntervalSeconds=interval, stopMode="manual")
         self.press_hotkey()
@@ -89,13 +88,13 @@ class SwayHotkey(CompositorCase):
             stopped = time.monotonic()
             self.witness.tap(S, HELD)
             program.wait_for_headline("Ready")
+            self.assert_ended("clicks come after the end", 3 * interval)
             seen = self.witness.timed_report()
             self.assert_clicks([event[:2] for event in seen], len(seen) // 2)
             downs = [moment for kind, _, moment in seen if kind == "down"]
             to_first.append(downs[0] - started)
             to_last.append(max(0, downs[-1] - stopped))
             behind.append(sum(moment > stopped for moment in downs))
-            stays(lambda: not self.witness.report(), "clicks come after the end", 3 * interval)
         print(f"from the hotkey to the first click: {median_and_most(to_first)}; from the hotkey to the last one: "
               f"{median_and_most(to_last)}; clicks between the key and the end: {sorted(behind)[len(behind) // 2]}, at most {max(behind)}",
               file=sys.stderr)
