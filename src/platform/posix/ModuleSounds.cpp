@@ -53,7 +53,7 @@ ModuleSounds::~ModuleSounds() {
 std::string ModuleSounds::pathOf(const std::string& name) {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return (program.parent_path().parent_path() / "lib" / "velloran" / (name + ".so")).string();
+    return (program.parent_path().parent_path() / "lib" / "velloran" / "modules" / (name + ".so")).string();
 }
 
 void ModuleSounds::prepare() {
