@@ -6,7 +6,7 @@ from PIL import Image
 
 from harness import picture, processes
 from harness.compositor import SwayWithOutputs
-from harness.compositor_case import CompositorCase
+from harness.compositor_case import CompositorCase, on_older_sway
 from harness.screen_lock import ScreenLock
 from harness.waiting import pause, stays, until
 
@@ -37,6 +37,7 @@ class SwayLock(CompositorCase):
         self.witness.wait_for_releases(len(seen) // 2 + 10)
 
 
+@on_older_sway
 class SwayOutputs(CompositorCase):
     COMPOSITOR = SwayWithOutputs
 

@@ -8,7 +8,7 @@ from PIL import Image, ImageChops, ImageStat
 
 from harness import cursors, picture, processes
 from harness.compositor import SwayWithPointers
-from harness.compositor_case import CompositorCase, HELD, LEFT, RIGHT, S
+from harness.compositor_case import CompositorCase, HELD, LEFT, RIGHT, S, on_older_sway
 from harness.program import PROGRAM
 from harness.waiting import pause, stays, until
 
@@ -22,6 +22,7 @@ def edges_of(rect):
     return rect["x"], rect["y"], rect["x"] + rect["width"], rect["y"] + rect["height"]
 
 
+@on_older_sway
 class SwayFrame(CompositorCase):
     COMPOSITOR = SwayWithPointers
     CONFIGURATION = FLOATING
@@ -223,6 +224,7 @@ class SwayRest(CompositorCase):
         self.assertEqual(program.headline, "Running")
 
 
+@on_older_sway
 class SwayScales(CompositorCase):
     """Two outputs beside each other, the second of changing scale."""
 
