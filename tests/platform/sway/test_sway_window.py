@@ -224,7 +224,6 @@ class SwayRest(CompositorCase):
         self.assertEqual(program.headline, "Running")
 
 
-@on_older_sway
 class SwayScales(CompositorCase):
     """Two outputs beside each other, the second of changing scale."""
 
