@@ -7,9 +7,9 @@
 #include <iostream>
 #include <vector>
 
-// Random sequences of what can happen to a run, made as short as possible where one fails. The seed is printed, and
-// with a failure what repeats it. RC_PARAMS in the environment sets how many there are and what they begin with, for
-// instance RC_PARAMS="max_success=100000 seed=7".
+// Random sequences of what can happen to a run, made as short as possible where one fails. What they began with is
+// printed, and with a failure what repeats it. RC_PARAMS in the environment sets how many there are and what they begin
+// with, for instance RC_PARAMS="max_success=100000 seed=7".
 
 namespace velloran {
 

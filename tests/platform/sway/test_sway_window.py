@@ -22,7 +22,6 @@ def edges_of(rect):
     return rect["x"], rect["y"], rect["x"] + rect["width"], rect["y"] + rect["height"]
 
 
-@on_older_sway
 class SwayFrame(CompositorCase):
     COMPOSITOR = SwayWithPointers
     CONFIGURATION = FLOATING
@@ -98,6 +97,7 @@ class SwayFrame(CompositorCase):
                         directions = [(number > 0) - (number < 0) for number in moved]
                         self.assertEqual(directions, [min(across, 0), min(down, 0), max(across, 0), max(down, 0)])
 
+    @on_older_sway
     def test_the_pointer_shows_what_it_does(self):
         left, top, right, bottom = self.START
         middle = (left + right) // 2, (top + bottom) // 2
