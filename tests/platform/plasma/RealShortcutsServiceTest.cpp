@@ -31,6 +31,8 @@ protected:
             GTEST_SKIP() << "skipped: neither kglobalaccel5 nor kglobalacceld is installed";
         }
         ASSERT_TRUE(server.isUp());
+        // The first key of another keyboard has the service grab its keys anew, perhaps too late for that very key.
+        ASSERT_NO_FATAL_FAILURE(type("key", "F1"));
         ASSERT_NO_FATAL_FAILURE(start());
         ASSERT_TRUE(until([this] { return isOffered(); }));
     }
