@@ -1,13 +1,13 @@
 #include "platform/pulse/TickConnection.h"
 
 #include "platform/pulse/TickSample.h"
+#include "platform/pulse/monotonicNow.h"
 
 #include <pulse/operation.h>
 #include <pulse/proplist.h>
 #include <pulse/rtclock.h>
 #include <pulse/timeval.h>
 
-#include <chrono>
 #include <vector>
 
 namespace velloran::platform::pulse {
@@ -26,10 +26,6 @@ constexpr pa_sample_spec format{PA_SAMPLE_S16NE, tickRate, 1};
 /// How much the server is to have in hand. A quarter of it goes towards the loudspeaker at a time: less would have the
 /// server wake up too often and stumble on a busy machine, more would let the tick be heard noticeably after the click.
 constexpr std::uint32_t bufferLength = tickRate * 60 / 1000 * frameSize;
-
-std::int64_t monotonicNow() {
-    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 std::int64_t frames(pa_usec_t microseconds) {
     return static_cast<std::int64_t>(microseconds) * tickRate / static_cast<std::int64_t>(PA_USEC_PER_SEC);

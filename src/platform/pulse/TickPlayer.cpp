@@ -1,11 +1,11 @@
 #include "platform/pulse/TickPlayer.h"
 
 #include "async/startThread.h"
+#include "platform/pulse/monotonicNow.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <utility>
 
 namespace velloran::platform::pulse {
@@ -17,10 +17,6 @@ constexpr std::int64_t timeBetweenAttempts = 1'000'000'000;
 
 /// More than ever gather while the thread does its work.
 constexpr std::size_t mostCommands = 256;
-
-std::int64_t monotonicNow() {
-    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 } // namespace
 
