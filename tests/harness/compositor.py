@@ -136,52 +136,14 @@ class Sway(Compositor):
 
 
 class SwayWithPointers(Sway):
-    """Its pointers, and those of its clients, are told apart by their colour. Newer toolkits let the compositor draw them."""
+    """Its pointers, and those of its clients, are told apart by their colour. Newer toolkits let the compositor draw them, which
+    does not go by the environment."""
 
     def _start_compositor(self):
-        self.environment.update(cursors.write_theme(self.folder))
+        theme = cursors.write_theme(self.folder)
+        self.environment.update(theme)
+        self._configuration += f"seat * xcursor_theme {theme['XCURSOR_THEME']} {theme['XCURSOR_SIZE']}\n"
         return super()._start_compositor()
-
-
-class SwayWithOutputs(Sway):
-    """Has two outputs beside each other, WL-1 and WL-2, which can be pulled out: they are windows of another compositor. The
-    headless ones cannot be, in the older release."""
-
-    def _start_compositor(self):
-        commands = os.path.join(self._place, "outer-commands")
-        path = os.path.join(self.folder, "outer")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(SWAY_CONFIGURATION.format(width=2 * self._size[0], height=self._size[1]))
-        outer = self._start_program("sway", "--config", path, SWAYSOCK=commands)
-        self._outer_server = self.server
-        self._outer = {"SWAYSOCK": commands}
-        self.environment["SWAYSOCK"] = os.path.join(self._place, "commands")
-        self.configure(f"output WL-1 position 0 0\noutput WL-2 position {2 * self._size[0]} 0\n" + self._configuration)
-        return self._start_program("sway", "--config", os.path.join(self.folder, "config"), WLR_BACKENDS="wayland",
-                                   WLR_WL_OUTPUTS="2", WAYLAND_DISPLAY=outer)
-
-    def outputs(self):
-        return [output["name"] for output in json.loads(self.run_tool("swaymsg", "--raw", "--type", "get_outputs"))]
-
-    def output_of(self, name):
-        """Which one has the window with that title; nothing while none has."""
-        for output in self.tree()["nodes"]:
-            pending = [output]
-            while pending:
-                node = pending.pop()
-                if node.get("pid") and node["name"] == name:
-                    return output["name"]
-                pending += node["nodes"] + node["floating_nodes"]
-        return None
-
-    def unplug(self, name):
-        subprocess.run(["swaymsg", "--quiet", "--", f'[title="{name}"] kill'], env={**self.environment, **self._outer}, check=True,
-                       timeout=20)
-        until(lambda: name not in self.outputs(), f"{name} stays")
-
-    def close(self):
-        super().close()
-        self._outer_server.stdout.close()
 
 
 class Labwc(Compositor):

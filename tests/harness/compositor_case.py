@@ -1,7 +1,5 @@
 """What the test classes on Wayland stand on: one private desktop a test, since some end it."""
 
-import re
-import subprocess
 import unittest
 
 from . import preferences
@@ -14,17 +12,6 @@ S = 31
 HOTKEY = preferences.CONTROL_OPTION_S
 HELD = Witness.CONTROL | Witness.ALT
 LEFT, RIGHT, MIDDLE = 0x110, 0x111, 0x112
-
-
-def sway_version():
-    """Of the installed sway, as a tuple; empty where that is not known."""
-    said = subprocess.run(["sway", "--version"], capture_output=True, text=True, check=False).stdout
-    found = re.search(r"(\d+)\.(\d+)", said)
-    return tuple(int(part) for part in found.groups()) if found else ()
-
-
-# What was written with the sway of Debian 12 and fails on a newer one in a way that is not understood yet.
-on_older_sway = unittest.skipUnless(sway_version() < (1, 8), "not understood yet on this sway, which is newer than 1.7")
 
 
 class CompositorCase(unittest.TestCase):

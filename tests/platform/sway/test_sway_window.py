@@ -8,7 +8,7 @@ from PIL import Image, ImageChops, ImageStat
 
 from harness import cursors, picture, processes
 from harness.compositor import SwayWithPointers
-from harness.compositor_case import CompositorCase, HELD, LEFT, RIGHT, S, on_older_sway
+from harness.compositor_case import CompositorCase, HELD, LEFT, RIGHT, S
 from harness.program import PROGRAM
 from harness.waiting import pause, stays, until
 
@@ -97,7 +97,6 @@ class SwayFrame(CompositorCase):
                         directions = [(number > 0) - (number < 0) for number in moved]
                         self.assertEqual(directions, [min(across, 0), min(down, 0), max(across, 0), max(down, 0)])
 
-    @on_older_sway
     def test_the_pointer_shows_what_it_does(self):
         left, top, right, bottom = self.START
         middle = (left + right) // 2, (top + bottom) // 2
