@@ -107,6 +107,15 @@ class Sway(Compositor):
         self.configure(self._configuration)
         return self._start_program("sway", "--config", os.path.join(self.folder, "config"))
 
+    def start_again(self):
+        """Another one in the place of the one that has ended."""
+        self.witness.close()
+        self.server.stdout.close()
+        # One that is killed leaves it, and it would not be used again.
+        os.unlink(self.environment["SWAYSOCK"])
+        self.environment["WAYLAND_DISPLAY"] = os.path.join(self._place, self._start_compositor())
+        self.witness = Witness(self.environment)
+
     def command(self, words):
         """Has the compositor do something, in the words of its configuration."""
         self.run_tool("swaymsg", "--quiet", "--", words)

@@ -1,4 +1,4 @@
-"""A login manager and a display manager for a desktop that wants both before it has a screen to lock."""
+"""A login manager, and a display manager for a desktop that wants both before it has a screen to lock."""
 
 import os
 import threading
@@ -52,6 +52,7 @@ class LoginManager:
 
     def __init__(self, address):
         self._is_locked = False
+        self._is_active = True
         self._context = GLib.MainContext()
         self._loop = GLib.MainLoop.new(self._context, False)
         self._is_ready = threading.Event()
@@ -79,7 +80,7 @@ class LoginManager:
     def _read(self, _connection, _sender, _path, _interface, name):
         session = ("1", SESSION)
         return GLib.Variant(*{
-            "Id": ("s", "1"), "State": ("s", "active"), "Class": ("s", "user"), "Type": ("s", "wayland"), "Active": ("b", True),
+            "Id": ("s", "1"), "State": ("s", "active"), "Class": ("s", "user"), "Type": ("s", "wayland"), "Active": ("b", self._is_active),
             "LockedHint": ("b", self._is_locked), "Remote": ("b", False), "Seat": ("(so)", ("seat0", "/org/freedesktop/login1/seat/seat0")),
             "User": ("(uo)", (os.getuid(), USER)), "Name": ("s", "somebody"), "Display": ("(so)", session),
             "Sessions": ("a(so)", [session]), "UID": ("u", os.getuid()), "Version": ("s", "48"), "BlockInhibited": ("s", ""),
@@ -101,13 +102,27 @@ class LoginManager:
             os.close(reading)
             os.close(writing)
         elif method == "SetLockedHint":
-            self._is_locked = arguments.unpack()[0]
-            changes = {"LockedHint": GLib.Variant("b", self._is_locked)}
-            self._bus.emit_signal(None, SESSION, "org.freedesktop.DBus.Properties", "PropertiesChanged",
-                                  GLib.Variant("(sa{sv}as)", ("org.freedesktop.login1.Session", changes, [])))
+            self.set_locked(arguments.unpack()[0])
             invocation.return_value(None)
         else:
             invocation.return_value(None)
+
+    def _tell(self, name, value):
+        self._bus.emit_signal(None, SESSION, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                              GLib.Variant("(sa{sv}as)", ("org.freedesktop.login1.Session", {name: GLib.Variant("b", value)}, [])))
+
+    def set_locked(self, is_locked):
+        self._is_locked = is_locked
+        self._tell("LockedHint", is_locked)
+
+    def set_active(self, is_active):
+        """Whether the user of the session is the one that the screen shows."""
+        self._is_active = is_active
+        self._tell("Active", is_active)
+
+    def prepare_for_sleep(self, begins):
+        self._bus.emit_signal(None, "/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+                              GLib.Variant("(b)", (begins,)))
 
     def close(self):
         self._loop.quit()
