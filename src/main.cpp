@@ -37,6 +37,7 @@
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
 #include "ui/theme/DesktopAppearance.h"
+#include "ui/theme/PngReader.h"
 #include "ui/theme/Providers.h"
 #include "ui/window/DesktopLimits.h"
 #include "ui/window/DesktopWindowButtons.h"
@@ -122,7 +123,7 @@ void chooseTypeface() {
 QIcon windowIcon() {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128}) {
-        icon.addFile(QStringLiteral(":/window-icon/%1.png").arg(size), QSize(size, size));
+        icon.addPixmap(QPixmap::fromImage(PngReader(QStringLiteral(":/window-icon/%1.png").arg(size)).read()));
     }
     return icon;
 }

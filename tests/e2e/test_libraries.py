@@ -23,3 +23,8 @@ class Libraries(DesktopCase):
     def test_the_sound_library_is_there_from_the_start_where_the_tick_is_on(self):
         program = self.start_with(playClickSound=True)
         until(lambda: self.has_sound_library(program), "the sound library was not loaded")
+
+    def test_no_library_is_loaded_for_pictures_that_the_program_has_none_of(self):
+        program = self.start_with()
+        foreign = {name for name in processes.mapped_files(program.pid) if name.startswith(("libqgif", "libqico", "libqjpeg"))}
+        self.assertEqual(foreign, set())

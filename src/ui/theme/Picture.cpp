@@ -1,9 +1,9 @@
 #include "ui/theme/Picture.h"
 
 #include "ui/theme/DeviceNode.h"
+#include "ui/theme/PngReader.h"
 
 #include <QFile>
-#include <QImageReader>
 #include <QPainter>
 #include <QQuickWindow>
 
@@ -69,11 +69,11 @@ void Picture::setName(const QString& name) {
 
 QImage Picture::read(const QString& name, QSize inside) {
     const QString scaled = pathOf(QStringLiteral("%1-%2x%3").arg(name).arg(inside.width()).arg(inside.height()));
-    return QFile::exists(scaled) ? QImage(scaled) : readLarge(name, inside);
+    return QFile::exists(scaled) ? PngReader(scaled).read() : readLarge(name, inside);
 }
 
 QImage Picture::readLarge(const QString& name, QSize inside) {
-    QImageReader reader(pathOf(name));
+    PngReader reader(pathOf(name));
     const QSizeF large = reader.size();
     const qreal scale = std::min({1.0, inside.width() / large.width(), inside.height() / large.height()});
     reader.setScaledSize({qRound(large.width() * scale), qRound(large.height() * scale)});
