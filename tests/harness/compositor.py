@@ -186,6 +186,10 @@ class Witness:
         line = self._read()
         assert line == "ready", f"the witness did not start: {line}"
 
+    @property
+    def pid(self):
+        return self._process.pid
+
     def _read(self):
         return self._process.stdout.readline().strip()
 
@@ -203,6 +207,15 @@ class Witness:
     def has_focus(self):
         """Whether it has the keyboard."""
         return self._ask("focus") == 1
+
+    def has_pointer(self):
+        """Whether the mouse is on it: then it gets the clicks."""
+        return self._ask("pointer") == 1
+
+    def abilities(self):
+        """What the compositor says that it does with windows; nothing where it is too old to tell."""
+        bits = self._ask("abilities")
+        return {name for number, name in enumerate(("menu", "maximize", "fullscreen", "minimize"), 1) if bits >> number & 1}
 
     def press(self, code, modifiers=0):
         """Everything that comes of it has been sent out when this returns."""

@@ -42,12 +42,13 @@ class SwayWithOutputs(Sway):
                 pending += node["nodes"] + node["floating_nodes"]
         return None
 
-    def put_pointer_on(self, name):
-        """On the middle of the window with that title, which the witness is told when the window is its own."""
+    def put_pointer_on_witness(self):
+        """Where it stays even if the window becomes half as wide, until the window has been told."""
         outputs = [output["rect"] for output in json.loads(self.run_tool("swaymsg", "--raw", "--type", "get_outputs"))]
         size = (max(rect["x"] + rect["width"] for rect in outputs), max(rect["y"] + rect["height"] for rect in outputs))
-        rect = self.view(name)["rect"]
-        self.witness.move(rect["x"] + rect["width"] / 2, rect["y"] + rect["height"] / 2, size)
+        rect = self.view("witness")["rect"]
+        self.witness.move(rect["x"] + rect["width"] / 4, rect["y"] + rect["height"] / 2, size)
+        until(self.witness.has_pointer, "the mouse is elsewhere")
 
     def unplug(self, name):
         self._pull_out(name)

@@ -132,8 +132,6 @@ class SwayRestart(CompositorCase):
 
 class SwayOutputs(CompositorCase):
     COMPOSITOR = staticmethod(sway_with_outputs)
-    # By default sway takes the pointer along when another output gets the focus, and with it the clicks.
-    CONFIGURATION = "mouse_warping none\n"
 
     def is_drawn(self):
         """Whether the window shows, with the program's many colours."""
@@ -150,7 +148,7 @@ class SwayOutputs(CompositorCase):
             self.desktop.command(f'[title="^{name}$"] move to output {output}')
             until(lambda: self.desktop.output_of(name) == output, f"{name} stays where it is")
         self.desktop.focus("witness")
-        self.desktop.put_pointer_on("witness")
+        self.desktop.put_pointer_on_witness()
         self.press_hotkey()
         self.witness.wait_for_releases(20)
         self.desktop.unplug(self.desktop.SECOND)

@@ -172,6 +172,10 @@ public:
             std::cout << releases_ << std::endl;
         } else if (question == "focus") {
             std::cout << (isFocused_ ? 1 : 0) << std::endl;
+        } else if (question == "pointer") {
+            std::cout << (hasPointer_ ? 1 : 0) << std::endl;
+        } else if (question == "abilities") {
+            std::cout << abilities_ << std::endl;
         } else if (question == "report") {
             std::cout << events_.size() << '\n';
             for (const ButtonEvent& event : events_) {
@@ -232,7 +236,7 @@ private:
         object = static_cast<Object*>(wl_registry_bind(registry_, name, &type, version));
     }
 
-    void addGlobal(std::uint32_t name, std::string_view type) {
+    void addGlobal(std::uint32_t name, std::string_view type, std::uint32_t version) {
         if (type == wl_compositor_interface.name) {
             bind(compositor_, name, wl_compositor_interface, 4);
         } else if (type == wl_shm_interface.name) {
@@ -241,7 +245,8 @@ private:
             bind(seat_, name, wl_seat_interface, 1);
             wl_seat_add_listener(seat_, &seatListener, this);
         } else if (type == xdg_wm_base_interface.name) {
-            bind(shell_, name, xdg_wm_base_interface, 1);
+            bind(shell_, name, xdg_wm_base_interface,
+                 std::min<std::uint32_t>(version, XDG_TOPLEVEL_WM_CAPABILITIES_SINCE_VERSION));
             xdg_wm_base_add_listener(shell_, &shellListener, this);
         } else if (type == xdg_activation_v1_interface.name) {
             bind(activation_, name, xdg_activation_v1_interface, 1);
@@ -304,18 +309,21 @@ private:
     int width_ = 640;
     int height_ = 480;
     bool isShown_ = false;
+    /// Whether the mouse has been on it, and whether it is now.
     bool isEntered_ = false;
+    bool hasPointer_ = false;
     bool isFocused_ = false;
     std::size_t keyPresses_ = 0;
     std::uint32_t keySerial_ = 0;
     std::string token_;
+    std::uint32_t abilities_ = 0;
     std::size_t releases_ = 0;
     std::vector<ButtonEvent> events_;
 };
 
 const wl_registry_listener Client::registryListener{
-    [](void* data, wl_registry*, std::uint32_t name, const char* type, std::uint32_t) {
-        self(data).addGlobal(name, type);
+    [](void* data, wl_registry*, std::uint32_t name, const char* type, std::uint32_t version) {
+        self(data).addGlobal(name, type, version);
     },
     [](void*, wl_registry*, std::uint32_t) {},
 };
@@ -331,7 +339,7 @@ const xdg_surface_listener Client::shellSurfaceListener{
     },
 };
 
-// Of these two, later versions of the library know more events, which the versions in use here never send.
+// Later versions of the library know more events, which the versions in use here never send.
 const xdg_toplevel_listener Client::windowListener = [] {
     xdg_toplevel_listener listener{};
     listener.configure = [](void* data, xdg_toplevel*, std::int32_t width, std::int32_t height, wl_array*) {
@@ -339,6 +347,13 @@ const xdg_toplevel_listener Client::windowListener = [] {
         self(data).height_ = height > 0 ? height : self(data).height_;
     };
     listener.close = [](void*, xdg_toplevel*) { std::exit(0); };
+    listener.configure_bounds = [](void*, xdg_toplevel*, std::int32_t, std::int32_t) {};
+    listener.wm_capabilities = [](void* data, xdg_toplevel*, wl_array* all) {
+        const auto* const begin = static_cast<const std::uint32_t*>(all->data);
+        for (const auto* one = begin; one != begin + all->size / sizeof *begin; ++one) {
+            self(data).abilities_ |= 1U << *one;
+        }
+    };
     return listener;
 }();
 
@@ -346,8 +361,9 @@ const wl_pointer_listener Client::pointerListener = [] {
     wl_pointer_listener listener{};
     listener.enter = [](void* data, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t, wl_fixed_t) {
         self(data).isEntered_ = true;
+        self(data).hasPointer_ = true;
     };
-    listener.leave = [](void*, wl_pointer*, std::uint32_t, wl_surface*) {};
+    listener.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) { self(data).hasPointer_ = false; };
     listener.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {};
     listener.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t time, std::uint32_t code,
                          std::uint32_t state) {
