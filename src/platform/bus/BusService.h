@@ -49,7 +49,8 @@ public:
     /// Calls it without caring for an answer. No effect where it does not run.
     void tell(const Call& call);
 
-    /// Has a slot told of a signal, whoever sends it: the slot ends with a `QDBusMessage`, for `isFrom`. An empty path
+    /// Has a slot told of a signal, whoever sends it and in whatever types: the slot takes a `QDBusMessage`, for
+    /// `isFrom`, and nothing else, since for an argument of another type the toolkit ends the program. An empty path
     /// stands for all. Holds until the bus has gone, or the receiver; to be done again after each `appeared`, and
     /// without effect where it was done already.
     void listen(const QString& path, const QString& interface, const QString& signal, QObject* receiver,

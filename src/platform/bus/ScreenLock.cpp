@@ -61,14 +61,15 @@ BusPlace ScreenLock::systemBus() {
     return {named.isEmpty() ? QByteArrayLiteral("unix:path=/run/dbus/system_bus_socket") : named, BusState::answers};
 }
 
-/// The toolkit would look up a sender that is named here, and wait for that.
+/// The toolkit would look up a sender that is named here, and wait for that. What came in other types it would end the
+/// program for, whoever sends it.
 void ScreenLock::followDesktop() {
     QDBusConnection bus = session_.connection();
     if (!bus.isConnected()) {
         return;
     }
     for (const Place& place : places) {
-        bus.connect(QString(), place.path, place.interface, QStringLiteral("ActiveChanged"), this,
+        bus.connect(QString(), place.path, place.interface, QStringLiteral("ActiveChanged"), QStringLiteral("b"), this,
                     SLOT(desktopTold(bool, QDBusMessage)));
     }
     askDesktop();
@@ -81,7 +82,7 @@ void ScreenLock::followLogin() {
         return;
     }
     bus.connect(QString(), QString(), propertiesInterface, QStringLiteral("PropertiesChanged"), {sessionInterface},
-                QString(), this, SLOT(loginTold(QString)));
+                QStringLiteral("sa{sv}as"), this, SLOT(loginTold(QString)));
     ask(system_, questionToLogin(), loginManager);
 }
 

@@ -75,8 +75,8 @@ void Portal::tell(const PortalCall& call) {
 /// Whatever name the sender is given, its owner is looked up by the toolkit, which waits for the bus. Only of the bus's
 /// own name it needs no telling.
 void Portal::listen(const QString& path, const QString& interface, const QString& signal, QObject* receiver,
-                    const char* slot) {
-    bus_.connection().connect(QString(), path, interface, signal, receiver, slot);
+                    const char* slot, const QString& types) {
+    bus_.connection().connect(QString(), path, interface, signal, types, receiver, slot);
 }
 
 void Portal::listenToName(const QString& name, QObject* receiver, const char* slot) {

@@ -60,9 +60,11 @@ public:
     void tell(const PortalCall& call);
 
     /// Has a slot told of a signal, whoever sends it: a slot ends with a `QDBusMessage`, for `isFrom`. Holds until the
-    /// bus has gone, or the receiver. Has no effect while there is no bus, or when done again.
+    /// bus has gone, or the receiver. Has no effect while there is no bus, or when done again. Told is what comes in
+    /// those `types`, in the bus's own letters. Only a slot that takes nothing but the message can do without them: for
+    /// an argument of another type than a slot takes the toolkit ends the program.
     void listen(const QString& path, const QString& interface, const QString& signal, QObject* receiver,
-                const char* slot);
+                const char* slot, const QString& types = {});
 
     /// Has a slot told when another name changes its owner, with the name, the old and the new owner. Holds as
     /// `listen`.

@@ -61,7 +61,7 @@ void PortalRequest::taken(const QDBusMessage& answer) {
 void PortalRequest::listenAt(const QString& path) {
     path_ = path;
     portal_.listen(path, requestInterface, QStringLiteral("Response"), this,
-                   SLOT(answered(uint, QVariantMap, QDBusMessage)));
+                   SLOT(answered(uint, QVariantMap, QDBusMessage)), QStringLiteral("ua{sv}"));
 }
 
 void PortalRequest::answered(uint response, const QVariantMap& results, const QDBusMessage& message) {

@@ -74,7 +74,7 @@ PortalSettings::PortalSettings(Portal& portal) : portal_(portal) {
 
 void PortalSettings::ask() {
     portal_.listen(portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                   SLOT(settingChanged(QString, QString, QDBusVariant, QDBusMessage)));
+                   SLOT(settingChanged(QString, QString, QDBusVariant, QDBusMessage)), QStringLiteral("ssv"));
     const QStringList groups{commonGroup, gnomeGroup, gnomeAccessGroup, windowsGroup, plasmaGroup};
     // A desktop that is only starting itself may take its time.
     constexpr std::chrono::seconds longestWait(60);

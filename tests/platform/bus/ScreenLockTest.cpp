@@ -135,5 +135,17 @@ TEST_F(ScreenLockTest, NobodyElseCanUnlock) {
     EXPECT_EQ(changes, 1);
 }
 
+TEST_F(ScreenLockTest, WhatComesInOtherTypesIsNotHeard) {
+    FakeLock fake(sessionBus.address(), gnome, "/org/gnome/ScreenSaver");
+    follow();
+    fake.tell(gnome, "ActiveChanged", {QStringList{"locked"}});
+    fake.tell(gnome, "ActiveChanged", {QVariantMap{{"locked", true}}});
+    fake.tell(gnome, "ActiveChanged", {});
+    fake.isLocked = true;
+    fake.tell(gnome, "ActiveChanged", {true});
+    EXPECT_TRUE(becomes(true));
+    EXPECT_EQ(changes, 1);
+}
+
 } // namespace
 } // namespace velloran::tests

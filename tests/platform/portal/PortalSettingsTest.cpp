@@ -73,5 +73,19 @@ TEST_F(PortalSettingsTest, NobodyElseIsBelieved) {
     EXPECT_FALSE(wishes().highContrast);
 }
 
+TEST_F(PortalSettingsTest, WhatComesInOtherTypesIsNotHeard) {
+    bringPortal();
+    settle();
+    const auto told = [](const QVariantList& arguments) {
+        QDBusMessage signal = QDBusMessage::createSignal("/org/freedesktop/portal/desktop",
+                                                         "org.freedesktop.portal.Settings", "SettingChanged");
+        signal.setArguments(arguments);
+        return signal;
+    };
+    sendFromElsewhere(told({QStringList{"a"}, QVariantMap{{"contrast", 1U}}, 1U}));
+    sendFromElsewhere(told({appearance, "contrast", QVariantMap{{"contrast", 1U}}}));
+    EXPECT_FALSE(wishes().highContrast);
+}
+
 } // namespace
 } // namespace velloran::tests
