@@ -88,4 +88,10 @@ void KWinHand::move(double x, double y) {
     take();
 }
 
+void KWinHand::button(std::uint32_t code, bool isDown) {
+    ei_device_button_button(mouse_, code, isDown);
+    ei_device_frame(mouse_, ei_now(ei_));
+    take();
+}
+
 } // namespace velloran::tests

@@ -30,11 +30,13 @@ public:
         release(keys);
     }
 
+    void key(std::uint32_t code, bool isDown);
+
     void move(double x, double y);
+    void button(std::uint32_t code, bool isDown);
 
 private:
     void take();
-    void key(std::uint32_t code, bool isDown);
 
     ei* ei_;
     ei_device* keyboard_ = nullptr;
