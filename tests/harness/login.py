@@ -124,6 +124,10 @@ class LoginManager:
         self._bus.emit_signal(None, "/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
                               GLib.Variant("(b)", (begins,)))
 
+    def unlock(self):
+        """Asks the desktop to unlock the screen, as for an administrator."""
+        self._bus.emit_signal(None, SESSION, "org.freedesktop.login1.Session", "Unlock", None)
+
     def close(self):
         self._loop.quit()
         self._thread.join(10)

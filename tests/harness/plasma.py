@@ -1,0 +1,246 @@
+"""A private Plasma on Wayland without a screen: KWin with the portal and what stands behind it, and a user's hand for it."""
+
+import json
+import os
+import shutil
+import socket
+import subprocess
+
+from gi.repository import Gio, GLib
+
+from . import processes
+from .login import LoginManager
+from .portal_compositor import FRONT_END, PortalCompositor
+from .waiting import pause, until
+
+SOCKET = "wayland-plasma"
+BACK_END = "org.freedesktop.impl.portal.desktop.kde"
+PERMISSIONS = "org.freedesktop.impl.portal.PermissionStore"
+KWIN, SHORTCUTS, SCREEN_LOCK = "org.kde.KWin", "org.kde.kglobalaccel", "org.freedesktop.ScreenSaver"
+HAND = os.environ.get("VELLORAN_KWIN_HAND", "none")
+VERSION = 6 if shutil.which("kbuildsycoca6") else 5
+
+# Keys and buttons by evdev's codes.
+ESCAPE, ENTER, CONTROL, ALT, F4 = 1, 28, 29, 56, 62
+LETTERS = {"s": 31, "d": 32}
+LEFT_BUTTON = 0x110
+
+# The witness stays below the program's window when it is clicked on.
+SETTINGS = {
+    "kwinrc": "[MouseBindings]\nCommandWindow1=Activate and pass click\nCommandWindow2=Activate and pass click\n"
+              "CommandWindow3=Activate and pass click\n[Windows]\nClickRaise=false\n",
+    "kdeglobals": "[KDE]\nAnimationDurationFactor=0\n",
+    "kxkbrc": "[Layout]\nUse=true\nLayoutList=us,de\n",
+}
+
+# Clicks go by one of these, so nobody may do the other.
+WAYS = {"libei": "NotifyPointerButton", "calls": "ConnectToEIS"}
+FORBIDDEN = """<deny send_interface="org.freedesktop.portal.RemoteDesktop" send_member="{}"/>"""
+
+# Where KWin has no door for emulated input: it asks the entry of a program what that may have.
+HAND_ENTRY = f"""[Desktop Entry]
+Type=Application
+Name=Hand
+Exec={HAND}
+NoDisplay=true
+X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input
+"""
+
+# A script for KWin that tells what windows it shows.
+WINDOWS = """const all = workspace.windowList ? workspace.windowList() : workspace.clientList();
+const found = all.map(w => ({caption: w.caption, titleHeight: w.frameGeometry.height - w.bufferGeometry.height,
+    x: w.frameGeometry.x, y: w.frameGeometry.y, width: w.frameGeometry.width, height: w.frameGeometry.height}));
+callDBus("%s", "/windows", "app.velloran.Test", "tell", JSON.stringify(found));
+"""
+WINDOWS_INTERFACE = """<node><interface name="app.velloran.Test"><method name="tell"><arg type="s" direction="in"/></method>
+</interface></node>"""
+
+
+class Hand:
+    """The user's mouse and keyboard, for as long as it is held: the seat has none besides."""
+
+    def __init__(self, environment):
+        self._process = processes.start([HAND], environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
+        assert self._process.stdout.readline().strip() == "ready", "KWin takes no hand"
+
+    def _do(self, *words):
+        self._process.stdin.write(" ".join(str(word) for word in words) + "\n")
+        assert self._process.stdout.readline().strip() == "done", f"the hand does not {words}"
+
+    def move(self, right, down):
+        self._do("move", right, down)
+
+    def press(self, *codes):
+        for code in codes:
+            self._do("press", code)
+
+    def release(self, *codes):
+        for code in reversed(codes):
+            self._do("release", code)
+
+    def tap(self, *codes):
+        self.press(*codes)
+        pause(0.02)
+        self.release(*codes)
+
+    def press_button(self, code=LEFT_BUTTON):
+        self._do("down", code)
+
+    def release_button(self, code=LEFT_BUTTON):
+        self._do("up", code)
+
+    def click(self):
+        self.press_button()
+        self.release_button()
+
+    def close(self):
+        self._process.stdin.close()
+        processes.end(self._process)
+        self._process.stdout.close()
+
+
+class Plasma(PortalCompositor):
+    """Its portal takes clicks in one of the `WAYS` only. It may be one that can be locked."""
+
+    NAME = "KDE"
+    BACK_END = BACK_END
+    BACK_END_PROGRAM = "xdg-desktop-portal-kde"
+
+    def __init__(self, size=(1920, 1080), way="libei", has_lock=False):
+        self._way = way
+        self._has_lock = has_lock
+        self._login = None
+        self._told_windows = None
+        super().__init__(size)
+
+    @staticmethod
+    def is_installed():
+        return shutil.which("kwin_wayland") is not None and os.path.exists(HAND)
+
+    def _start_bus(self):
+        super()._start_bus()
+        path = os.path.join(self.folder, "bus.conf")
+        with open(path, encoding="ascii") as file:
+            configuration = file.read()
+        with open(path, "w", encoding="ascii") as file:
+            file.write(configuration.replace("</policy>", FORBIDDEN.format(WAYS[self._way]) + "</policy>"))
+        self.bus_connection = self._connect(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ReloadConfig")
+
+    def _start_compositor(self):
+        self.environment.update({"XDG_SESSION_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": str(VERSION),
+                                 "XDG_MENU_PREFIX": "plasma-", "LIBGL_ALWAYS_SOFTWARE": "1", "QT_QUICK_BACKEND": "software",
+                                 "QT_FORCE_STDERR_LOGGING": "1"})
+        os.makedirs(self.config_home)
+        for name, text in SETTINGS.items():
+            with open(os.path.join(self.config_home, name), "w", encoding="ascii") as file:
+                file.write(text)
+        if self._has_lock:
+            self._login = LoginManager(self.environment["DBUS_SYSTEM_BUS_ADDRESS"])
+        os.makedirs(os.path.join(self.data_home, "applications"))
+        with open(os.path.join(self.data_home, "applications", "hand.desktop"), "w", encoding="ascii") as file:
+            file.write(HAND_ENTRY)
+        # KWin knows its own portal, and what other programs may have, by the database of services.
+        self.run_tool(f"kbuildsycoca{VERSION}")
+        # What is granted to the program's file lets it start only where that can be granted.
+        self._kwin = os.path.join(self._place, "kwin_wayland")
+        shutil.copyfile(shutil.which("kwin_wayland"), self._kwin)
+        os.chmod(self._kwin, 0o755)
+        path = self.environment["WAYLAND_DISPLAY"] = os.path.join(self.environment["XDG_RUNTIME_DIR"], SOCKET)
+        # As in a session of Plasma's: the place outlives the compositor.
+        self._listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
+        self._listener.bind(path)
+        self._listener.listen(64)
+        self.start_server()
+        self._start_service("permission-store", "xdg-permission-store", PERMISSIONS)
+        self.start_back_end()
+        self.start_front_end()
+        return path
+
+    def start_server(self):
+        """Starts the compositor, also after another has been killed, and gives it a hand."""
+        command = ["env", "-u", "WAYLAND_DISPLAY", "-u", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "QT_QPA_PLATFORM=", self._kwin,
+                   "--virtual", "--width", str(self._size[0]), "--height", str(self._size[1]),
+                   "--wayland-fd", str(self._listener.fileno()),
+                   "--socket", SOCKET, *([] if self._has_lock else ["--no-lockscreen"])]
+        self.server = self._run("kwin", command, pass_fds=[self._listener.fileno()])
+        for name in (KWIN, SHORTCUTS, "org.kde.keyboard"):
+            self.wait_for_name(name)
+        self.hand = Hand(self.environment)
+        self.hand.move(2 * self._size[0], 2 * self._size[1])
+        self.hand.move(-10, -10)
+
+    def end_server(self):
+        """With its place, as the session ends with it."""
+        self.hand.close()
+        self.hand = None
+        self._listener.close()
+        super().end_server()
+
+    def crash_server(self):
+        """Its place stays, for the next."""
+        self.hand.close()
+        self.hand = None
+        super().end_server()
+
+    def set_layout(self, number):
+        self.call("org.kde.keyboard", "/Layouts", "org.kde.KeyboardLayouts", "setLayout", GLib.Variant("(u)", (number,)))
+
+    @property
+    def size(self):
+        return self._size
+
+    def has_script(self):
+        """Whether KWin has the program's."""
+        return self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "isScriptLoaded",
+                         GLib.Variant("(s)", ("app.velloran.Velloran",)))[0]
+
+    def windows(self):
+        """What KWin shows, by the titles: how much it adds to their height, and where it is."""
+        if self._told_windows is None:
+            interface = Gio.DBusNodeInfo.new_for_xml(WINDOWS_INTERFACE).interfaces[0]
+            self.bus_connection.register_object("/windows", interface, self._take_windows, None, None)
+        self._told_windows = ""
+        path = os.path.join(self._place, "windows.js")
+        with open(path, "w", encoding="ascii") as file:
+            file.write(WINDOWS % self.bus_connection.get_unique_name())
+        name = GLib.Variant("(s)", ("windows",))
+        number = self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "loadScript", GLib.Variant("(ss)", (path, "windows")))[0]
+        place = f"/Scripting/Script{number}" if VERSION > 5 else f"/{number}"
+        self.call(KWIN, place, "org.kde.kwin.Script", "run")
+
+        def are_told():
+            GLib.MainContext.default().iteration(False)
+            return self._told_windows
+        told = json.loads(until(are_told, "KWin does not tell its windows"))
+        self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "unloadScript", name)
+        return {window.pop("caption"): window for window in told}
+
+    def _take_windows(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
+        self._told_windows = arguments.unpack()[0]
+        invocation.return_value(None)
+
+    def point_at(self, x, y):
+        self.hand.move(-2 * self._size[0], -2 * self._size[1])
+        self.hand.move(x, y)
+
+    def lock(self):
+        self.call(SCREEN_LOCK, "/ScreenSaver", SCREEN_LOCK, "Lock")
+
+    def unlock(self):
+        """As the login manager does for an administrator."""
+        self._login.unlock()
+
+    def is_locked(self):
+        return self.call(SCREEN_LOCK, "/ScreenSaver", SCREEN_LOCK, "GetActive")[0]
+
+    def close(self):
+        if self.hand:
+            self.hand.close()
+        super().close()
+        self._listener.close()
+        if self._login:
+            self._login.close()
+
+
+__all__ = ["ALT", "BACK_END", "CONTROL", "ENTER", "ESCAPE", "F4", "FRONT_END", "LETTERS", "VERSION", "Plasma"]

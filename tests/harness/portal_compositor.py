@@ -1,0 +1,91 @@
+"""What desktops on Wayland have in common whose clicks go through a portal: services on the bus, dialogs and a hand that answers them."""
+
+import glob
+import os
+
+from gi.repository import Gio, GLib
+
+from .accessible import applications
+from .compositor import Compositor
+from .desktop import CALL_LIMIT
+from .waiting import pause, until
+
+FRONT_END = "org.freedesktop.portal.Desktop"
+
+
+def executable(name):
+    """Where the system keeps a program that is not for users."""
+    found = [path for folder in ("/usr/libexec/", "/usr/lib/*/libexec/", "/usr/lib/*/") for path in glob.glob(folder + name)]
+    assert found, f"there is no {name}"
+    return found[0]
+
+
+class PortalCompositor(Compositor):
+    """The program's data folder has to be that of the desktop: its portal looks for the program's entry there."""
+
+    BACK_END = None
+    BACK_END_PROGRAM = None
+
+    def __init__(self, size=(1920, 1080)):
+        self.hand = None
+        self._portal = {}
+        super().__init__(size)
+
+    @property
+    def data_home(self):
+        return os.path.join(self.environment["HOME"], ".local", "share")
+
+    @property
+    def config_home(self):
+        return os.path.join(self.environment["HOME"], ".config")
+
+    def call(self, name, path, interface, method, arguments=None):
+        """Calls somebody on the session bus, and returns what is answered."""
+        return self.bus_connection.call_sync(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, CALL_LIMIT,
+                                             None).unpack()
+
+    def ask_bus(self, method, name):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                         GLib.Variant("(s)", (name,)))[0]
+
+    def wait_for_name(self, name, seconds=90.0):
+        until(lambda: self.ask_bus("NameHasOwner", name), f"nobody takes the name {name}", seconds)
+
+    def _start_service(self, log, program, name):
+        process = self._run(log, [executable(program)])
+        self.wait_for_name(name)
+        return process
+
+    def start_back_end(self):
+        self._portal[self.BACK_END] = self._start_service("back-end", self.BACK_END_PROGRAM, self.BACK_END)
+
+    def start_front_end(self):
+        self._portal[FRONT_END] = self._start_service("front-end", "xdg-desktop-portal", FRONT_END)
+
+    def kill(self, name):
+        """Kills the front end or the back end of the portal."""
+        self._portal[name].kill()
+        self._portal[name].wait()
+
+    def dialogs(self, service):
+        """The windows of one of the portal's programs."""
+        try:
+            pid = self.ask_bus("GetConnectionUnixProcessID", service)
+            application = applications(self.accessibility).get(pid)
+            return [frame for frame in application.children if "showing" in frame.states] if application else []
+        except GLib.Error:
+            return []
+
+    def wait_for_view(self, name):
+        pass
+
+    def focus(self, name):
+        """Clicks with the mouse where it is, which is on the witness. A window that was just opened may get it after that."""
+        def gets_keyboard():
+            before = self.witness.releases()
+            self.hand.click()
+            self.witness.wait_for_releases(before + 1)
+            pause(0.2)
+            return self.witness.has_focus()
+        until(gets_keyboard, "the witness does not get the keyboard")
+        self.witness.report()
