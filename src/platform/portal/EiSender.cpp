@@ -8,9 +8,12 @@
 namespace velloran::platform::portal {
 
 EiSender::EiSender(EventLoop& loop, int descriptor, Told told)
-    : loop_(loop), context_(ei_new_sender(nullptr)), told_(std::make_shared<const Told>(std::move(told))) {
+    : loop_(loop),
+      pipe_(std::in_place, descriptor),
+      context_(ei_new_sender(nullptr)),
+      told_(std::make_shared<const Told>(std::move(told))) {
     ei_configure_name(context_, "Velloran");
-    if (ei_setup_backend_fd(context_, descriptor) != 0) {
+    if (ei_setup_backend_fd(context_, pipe_->takeEnd()) != 0 || !pipe_->send()) {
         context_ = ei_unref(context_);
         loop.post([told = std::weak_ptr(told_)] {
             if (const auto receiver = told.lock()) {
@@ -19,7 +22,7 @@ EiSender::EiSender(EventLoop& loop, int descriptor, Told told)
         });
         return;
     }
-    watch_ = loop.watch(ei_get_fd(context_), EventLoop::Readiness::readable, [this] { follow(); });
+    watch_ = loop.watch(pipe_->descriptor(), EventLoop::Readiness::readable, [this] { follow(); });
 }
 
 EiSender::~EiSender() {
@@ -34,14 +37,13 @@ void EiSender::send(const std::vector<MouseEvent>& events) {
     if (!canSend_) {
         return;
     }
-    // One frame behind the other and nothing between: some desktops do not let a button go when its program is killed.
+    // In one piece: some desktops do not let a button go when its program is killed.
     for (const MouseEvent& event : events) {
         ei_device_button_button(device_, static_cast<std::uint32_t>(evdevButton(event.button)), isPress(event.type));
         ei_device_frame(device_, ei_now(context_));
     }
-    // A connection that is found broken in writing cannot be read any more, so its end would never be heard of.
-    if (ei_event* const event = ei_peek_event(context_)) {
-        ei_event_unref(event);
+    if (!pipe_->send()) {
+        isBroken_ = true;
         followLater();
     }
 }
@@ -55,6 +57,9 @@ void EiSender::end() {
         }
         letDeviceGo();
         context_ = ei_unref(context_);
+        // Its farewell.
+        static_cast<void>(pipe_->send());
+        pipe_.reset();
     }
 }
 
@@ -62,13 +67,20 @@ void EiSender::follow() {
     News news = News::none;
     {
         const std::lock_guard lock(mutex_);
-        if (context_ == nullptr) {
+        if (context_ == nullptr || isLost_) {
             return;
         }
+        isBroken_ = !pipe_->receive() || isBroken_;
         ei_dispatch(context_);
         while (ei_event* const event = ei_get_event(context_)) {
             news = std::max(news, take(*event));
             ei_event_unref(event);
+        }
+        isBroken_ = !pipe_->send() || isBroken_;
+        isLost_ = isBroken_ || news == News::lost;
+        if (isLost_) {
+            canSend_ = false;
+            news = News::lost;
         }
     }
     // Whoever is told may end this.
@@ -116,7 +128,6 @@ EiSender::News EiSender::take(ei_event& event) {
         }
         return News::none;
     case EI_EVENT_DISCONNECT:
-        canSend_ = false;
         return News::lost;
     default:
         return News::none;

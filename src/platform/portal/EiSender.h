@@ -2,12 +2,14 @@
 
 #include "async/EventLoop.h"
 #include "platform/portal/ClickSender.h"
+#include "platform/portal/InputPipe.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 struct ei;
 struct ei_device;
@@ -47,9 +49,12 @@ private:
 
     EventLoop& loop_;
     std::mutex mutex_; // guards what follows; the library is for one thread at a time
+    std::optional<InputPipe> pipe_;
     ei* context_ = nullptr;
     ei_device* device_ = nullptr;
     std::uint32_t emulations_ = 0;
+    bool isBroken_ = false;
+    bool isLost_ = false;
 
     std::atomic<bool> canSend_ = false;
     const std::shared_ptr<const Told> told_;

@@ -8,7 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,6 +28,45 @@ using Log = std::vector<std::string>;
 
 const std::vector<MouseEvent> click{{MouseEventType::rightMouseDown, {}, EventButton::right},
                                     {MouseEventType::rightMouseUp, {}, EventButton::right}};
+
+/// Carries what goes between a sender and the server, and counts the pieces that come from the sender.
+class Wire {
+public:
+    explicit Wire(int server) : server_(server) {
+        EXPECT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends_.data()), 0);
+    }
+
+    Wire(const Wire&) = delete;
+    Wire& operator=(const Wire&) = delete;
+
+    ~Wire() {
+        close(server_);
+        close(ends_[0]);
+    }
+
+    /// Which it takes over.
+    [[nodiscard]] int forSender() const { return ends_[1]; }
+
+    void carry() {
+        pieces += pass(ends_[0], server_);
+        pass(server_, ends_[0]);
+    }
+
+    int pieces = 0;
+
+private:
+    static int pass(int from, int to) {
+        std::array<char, 8192> piece{};
+        int count = 0;
+        for (ssize_t size = 0; (size = recv(from, piece.data(), piece.size(), MSG_DONTWAIT)) > 0; ++count) {
+            EXPECT_EQ(send(to, piece.data(), static_cast<std::size_t>(size), MSG_NOSIGNAL), size);
+        }
+        return count;
+    }
+
+    int server_;
+    std::array<int, 2> ends_{-1, -1};
+};
 
 class EiSenderTest : public testing::Test {
 protected:
@@ -69,6 +112,23 @@ TEST_F(EiSenderTest, ClickIsAPressAndAReleaseInTwoFrames) {
     sender->send(click);
     EXPECT_TRUE(until([this] { return server->log.size() >= 4; }));
     EXPECT_EQ(server->log, (Log{"273 down", "frame", "273 up", "frame"})) << "and the pointer alone was asked for";
+}
+
+TEST_F(EiSenderTest, ClickLeavesInOnePiece) {
+    Wire wire(server->makeClient());
+    sender =
+        std::make_shared<EiSender>(loop, wire.forSender(), EiSender::Told{[this] { ++changes; }, [this] { ++losses; }});
+    ASSERT_TRUE(until([&] {
+        wire.carry();
+        return sender->canSend() && server->isEmulating;
+    }));
+    const int before = wire.pieces;
+    sender->send(click);
+    EXPECT_TRUE(until([&] {
+        wire.carry();
+        return server->log.size() >= 4;
+    }));
+    EXPECT_EQ(wire.pieces, before + 1) << "who is killed has sent all of it or nothing";
 }
 
 TEST_F(EiSenderTest, ManyClicksKeepTheirOrder) {
