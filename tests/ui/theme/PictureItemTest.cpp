@@ -116,9 +116,9 @@ TEST(Picture, KeepsItsProportionsAndIsNoLargerThanDrawn) {
 TEST(Picture, LooksAsTheToolkitsOwnImageHoweverItIsTurned) {
     Stage stage(
         "property bool own: true\n"
-        "Picture { objectName: \"picture\"; x: 100; y: 60; width: 180; height: 200; name: \"DragonFly\"\n"
+        "Picture { objectName: \"picture\"; x: 100; y: 90; width: 180; height: 140; name: \"DragonFly\"\n"
         "    visible: stage.own }\n"
-        "Image { objectName: \"image\"; x: 100; y: 60; width: 180; height: 200; fillMode: Image.PreserveAspectFit\n"
+        "Image { objectName: \"image\"; x: 100; y: 90; width: 180; height: 140; fillMode: Image.PreserveAspectFit\n"
         "    visible: !stage.own; source: \"qrc" +
         pictures.toUtf8() + "/DragonFly-180x140.png\" }");
     for (const double angle : {0.0, -4.0, 30.0}) {
