@@ -1,7 +1,9 @@
 #pragma once
 
+#include <vicinae-hotkey-v1-client-protocol.h>
 #include <wayland-client.h>
 #include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
+#include <xx-hotkey-v1-client-protocol.h>
 
 #include <memory>
 
@@ -20,6 +22,14 @@ struct WaylandDeleter {
     void operator()(zwlr_virtual_pointer_manager_v1* object) const { zwlr_virtual_pointer_manager_v1_destroy(object); }
 
     void operator()(zwlr_virtual_pointer_v1* object) const { zwlr_virtual_pointer_v1_destroy(object); }
+
+    void operator()(xx_hotkey_manager_v1* object) const { xx_hotkey_manager_v1_destroy(object); }
+
+    void operator()(xx_hotkey_v1* object) const { xx_hotkey_v1_destroy(object); }
+
+    void operator()(vicinae_hotkey_manager_v1* object) const { vicinae_hotkey_manager_v1_destroy(object); }
+
+    void operator()(vicinae_hotkey_v1* object) const { vicinae_hotkey_v1_destroy(object); }
 };
 
 /// Owns an object of the protocol.

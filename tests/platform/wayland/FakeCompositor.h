@@ -56,6 +56,12 @@ public:
     /// Works on the thread that calls, until it is told to end. Only while it is held still.
     void workUntil(const std::atomic<bool>& isEnding);
 
+    /// For what else a test wants it to offer.
+    [[nodiscard]] wl_display* display() const { return display_; }
+
+    /// Has what was told reach the clients.
+    void flush() { wl_display_flush_clients(display_); }
+
     /// How many bytes of the only client wait to be read.
     [[nodiscard]] std::size_t bytesWaiting() const;
 
