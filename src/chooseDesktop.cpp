@@ -2,11 +2,15 @@
 
 #include <QCoreApplication>
 
+#include "async/Observers.h"
 #include "hotkeyAdvice.h"
+#include "platform/hyprland/HyprlandPointer.h"
+#include "platform/hyprland/instance.h"
 #include "platform/plasma/PlasmaDesktop.h"
 #include "platform/portal/PortalDesktop.h"
 #include "platform/qt/monitors.h"
 #include "platform/sway/SwayHotKeys.h"
+#include "platform/wayland/CompositorHotKeys.h"
 #include "platform/wayland/SeatKeyboard.h"
 #include "platform/wayland/VirtualPointer.h"
 #include "platform/x11/X11Server.h"
@@ -16,6 +20,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 namespace velloran {
 
@@ -34,10 +39,8 @@ constexpr auto nobodyToAsk = "Nobody can be asked for the permission to click.";
 /// What one backend has for this session, or why it has nothing.
 using Candidate = Result<Desktop> (*)(const Environment& environment, const Backends& backends);
 
-/// A variable set to nothing counts as not set.
 bool isSet(const Environment& environment, const char* name) {
-    const auto value = environment(name);
-    return value && !value->empty();
+    return setValue(environment, name).has_value();
 }
 
 Result<Desktop> onX11(const Environment& environment, const Backends& backends) {
@@ -152,22 +155,21 @@ public:
         if (!keyboard_) {
             keyboard_ = std::make_shared<platform::wayland::SeatKeyboard>(loop, compositor);
             keyboard_->waitForKeymap(longestWaitForCompositor);
+            keyboard_->onChanged([changed = changed_] { changed->notify(); });
         }
         return keyboard_;
     }
 
-    /// Calls it whenever the layout of the one that was made has changed.
-    void onChanged(std::function<void()> changed) {
-        if (keyboard_) {
-            keyboard_->onChanged(std::move(changed));
-        }
-    }
+    /// Calls it as well whenever the layout of the one that was made has changed.
+    void onChanged(std::function<void()> changed) { telling_.push_back(changed_->attach(std::move(changed))); }
 
     /// The layout of the one that was made; null where none was, or it has none.
     const keys::KeyboardLayout* layout() { return keyboard_ ? keyboard_->layout() : nullptr; }
 
 private:
     std::shared_ptr<platform::wayland::SeatKeyboard> keyboard_;
+    std::shared_ptr<Observers<>> changed_ = std::make_shared<Observers<>>();
+    std::vector<Subscription> telling_;
 };
 
 /// A compositor that takes bindings from every program.
@@ -191,6 +193,31 @@ Result<Desktop> connectCompositor(const std::shared_ptr<platform::wayland::SeatK
     Desktop desktop;
     desktop.keyCharacters = {keyboard, "The compositor tells its keyboard's layout.", {}};
     return desktop;
+}
+
+std::shared_ptr<const Published<Desktop>> connectCompositorHotKeys(EventLoop& loop, const std::string& compositor,
+                                                                   const std::shared_ptr<KeyboardOnce>& keyboard) {
+    using platform::wayland::CompositorHotKeys;
+    const auto hotKeys =
+        std::make_shared<CompositorHotKeys>(loop, compositor, [keyboard] { return keyboard->layout(); });
+    hotKeys->waitForOffer(longestWaitForCompositor);
+    keyboard->onChanged([weak = std::weak_ptr<CompositorHotKeys>(hotKeys)] {
+        if (const auto following = weak.lock()) {
+            following->followLayout();
+        }
+    });
+    return {hotKeys, &hotKeys->parts()};
+}
+
+std::shared_ptr<const Published<Desktop>> connectHyprland(EventLoop& loop, const std::string& compositor,
+                                                          const std::string& folder) {
+    using platform::hyprland::HyprlandPointer;
+    const auto socket = platform::hyprland::requestSocket(folder, compositor);
+    const auto pointer = socket ? std::make_shared<HyprlandPointer>(loop, *socket) : nullptr;
+    if (!pointer || !pointer->waitForAnswer(longestWaitForCompositor)) {
+        return nullptr;
+    }
+    return {pointer, &pointer->parts()};
 }
 
 /// The session bus as parts of the desktop connect to it, each for itself.
@@ -232,6 +259,11 @@ std::optional<std::string> processEnvironment(const char* name) {
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 
+std::optional<std::string> setValue(const Environment& environment, const char* name) {
+    auto value = environment(name);
+    return value && !value->empty() ? std::move(value) : std::nullopt;
+}
+
 bool isWayland(const Environment& environment) {
     return isSet(environment, "WAYLAND_DISPLAY") || environment("XDG_SESSION_TYPE") == "wayland";
 }
@@ -261,6 +293,12 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
                 [&loop, keyboard](const std::string& compositor) {
                     return connectCompositor(keyboard->of(loop, compositor));
                 },
+            .compositorHotKeys =
+                [&loop, keyboard](const std::string& compositor) {
+                    return connectCompositorHotKeys(loop, compositor, keyboard);
+                },
+            .hyprland = [&loop](const std::string& compositor,
+                                const std::string& folder) { return connectHyprland(loop, compositor, folder); },
             .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
             .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
             .lacksPointer = lacksPointer};

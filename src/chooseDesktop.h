@@ -27,6 +27,14 @@ struct Backends {
     std::function<Result<platform::Desktop>(const std::string& compositor, const std::string& socket)> sway;
     /// What every compositor tells.
     std::function<Result<platform::Desktop>(const std::string& compositor)> compositor;
+    /// The hot keys that the compositor of that name binds for programs. Null where there are none to be had.
+    std::function<std::shared_ptr<const Published<platform::Desktop>>(const std::string& compositor)>
+        compositorHotKeys = {};
+    /// Where the pointer is, as Hyprland tells it whose folder that is. Null where it is not the compositor of that
+    /// name, or nobody listens there.
+    std::function<std::shared_ptr<const Published<platform::Desktop>>(const std::string& compositor,
+                                                                      const std::string& folder)>
+        hyprland = {};
     /// What Plasma does for programs over the session bus. Null where there is no bus for it.
     std::function<std::shared_ptr<const Published<platform::Desktop>>()> plasma;
     /// The desktop's portal, whose parts come late, go, and come back. Null where there is no bus for it.
@@ -44,6 +52,9 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
 /// session this is counts before what answers in it: on Wayland an X server may well answer, but it only reaches
 /// programs that use it themselves and swallows everything else without a word, so it is never asked there.
 platform::Desktop chooseDesktop(const Environment& environment, const Backends& backends);
+
+/// The value of a variable of the environment; nothing where it is empty, which counts as not set.
+std::optional<std::string> setValue(const Environment& environment, const char* name);
 
 /// Whether this is a session on Wayland, by what it says of itself.
 bool isWayland(const Environment& environment);

@@ -65,12 +65,14 @@ void assign(DesktopPart<Interface>& part, std::optional<DesktopPart<Interface>> 
 
 class Following {
 public:
-    Following(const Backends& backends, Published<Desktop>& desktop)
+    Following(const Environment& environment, const Backends& backends, Published<Desktop>& desktop)
         : desktop_(desktop),
+          compositor_(ofCompositor(environment, backends), [this] { merge(); }),
+          hyprland_(ofHyprland(environment, backends), [this] { merge(); }),
           plasma_(backends.plasma, [this] { merge(); }),
           portal_(backends.portal, [this] { merge(); }),
           needsClicks_(!desktop.get().clicks.part),
-          needsHotKeys_(!desktop.get().hotKeys.part),
+          chosenHotKeys_(desktop.get().hotKeys),
           needsPointer_(!desktop.get().pointer.part) {
         merge();
         if (!needsClicks_) {
@@ -83,13 +85,42 @@ public:
     }
 
 private:
+    static std::function<Parts()> ofCompositor(const Environment& environment, const Backends& backends) {
+        const auto compositor = setValue(environment, "WAYLAND_DISPLAY");
+        if (!compositor || !backends.compositorHotKeys) {
+            return nullptr;
+        }
+        return [make = backends.compositorHotKeys, name = *compositor] { return make(name); };
+    }
+
+    static std::function<Parts()> ofHyprland(const Environment& environment, const Backends& backends) {
+        const auto compositor = setValue(environment, "WAYLAND_DISPLAY");
+        const auto folder = setValue(environment, "XDG_RUNTIME_DIR");
+        const auto instance = setValue(environment, "HYPRLAND_INSTANCE_SIGNATURE");
+        if (!compositor || !folder || !instance || !backends.hyprland) {
+            return nullptr;
+        }
+        return [make = backends.hyprland, name = *compositor, place = *folder + "/hypr/" + *instance] {
+            return make(name, place);
+        };
+    }
+
+    /// What was chosen at the start is given up for nothing but the compositor's own.
+    DesktopPart<platform::HotKeys> hotKeys() {
+        auto found = first(&Desktop::hotKeys, {&compositor_});
+        if (!found && !chosenHotKeys_.part) {
+            found = first(&Desktop::hotKeys, {&plasma_, &portal_});
+        }
+        return found ? std::move(*found) : chosenHotKeys_;
+    }
+
     void merge() {
         // One that is begun here tells at once what it has.
         if (std::exchange(isMerging_, true)) {
             return;
         }
-        const auto hotKeys = needsHotKeys_ ? first(&Desktop::hotKeys, {&plasma_, &portal_}) : std::nullopt;
-        const auto pointer = needsPointer_ ? first(&Desktop::pointer, {&plasma_}) : std::nullopt;
+        const auto found = hotKeys();
+        const auto pointer = needsPointer_ ? first(&Desktop::pointer, {&hyprland_, &plasma_}) : std::nullopt;
         const Desktop* const ofPortal = needsClicks_ ? portal_.parts() : nullptr;
         isMerging_ = false;
         desktop_.modify([&](Desktop& now) {
@@ -100,17 +131,19 @@ private:
                 now.clicks = noPointerOfCompositor();
                 now.trust = nobodyAsked();
             }
-            assign(now.hotKeys, hotKeys);
+            now.hotKeys = found;
             assign(now.pointer, pointer);
         });
     }
 
     Published<Desktop>& desktop_;
     bool isMerging_ = false;
+    Service compositor_;
+    Service hyprland_;
     Service plasma_;
     Service portal_;
     bool needsClicks_;
-    bool needsHotKeys_;
+    const DesktopPart<platform::HotKeys> chosenHotKeys_;
     bool needsPointer_;
     Subscription lacksPointer_;
 };
@@ -121,7 +154,7 @@ Subscription followServices(const Environment& environment, const Backends& back
     if (!isWayland(environment)) {
         return {};
     }
-    auto following = std::make_shared<Following>(backends, desktop);
+    auto following = std::make_shared<Following>(environment, backends, desktop);
     return Subscription([following]() mutable { following.reset(); });
 }
 

@@ -88,6 +88,9 @@ protected:
     std::shared_ptr<Published<Desktop>> portal = std::make_shared<Published<Desktop>>(Desktop{});
     int portals = 0;
     std::shared_ptr<Published<Desktop>> plasma;
+    std::shared_ptr<Published<Desktop>> compositorKeys;
+    std::shared_ptr<Published<Desktop>> hyprland;
+    std::vector<std::string> hyprlands;
     Backends backends{.x11 = [this]() -> Result<Desktop> {
                           ++connections;
                           return whole;
@@ -102,6 +105,16 @@ protected:
                           return ofSway;
                       },
                       .compositor = [this](const std::string&) -> Result<Desktop> { return ofEveryCompositor; },
+                      .compositorHotKeys =
+                          [this](const std::string& compositor) {
+                              compositors.push_back("keys of " + compositor);
+                              return compositorKeys;
+                          },
+                      .hyprland =
+                          [this](const std::string& compositor, const std::string& folder) {
+                              hyprlands.push_back(compositor + " in " + folder);
+                              return hyprland;
+                          },
                       .plasma = [this] { return plasma; },
                       .portal =
                           [this] {
@@ -323,6 +336,68 @@ TEST_F(FollowPortalTest, IsAskedWherePlasmaIsNot) {
     EXPECT_EQ(desktop.get().hotKeys.reason, "Plasma binds it") << "it came late";
 }
 
+TEST_F(FollowPortalTest, WhatTheCompositorItselfBindsComesBeforeAllElse) {
+    desktop.modify([this](Desktop& now) {
+        now = whole;
+        now.hotKeys.reason = "chosen at the start";
+    });
+    const auto before = desktop.get();
+    compositorKeys = std::make_shared<Published<Desktop>>(Desktop{});
+    compositorKeys->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "not yet", "not yet", true}; });
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(compositors, std::vector<std::string>{"keys of wayland-0"});
+    EXPECT_EQ(desktop.get().hotKeys.reason, "not yet");
+    compositorKeys->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "its own", ""}; });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "its own");
+    EXPECT_EQ(desktop.get().clicks, before.clicks);
+    EXPECT_EQ(desktop.get().pointer, before.pointer);
+    compositorKeys->set(Desktop{});
+    EXPECT_EQ(desktop.get(), before) << "it offers none any more";
+    EXPECT_EQ(portals, 0);
+}
+
+TEST_F(FollowPortalTest, WithoutTheCompositorsOwnTheNextIsAsked) {
+    desktop.modify([this](Desktop& now) { now.clicks = whole.clicks; });
+    compositorKeys = std::make_shared<Published<Desktop>>(Desktop{});
+    compositorKeys->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "not yet", "not yet", true}; });
+    portal->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "the portal binds it", ""}; });
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(portals, 0) << "somebody better may still answer";
+    compositorKeys->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "its own", ""}; });
+    EXPECT_EQ(portals, 0);
+    compositorKeys->set(Desktop{});
+    EXPECT_EQ(portals, 1);
+    EXPECT_EQ(desktop.get().hotKeys.reason, "the portal binds it");
+}
+
+TEST_F(FollowPortalTest, HyprlandTellsWhereThePointerIs) {
+    const Variables session{
+        {"WAYLAND_DISPLAY", "wayland-1"}, {"XDG_RUNTIME_DIR", "/run/user/1"}, {"HYPRLAND_INSTANCE_SIGNATURE", "abc"}};
+    hyprland = std::make_shared<Published<Desktop>>(Desktop{});
+    hyprland->modify([this](Desktop& offered) { offered.pointer = {whole.pointer.part, "Hyprland tells", ""}; });
+    const Subscription following = follow(session);
+    EXPECT_EQ(hyprlands, std::vector<std::string>{"wayland-1 in /run/user/1/hypr/abc"});
+    EXPECT_EQ(desktop.get().pointer, hyprland->get().pointer);
+    hyprland->modify([](Desktop& offered) { offered.pointer.limit = "it does not answer"; });
+    EXPECT_EQ(desktop.get().pointer.limit, "it does not answer");
+}
+
+TEST_F(FollowPortalTest, HyprlandIsAskedOnlyWhereItIs) {
+    desktop.modify([](Desktop& now) { now.pointer = {nullptr, "nobody tells", "nobody tells"}; });
+    const Variables everything{
+        {"WAYLAND_DISPLAY", "wayland-1"}, {"XDG_RUNTIME_DIR", "/run/user/1"}, {"HYPRLAND_INSTANCE_SIGNATURE", "abc"}};
+    for (const auto& [name, value] : everything) {
+        Variables session = everything;
+        session[name] = "";
+        session["XDG_SESSION_TYPE"] = "wayland";
+        const Subscription following = follow(session);
+        EXPECT_TRUE(hyprlands.empty()) << name;
+    }
+    const Subscription following = follow(everything);
+    EXPECT_EQ(hyprlands.size(), 1U);
+    EXPECT_EQ(desktop.get().pointer.reason, "nobody tells") << "nobody listens at its socket";
+}
+
 TEST_F(FollowPortalTest, EndsWithItsSubscription) {
     { const Subscription following = follow(wayland); }
     portal->set(whole);
@@ -456,6 +531,20 @@ TEST(RealBackends, SwayHasTheHotkeyAndTheKeyboard) {
     const auto told = backends.compositor(sway.display());
     ASSERT_TRUE(told.ok());
     EXPECT_NE(told.value().keyCharacters.part, nullptr);
+}
+
+TEST(RealBackends, SwayHasNoHotKeysOfItsOwnForPrograms) {
+    const tests::Sway sway;
+    ASSERT_TRUE(sway.isUp()) << "sway must be installed";
+    fakes::VirtualLoop loop;
+    const auto keys = realBackends(loop, {}).compositorHotKeys(sway.display());
+    ASSERT_NE(keys, nullptr);
+    EXPECT_EQ(keys->get(), Desktop()) << "it has said so before there is a window";
+}
+
+TEST(RealBackends, HyprlandThatIsNotThereTellsNothing) {
+    fakes::VirtualLoop loop;
+    EXPECT_EQ(realBackends(loop, {}).hyprland("wayland-1", "/no/such/folder"), nullptr);
 }
 
 TEST(RealBackends, CompositorThatIsNotThereHasNone) {
