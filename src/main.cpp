@@ -177,13 +177,17 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
     const Subscription serviceParts = followServices(processEnvironment, backends, desktop);
     std::set<QString> told;
-    const Subscription telling = desktop.stream().subscribe([&log, &told](const platform::Desktop& now) {
-        for (const QString& sentence : DesktopLimits::of(now).sentences) {
-            if (told.insert(sentence).second) {
-                log.write("This desktop: " + sentence.toStdString());
+    Subscription telling;
+    // On an X server there is nothing to choose from, and a program has nothing to say.
+    if (isWayland(processEnvironment)) {
+        telling = desktop.stream().subscribe([&log, &told](const platform::Desktop& now) {
+            for (const QString& sentence : DesktopLimits::of(now).sentences) {
+                if (told.insert(sentence).second) {
+                    log.write("This desktop: " + sentence.toStdString());
+                }
             }
-        }
-    });
+        });
+    }
     const platform::PlatformInstallation installation({loop, desktop, log});
 
     const SharedHotkeys sharedHotkeys;

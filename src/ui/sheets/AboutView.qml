@@ -5,7 +5,7 @@ import Velloran
 Item {
     id: root
 
-    /// Sentences; none hides the section.
+    /// How each thing works on this desktop, or why it does not, in sentences; none hides the section.
     required property list<string> limits
     /// What can be done without a hotkey, and the line that it takes; no line hides both.
     property string hotkeyAdvice: ""

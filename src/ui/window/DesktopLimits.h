@@ -12,7 +12,7 @@
 namespace velloran {
 
 /// What does not work on this desktop, or otherwise than it was asked for: for each part a sentence for the user, which
-/// is empty where it does work; what can be done about it, and how the rest works.
+/// is empty where it does work; what can be done about it, and how everything works.
 class DesktopLimits {
     Q_GADGET
     QML_VALUE_TYPE(desktopLimits)
@@ -22,7 +22,8 @@ class DesktopLimits {
     /// What to do without a hotkey: a sentence, and the line that it is about. Empty where there is one.
     Q_PROPERTY(QString hotkeyAdvice MEMBER hotkeyAdvice)
     Q_PROPERTY(QString hotkeyLine MEMBER hotkeyLine)
-    /// How each part works here, or why it does not. None where everything works.
+    /// How clicks, their permission, the hotkey and the still-mouse rule work here, or why they do not: a sentence
+    /// each, and one on the hotkey that is wanted where there is something to say.
     Q_PROPERTY(QStringList sentences MEMBER sentences)
 
 public:
@@ -42,11 +43,9 @@ public:
         if (!desktop.hotKeys.part || (answer && isMissing(*answer))) {
             limits.advise(desktop.hotkeyAdvice);
         }
-        if (!limits.clicks.isEmpty() || !limits.hotkey.isEmpty() || !limits.stillMouse.isEmpty()) {
-            limits.sentences = QStringList{sentenceOf(desktop.clicks), sentenceOf(desktop.trust),
-                                           sentenceOf(desktop.hotKeys), told, sentenceOf(desktop.pointer)};
-            limits.sentences.removeAll(QString());
-        }
+        limits.sentences = QStringList{sentenceOf(desktop.clicks), sentenceOf(desktop.trust),
+                                       sentenceOf(desktop.hotKeys), told, sentenceOf(desktop.pointer)};
+        limits.sentences.removeAll(QString());
         return limits;
     }
 

@@ -15,7 +15,7 @@ T.ApplicationWindow {
     property real startHeight: 0
     /// What the options sheet holds.
     property Component options: null
-    /// What does not work on this desktop, in sentences.
+    /// How each thing works on this desktop, or why it does not, in sentences.
     property list<string> limits: []
     /// What can be done without a hotkey, and the line that it takes.
     property string hotkeyAdvice: ""

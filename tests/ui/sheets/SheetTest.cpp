@@ -284,9 +284,15 @@ TEST_F(SheetTest, AboutTellsHowTheRestWorks) {
     for (const char* const sentence : {"Somebody clicks.", "Nobody asks.", "Nothing is seen."}) {
         EXPECT_TRUE(until([&] { return shows(sentence); })) << sentence;
     }
-    desktop.pointer.limit.clear();
+    desktop.hotKeys.reason = "Somebody listens.";
+    desktop.pointer = {.part = nullptr, .reason = "Somebody looks.", .limit = ""};
     window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(desktop)));
-    EXPECT_TRUE(until([&] { return !shows("Somebody clicks."); })) << "where everything works nobody needs it";
+    for (const char* const sentence :
+         {"This desktop", "Somebody clicks.", "Nobody asks.", "Somebody listens.", "Somebody looks."}) {
+        EXPECT_TRUE(until([&] { return shows(sentence); })) << sentence << " where everything works";
+    }
+    EXPECT_FALSE(shows("Nothing is seen."));
+    keepPicture("about-everything-works");
 }
 
 TEST_F(SheetTest, AboutHasALineForTheHotkeyThatCanBeCopied) {

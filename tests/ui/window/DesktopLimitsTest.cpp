@@ -15,7 +15,10 @@ using platform::HotKeyAnswer;
 class DesktopLimitsTest : public testing::Test {
 protected:
     DesktopLimitsTest() {
+        desktop.clicks.reason = "It clicks.";
+        desktop.trust.reason = "Nobody asks.";
         desktop.hotKeys.reason = "It binds keys.";
+        desktop.pointer.reason = "It tells.";
         desktop.hotkeyAdvice = {"~/.config/keys", "bind F6 toggle"};
     }
 
@@ -27,9 +30,24 @@ protected:
     platform::Desktop desktop = platform.desktop.get();
 };
 
-TEST_F(DesktopLimitsTest, HotkeyThatIsAsWasAskedForIsNotWorthAWord) {
-    EXPECT_EQ(with(std::nullopt), DesktopLimits());
-    EXPECT_EQ(with(HotKeyAnswer()), DesktopLimits());
+TEST_F(DesktopLimitsTest, WhereEverythingWorksItIsSaidHow) {
+    const QStringList how{"It clicks.", "Nobody asks.", "It binds keys.", "It tells."};
+    for (const auto& answer : {std::optional<HotKeyAnswer>(), std::optional(HotKeyAnswer())}) {
+        DesktopLimits limits = with(answer);
+        EXPECT_EQ(limits.sentences, how);
+        limits.sentences.clear();
+        EXPECT_EQ(limits, DesktopLimits()) << "and nothing else is worth a word";
+    }
+}
+
+TEST_F(DesktopLimitsTest, WhatDoesNotWorkTakesThePlaceOfHow) {
+    desktop.clicks = {nullptr, "Why not.", "No clicks."};
+    desktop.pointer.limit = "It does not tell now.";
+    const DesktopLimits limits = with(std::nullopt);
+    EXPECT_EQ(limits.sentences, (QStringList{"No clicks.", "Nobody asks.", "It binds keys.", "It does not tell now."}));
+    EXPECT_EQ(limits.clicks, "No clicks.");
+    EXPECT_EQ(limits.hotkey, "");
+    EXPECT_EQ(limits.stillMouse, "It does not tell now.");
 }
 
 TEST_F(DesktopLimitsTest, AnotherTriggerStandsAtTheRecorderAndInAbout) {
