@@ -132,6 +132,7 @@ class PlasmaClicksByCalls(PlasmaClicks):
     WAY = "calls"
 
 
+@unittest.skipUnless(VERSION > 5, "the older release lets go of no button when a program ends")
 class PlasmaKills(PlasmaCase):
     def test_no_button_stays_down(self):
         chance = random.Random(50)
@@ -149,7 +150,6 @@ class PlasmaKills(PlasmaCase):
         print(f"\n50 kills over {self.WAY}: no button is down")
 
 
-@unittest.skipUnless(VERSION > 5, "there is no other way")
 class PlasmaKillsByCalls(PlasmaKills):
     WAY = "calls"
 
