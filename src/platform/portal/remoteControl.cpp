@@ -8,7 +8,7 @@ namespace {
 
 std::string limitOf(uint version, const QString& nameError) {
     if (version < firstThatRemembers) {
-        return "This desktop remembers no permission to click: it asks at every start.";
+        return "This desktop remembers no permission to click: it may ask at every start.";
     }
     if (!nameError.isEmpty()) {
         return "This desktop does not know the program by its name, so it may ask for the permission to click at "

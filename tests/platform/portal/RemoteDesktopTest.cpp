@@ -161,7 +161,7 @@ TEST_F(RemoteDesktopTest, DesktopThatForgetsGetsNoToken) {
     token->set("of another desktop");
     ASSERT_NO_FATAL_FAILURE(bring(1));
     EXPECT_EQ(remote->parts().get().clicks.limit,
-              "This desktop remembers no permission to click: it asks at every start.");
+              "This desktop remembers no permission to click: it may ask at every start.");
     ASSERT_NO_FATAL_FAILURE(ask());
     EXPECT_EQ(devices.value("types"), 2U);
     EXPECT_FALSE(devices.contains("persist_mode"));
