@@ -7,6 +7,7 @@ import signal
 import sys
 
 import cadence
+import cadence_on_sway
 import growth
 import lightness
 import reaction
@@ -15,7 +16,7 @@ from screen import Screen
 from subjects import BareWindow, Build, bare_thread, other_clickers
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-SUITES = {"cadence": cadence, "lightness": lightness, "reaction": reaction, "growth": growth}
+SUITES = {"cadence": cadence, "sway": cadence_on_sway, "lightness": lightness, "reaction": reaction, "growth": growth}
 
 
 class Bench:
@@ -28,6 +29,7 @@ class Bench:
         self.screen = screen
         self.round = 0
         self.bare_thread = bare_thread(os.path.join(tools, "bare-thread"))
+        self.bare_wayland_thread = bare_thread(os.path.join(tools, "bare-wayland-thread"))
         self.bare_window = BareWindow(os.path.join(tools, "bare-window"))
         self.other_clickers = other_clickers()
         self.builds = [Build(name, os.path.abspath(path)) for name, path in options.programs]

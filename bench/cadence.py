@@ -7,47 +7,53 @@ import sys
 
 import meters
 from record import FLOOR, Figure, percentile
-from screen import Target
 
-VISIBLE, MINIMISED = "visible", "minimised"
+VISIBLE = "visible"
 
 
 def measure(bench):
+    """One round on the X desktop."""
+    measure_on(bench, bench.screen, [bench.bare_thread, *bench.other_clickers])
+
+
+def measure_on(bench, screen, clickers):
     """One round: everybody has a run at every interval, with and without company."""
     options = bench.options
     for interval in options.intervals:
         for loops in options.loads:
-            for name, states, ready in bench.in_turn(_runners(bench)):
+            for name, states, ready in bench.in_turn(_runners(bench, screen, clickers)):
                 meters.wait_for_calm(bench.record, options.patience)
-                file = f"{name} {states[-1]} {interval:g} ms {loops:g} loops round {bench.round + 1}"
-                arrivals, busy = _run(bench, ready, interval / 1000, int(loops), os.path.join(bench.folder, "clicks", file))
+                file = f"{screen.PREFIX}{name} {states[-1]} {interval:g} ms {loops:g} loops round {bench.round + 1}"
+                arrivals, busy = _run(bench, screen, ready, interval / 1000, int(loops), os.path.join(bench.folder, "clicks", file))
+                company = f"{loops:g} busy loops" if loops else "idle"
                 for state in states:
-                    _add(bench, name, f"{interval:g} ms, {f'{loops:g} busy loops' if loops else 'idle'}, {state}", interval, arrivals,
-                         round=bench.round, clicks=len(arrivals), busyCores=busy)
+                    _add(bench, name, f"{screen.PREFIX}{interval:g} ms, {company}, {state}", interval, arrivals, round=bench.round,
+                         clicks=len(arrivals), busyCores=busy)
 
 
-def _runners(bench):
+def _runners(bench, screen, clickers):
     """Who runs: under which name, for which rows, and how it is got ready. What has no window stands in both rows."""
     def of_clicker(clicker):
-        return lambda count, interval: clicker.ready(bench.screen, count, interval)
+        return lambda count, interval: clicker.ready(screen, count, interval)
 
     def of_build(build, state):
         @contextlib.contextmanager
         def ready(count, interval):
             config = {"clickIntervalSeconds": interval, "maxClicks": count}
-            with build.at_rest(bench.screen, state == MINIMISED, **config):
-                yield bench.screen.press_hotkey
+            with build.at_rest(screen, state != VISIBLE, **config):
+                yield screen.press_hotkey
         return ready
 
-    clickers = [(FLOOR, bench.bare_thread), *((clicker.name, clicker) for clicker in bench.other_clickers)]
-    return [*((name, [VISIBLE, MINIMISED], of_clicker(clicker)) for name, clicker in clickers),
-            *((build.name, [state], of_build(build, state)) for state in (VISIBLE, MINIMISED) for build in bench.builds)]
+    states = [VISIBLE, screen.OUT_OF_SIGHT]
+    named = [(FLOOR, clickers[0]), *((clicker.name, clicker) for clicker in clickers[1:])]
+    return [*((name, states, of_clicker(clicker)) for name, clicker in named),
+            *((build.name, [state], of_build(build, state)) for state in states for build in bench.builds)]
 
 
-def _run(bench, ready, interval, loops, path):
+def _run(bench, screen, ready, interval, loops, path):
     count = bench.options.clicks
-    with ready(count, interval) as begin, Target(bench.screen, path, count, 3 * count * interval + 10) as target, \
-            meters.busy_loops(loops, bench.screen.environment):
+    with ready(count, interval) as begin, screen.target(path, count, interval) as target, \
+            meters.busy_loops(loops, screen.environment):
         meter = meters.BusyCores()
         begin()
         target.wait()

@@ -22,6 +22,10 @@ HOTKEY = ("s", "control", "alt")
 
 
 class Screen(Desktop):
+    # What its rows begin with, and what becomes of a window that is minimised.
+    PREFIX = ""
+    OUT_OF_SIGHT = "minimised"
+
     def __init__(self):
         super().__init__((1600, 1100))
         # Nobody has the screen read out: what is told to assistive tools would be measured as well.
@@ -37,6 +41,9 @@ class Screen(Desktop):
         if self.observer is not None:
             self._client.close()
         super().close()
+
+    def target(self, path, count, interval):
+        return Target(self, path, count, 3 * count * interval + 10)
 
     def start_and_wait_until_mapped(self, start):
         """Calls `start`, which starts a process; returns that and after how many seconds its window was mapped."""
