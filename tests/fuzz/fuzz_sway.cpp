@@ -49,10 +49,12 @@ void checkMessages(std::string_view bytes, std::size_t piece) {
 }
 
 void checkConfiguration(const std::string& text) {
-    // It includes itself, and a part of itself.
+    // It includes itself, and ever smaller parts of itself: all of them together are no longer than it.
+    std::size_t part = text.size();
     const auto bindings = userBindings({"/a/config", text}, [&](const std::string& words, const std::string& folder) {
         require(folder.starts_with('/') && folder.ends_with('/'), "a folder is told whole");
-        return std::vector<ConfigurationFile>{{"/a/config", text}, {folder + words, text.substr(text.size() / 2)}};
+        part /= 2;
+        return std::vector<ConfigurationFile>{{"/a/config", text}, {folder + words, text.substr(text.size() - part)}};
     });
     for (const UserBinding& binding : bindings) {
         require(!binding.key.empty() && binding.modifiers < 256, "a binding is of a key");
