@@ -29,7 +29,8 @@ public:
     /// Is told of each answer that was given.
     using Answered = std::function<void(const QDBusMessage& question, const QDBusMessage& answer)>;
 
-    explicit BusBench(Sensible sensible, Answered answered = [](const auto&, const auto&) {})
+    explicit BusBench(
+        Sensible sensible, Answered answered = [](const auto&, const auto&) {})
         : sensible_(std::move(sensible)), answered_(std::move(answered)) {
         QDBusConnection bus = session.connection();
         require(bus.isConnected(), "the bench has a bus");

@@ -94,6 +94,7 @@ private:
             const char* interface;
             const char* signal;
         };
+
         constexpr std::array<Place, 3> places{{
             {"/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "ActiveChanged"},
             {"/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged"},
