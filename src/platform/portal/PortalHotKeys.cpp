@@ -17,8 +17,8 @@ constexpr std::uint64_t longestWaitForPortal = 30 * nanosecondsPerSecond;
 constexpr int mostFailures = 3;
 
 constexpr auto noHotkey = "The global hotkey does not work here.";
-constexpr auto noPortal = "The global hotkey does not work here: the desktop's portal does not answer.";
-constexpr auto noInterface = "The global hotkey does not work here: the desktop's portal offers none.";
+constexpr auto noAnswer = "The global hotkey does not work here: the desktop's portal does not answer.";
+constexpr auto noShortcuts = "The global hotkey does not work here: the desktop's portal offers none.";
 
 DesktopPart<HotKeys> awaited() {
     return {nullptr, "The desktop's portal has not said yet whether it offers a hotkey.", noHotkey, true};
@@ -39,7 +39,7 @@ PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEn
       part_(awaited()),
       patience_(loop, loop.callAfter(longestWaitForPortal, [this] { part_.modify(stopAwaiting); })) {
     connect(&portal_, &Portal::appeared, this, &PortalHotKeys::askVersion);
-    connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
+    connect(&portal_, &Portal::vanished, this, [this] { withdraw(noAnswer); });
     connect(&portal_, &Portal::missing, this, [this] { withdraw(noHotkey); });
     if (portal_.isThere()) {
         askVersion();
@@ -57,7 +57,7 @@ void PortalHotKeys::askVersion() {
 
 void PortalHotKeys::offer(uint version) {
     if (version == 0) {
-        withdraw(noInterface);
+        withdraw(noShortcuts);
         return;
     }
     isOffered_ = true;
