@@ -3,6 +3,8 @@
 import functools
 import itertools
 
+from gi.repository import GLib
+
 from harness.compositor import Sway
 from harness.compositor_case import LEFT, RIGHT, CompositorCase
 from harness.waiting import until
@@ -45,14 +47,25 @@ class SwayPopups(CompositorCase):
     def assert_inside(self, item):
         """By its place in the window, all of which is on the screen."""
         x, y, width, height = item.extents
-        self.assertTrue(x >= 0 and y >= 0 and x + width <= SIZE[0] and y + height <= SIZE[1], (item.name, item.extents))
+        self.assertTrue(x >= 0 and y >= 0 and x + width <= SIZE[0] and y + height <= SIZE[1], (x, y, width, height))
+
+    def assert_all_inside(self, role, name=None):
+        """Everything of that kind, as soon as there is any."""
+        def look():
+            try:
+                found = self.program.shown(role, name)
+                for item in found:
+                    self.assert_inside(item)
+                return found
+            except GLib.Error:
+                return None  # went away meanwhile
+        return until(look, f"no {role} {name}")
 
     def open_menu(self, place, x, y, button, entry):
         """That a press there opens; gives the entry."""
         self.press(place, x, y, button)
         found = self.program.find("menu item", entry)
-        for item in self.program.shown("menu item"):
-            self.assert_inside(item)
+        self.assert_all_inside("menu item")
         return found
 
     def test_the_programs_menu_and_the_sheet_that_it_opens(self):
@@ -81,5 +94,6 @@ class SwayPopups(CompositorCase):
         for place in self.corners():
             for (role, name), text in help_of.items():
                 self.point_at(place, SIZE[0] // 2, 20)
+                self.program.wait_until_gone("label", text)
                 self.point_at(place, *self.program.find(role, name).centre)
-                self.assert_inside(self.program.find("label", text))
+                self.assert_all_inside("label", text)
