@@ -71,6 +71,7 @@ bool HyprlandPointer::isStillOpen() {
         // What it says now is of another time.
         if (late_->isOver() || placeIn(late_->answer())) {
             late_.reset();
+            givingUp_.cancel();
         }
     }
     return late_ != nullptr;
