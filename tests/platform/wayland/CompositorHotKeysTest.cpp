@@ -254,7 +254,7 @@ TEST_P(CompositorHotKeysTest, AnotherLayoutHasItAskedForAnew) {
     EXPECT_EQ(answers.back(), platform::hotKeyExistsError);
     layout = layoutOf("us");
     hotKeys->followLayout();
-    ASSERT_TRUE(untilAsked());
+    ASSERT_TRUE(untilAsked(1, std::uint32_t{'y'}));
     offered->bind();
     ASSERT_TRUE(untilAnswered(3));
     EXPECT_EQ(answers.back(), platform::noErr);
