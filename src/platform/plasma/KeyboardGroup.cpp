@@ -4,6 +4,9 @@ namespace velloran::platform::plasma {
 
 namespace {
 
+/// No keyboard has more. The library that knows keymaps reads what is not there for numbers far beyond that.
+constexpr std::uint32_t mostGroups = 32;
+
 const auto layoutsPath = QStringLiteral("/Layouts");
 const auto layoutsInterface = QStringLiteral("org.kde.KeyboardLayouts");
 
@@ -32,7 +35,8 @@ void KeyboardGroup::ask() {
                    [this](const QDBusMessage& answer) { take(answer.arguments().value(0).toUInt()); });
 }
 
-void KeyboardGroup::take(std::uint32_t group) {
+void KeyboardGroup::take(std::uint32_t told) {
+    const std::uint32_t group = told < mostGroups ? told : 0;
     if (group != current_) {
         current_ = group;
         emit changed();

@@ -29,7 +29,7 @@ private slots:
 
 private:
     void ask();
-    void take(std::uint32_t group);
+    void take(std::uint32_t told);
 
     bus::BusService keyboard_;
     std::uint32_t current_ = 0;

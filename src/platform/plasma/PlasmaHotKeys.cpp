@@ -46,6 +46,8 @@ std::string holderIn(const QVariant& value) {
         list >> name >> visibleName >> program >> visibleProgram;
         list.endStructure();
     }
+    // What is not ended is not given back.
+    list.endArray();
     const QString action = visibleName.isEmpty() ? name : visibleName;
     const QString holder = visibleProgram.isEmpty() ? program : visibleProgram;
     if (holder.isEmpty() || action.isEmpty()) {
