@@ -1,5 +1,5 @@
-// Arbitrary bytes as what Plasma's services answer, tell and call, in any order: only a hotkey that is bound is pressed,
-// and the pointer is nowhere but where it was told.
+// Arbitrary bytes as what Plasma's services answer, tell and call, in any order: only a hotkey that is bound is
+// pressed, and the pointer is nowhere but where it was told.
 
 #include "fuzz/BusBench.h"
 #include "platform/plasma/PlasmaHotKeys.h"
@@ -146,8 +146,8 @@ private:
             break;
         }
         case 4:
-            world_.bench.signal("/Layouts", layoutsInterface, values.byte() % 2 == 0 ? "layoutChanged" : "layoutListChanged",
-                                values.list(2));
+            world_.bench.signal("/Layouts", layoutsInterface,
+                                values.byte() % 2 == 0 ? "layoutChanged" : "layoutListChanged", values.list(2));
             break;
         case 5:
             lookAtPointer();
@@ -171,8 +171,10 @@ private:
         hotkey = {};
         const std::uint8_t key = values.byte();
         if (key % 4 != 0) {
-            hotkey.registration = keys_.registerHotKey(
-                key % 64, 0x1800, {1, id}, [&hotkey](const HotKeyAnswer& answer) { hotkey.isBound = answer.status == noErr; });
+            hotkey.registration =
+                keys_.registerHotKey(key % 64, 0x1800, {1, id}, [&hotkey](const HotKeyAnswer& answer) {
+                    hotkey.isBound = answer.status == noErr;
+                });
         }
     }
 

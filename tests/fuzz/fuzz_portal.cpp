@@ -82,9 +82,7 @@ struct World {
     [[nodiscard]] QString sessionPath() const { return pathOf("session", asked.session); }
 
     Asked asked;
-    BusBench bench{[this](const QDBusMessage& question, BusValues& values) {
-                       return answer(question, values);
-                   },
+    BusBench bench{[this](const QDBusMessage& question, BusValues& values) { return answer(question, values); },
                    [this](const QDBusMessage& question, const QDBusMessage& /*answer*/) { asked.note(question); }};
     QTemporaryDir folder;
     RestoreToken token{folder.filePath("token").toStdString()};
