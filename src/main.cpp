@@ -22,6 +22,7 @@
 #include "platform/posix/ModuleSounds.h"
 #include "platform/posix/SyslogLog.h"
 #include "platform/posix/TerminationSignals.h"
+#include "platform/posix/descriptorLimit.h"
 #include "platform/posix/fileSizeLimit.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtPreferences.h"
@@ -266,6 +267,10 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
 int main(int argc, char* argv[]) {
     if (!hasDisplay()) {
         endWithoutDisplay();
+    }
+    if (!platform::posix::allowEnoughDescriptors()) {
+        std::fputs("Velloran: it may not open as many files as it needs.\n", stderr);
+        return EXIT_FAILURE;
     }
     platform::posix::TerminationSignals::hold();
     platform::posix::outliveFileSizeLimit();
