@@ -111,7 +111,7 @@ private:
         if (!found && !chosenHotKeys_.part) {
             found = first(&Desktop::hotKeys, {&plasma_, &portal_});
         }
-        return found ? std::move(*found) : chosenHotKeys_;
+        return found ? *found : chosenHotKeys_;
     }
 
     void merge() {
