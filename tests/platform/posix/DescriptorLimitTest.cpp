@@ -10,7 +10,8 @@ namespace velloran::platform::posix {
 
 namespace {
 
-/// How many descriptors a process with these limits may have open after it has asked for enough; 0 where it may not have enough.
+/// How many descriptors a process with these limits may have open after it has asked for enough; 0 where it may not
+/// have enough.
 int allowedFrom(rlimit limits) {
     const pid_t child = fork();
     if (child == 0) {
