@@ -87,10 +87,10 @@ void Desktop::settle() {
 }
 
 std::vector<observer::InputEvent> Desktop::buttonEvents(bool isRaw) const {
-    using Kind = observer::InputEvent::Kind;
     std::vector<observer::InputEvent> found;
     std::copy_if(events.begin(), events.end(), std::back_inserter(found), [isRaw](const observer::InputEvent& event) {
-        return event.isRaw == isRaw && (event.kind == Kind::buttonPress || event.kind == Kind::buttonRelease);
+        return event.isRaw == isRaw && (event.kind == observer::InputEvent::Kind::buttonPress ||
+                                        event.kind == observer::InputEvent::Kind::buttonRelease);
     });
     return found;
 }
