@@ -64,6 +64,11 @@ public:
     /// may have a watch of each kind.
     [[nodiscard]] virtual std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) = 0;
 
+    /// Somebody else needs the machine at that moment, for less than a millisecond: what this thread does all by
+    /// itself, and can be a little later without anybody seeing it, keeps out of the way. The last moment asked for
+    /// counts.
+    virtual void keepQuiet(Moment moment) = 0;
+
     /// A queue that does its jobs one after the other, in order, without making this loop wait.
     [[nodiscard]] virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) = 0;
 };

@@ -139,6 +139,7 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
 
 void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run, Moment due) {
     engine_->noteHandedOver();
+    loop_.keepQuiet(due);
     engineQueue_->asyncAt(due, [engine = engine_, button = engineButton(snapshot.mouseButton)] {
         engine->post(button);
         engine->notePosted();

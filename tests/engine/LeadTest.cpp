@@ -1,5 +1,6 @@
 #include "engine/StoreTest.h"
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -42,6 +43,15 @@ TEST_F(LeadTest, ClickIsHandedOverAheadOfTimeAndPostedWhenItIsDue) {
     expectClicks({0.0});
     advance(14.0);
     expectClicks({0.0, 7.0, 14.0});
+}
+
+TEST_F(LeadTest, MomentAtWhichItIsDueIsKeptQuiet) {
+    run(unlimited());
+    const Moment first = platform.loop.monotonicNow();
+    advance(7.0 - earlier);
+    EXPECT_EQ(platform.loop.quietMoment(), first);
+    advance(earlier - shortly);
+    EXPECT_EQ(platform.loop.quietMoment(), first + std::chrono::seconds(7));
 }
 
 TEST_F(LeadTest, ShortestIntervalLeavesRoomForIt) {

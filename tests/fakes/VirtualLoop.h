@@ -34,6 +34,8 @@ public:
     void cancel(CallId call) override;
     std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
 
+    void keepQuiet(Moment moment) override { quietMoment_ = moment; }
+
     /// A queue whose jobs run in turns of this loop, or at its destruction; with `usesThreads` one on a real thread,
     /// which knows nothing of virtual time: there everything is due at once.
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
@@ -63,6 +65,9 @@ public:
 
     [[nodiscard]] std::size_t pendingCalls() const { return calls_.size(); }
 
+    /// The moment that was to be kept quiet last.
+    [[nodiscard]] Moment quietMoment() const { return quietMoment_; }
+
     /// Label of the queue made last.
     [[nodiscard]] const std::string& queueLabel() const { return queueLabel_; }
 
@@ -84,6 +89,7 @@ private:
     std::mutex handedOverMutex_; // guards what follows
     std::vector<Function> handedOver_;
 
+    Moment quietMoment_ = Moment::min();
     Watches watches_;
     std::string queueLabel_;
 };

@@ -2,6 +2,7 @@
 
 #include "async/EventLoop.h"
 #include "async/MonotonicTimer.h"
+#include "platform/qt/QuietMoment.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -36,6 +37,9 @@ public:
     CallId callAfter(std::uint64_t nanoseconds, Function function) override;
     void cancel(CallId call) override;
     std::unique_ptr<Watch> watch(int fileDescriptor, Readiness readiness, Function function) override;
+
+    void keepQuiet(Moment moment) override { quiet_.set(moment); }
+
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
 
 protected:
@@ -61,6 +65,7 @@ private:
     const MonotonicTimer timer_;
     std::optional<Moment> armedFor_;
     std::unique_ptr<QSocketNotifier> notifier_;
+    QuietMoment quiet_;
 };
 
 } // namespace velloran::platform::qt
