@@ -4,6 +4,14 @@
 
 namespace velloran::platform::portal {
 
+namespace {
+
+bool isWholeClick(const std::vector<MouseEvent>& events) {
+    return events.size() == 2 && isPress(events.front().type) && !isPress(events.back().type);
+}
+
+} // namespace
+
 void PortalPointerEvents::use(std::shared_ptr<ClickSender> sender) {
     {
         const std::lock_guard lock(mutex_);
@@ -17,7 +25,11 @@ bool PortalPointerEvents::canPost() const {
 }
 
 std::optional<MouseEvent> PortalPointerEvents::makeMouseEvent(MouseEventType type, Point position, EventButton button) {
-    return canPost() ? std::optional(MouseEvent{type, position, button}) : std::nullopt;
+    // Whether a click can be made is settled by its press: it must not lose either half.
+    if (isPress(type)) {
+        isClickPossible_ = canPost();
+    }
+    return isClickPossible_ ? std::optional(MouseEvent{type, position, button}) : std::nullopt;
 }
 
 bool PortalPointerEvents::waitsForDesktop() const {
@@ -31,8 +43,9 @@ void PortalPointerEvents::post(const MouseEvent& event) {
 
 void PortalPointerEvents::flush() {
     const std::vector<MouseEvent> events = std::exchange(pending_, {});
+    isClickPossible_ = false;
     const auto used = sender();
-    if (used && !events.empty()) {
+    if (used && isWholeClick(events)) {
         used->send(events);
     }
 }

@@ -25,6 +25,7 @@ public:
     std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) override;
     [[nodiscard]] bool waitsForDesktop() const override;
     void post(const MouseEvent& event) override;
+    /// Sends a whole click, and nothing else.
     void flush() override;
 
 private:
@@ -32,7 +33,9 @@ private:
 
     mutable std::mutex mutex_;
     std::shared_ptr<ClickSender> sender_;
+    /// What is posted and not yet flushed, and whether the click that it is of can be made. The poster's thread only.
     std::vector<MouseEvent> pending_;
+    bool isClickPossible_ = false;
 };
 
 } // namespace velloran::platform::portal
