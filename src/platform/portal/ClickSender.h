@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/PointerEvents.h"
+#include "platform/portal/PortalSession.h"
 
+#include <memory>
 #include <vector>
 
 namespace velloran::platform::portal {
@@ -24,8 +26,9 @@ public:
     /// given for that.
     virtual void send(const std::vector<MouseEvent>& events) = 0;
 
-    /// Nothing more is to be sent, but for what is being sent at the moment. Main thread.
-    virtual void end() {}
+    /// Nothing more is to be sent, but for what is being sent at the moment; behind that the session ends, which may be
+    /// null. Main thread.
+    virtual void end(std::unique_ptr<PortalSession> session) = 0;
 };
 
 /// How the kernel, and with it the portal, numbers a button.

@@ -48,7 +48,8 @@ void EiSender::send(const std::vector<MouseEvent>& events) {
     }
 }
 
-void EiSender::end() {
+/// A click that is being sent is out when the lock is free.
+void EiSender::end(std::unique_ptr<PortalSession> /*session*/) {
     watch_.reset();
     const std::lock_guard lock(mutex_);
     if (context_ != nullptr) {

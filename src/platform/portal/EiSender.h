@@ -37,7 +37,7 @@ public:
     [[nodiscard]] bool waits() const override { return false; }
 
     void send(const std::vector<MouseEvent>& events) override;
-    void end() override;
+    void end(std::unique_ptr<PortalSession> session) override;
 
 private:
     enum class News { none, changed, lost };

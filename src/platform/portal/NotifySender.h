@@ -9,6 +9,9 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
 
 namespace velloran::platform::portal {
 
@@ -26,13 +29,26 @@ public:
 
     void send(const std::vector<MouseEvent>& events) override;
 
+    /// A release whose press waits for its answer is still sent, and answered, before the session ends.
+    void end(std::unique_ptr<PortalSession> session) override;
+
 private:
+    [[nodiscard]] bool begin();
+    void finish();
+    void sendEach(const std::vector<MouseEvent>& events);
     [[nodiscard]] QDBusMessage messageOf(const MouseEvent& event) const;
 
+    EventLoop& loop_;
     const QDBusConnection connection_;
     const QString portal_;
     const QDBusObjectPath session_;
     ConnectionLoss loss_;
+
+    std::mutex mutex_; // guards what follows
+    bool isSending_ = false;
+    bool isEnded_ = false;
+    /// What ends behind that which is being sent.
+    std::unique_ptr<PortalSession> ending_;
 };
 
 } // namespace velloran::platform::portal

@@ -18,6 +18,7 @@ PortalSession::PortalSession(Portal& portal, QString interface) : portal_(portal
     path_ = QStringLiteral("%1/session/%2/%3").arg(portalPath, portal_.clientName(), token);
     portal_.listen(path_, sessionInterface, QStringLiteral("Closed"), this, SLOT(closed(QDBusMessage)));
     connect(&portal_, &Portal::vanished, this, &PortalSession::end);
+    connect(&portal_, &QObject::destroyed, this, [this] { state_ = State::over; });
     creation_.emplace(portal_, PortalCall{interface_, QStringLiteral("CreateSession")},
                       QVariantMap{{QStringLiteral("session_handle_token"), token}},
                       [this](const PortalResponse& response) { created(response); });

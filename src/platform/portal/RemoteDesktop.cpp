@@ -270,10 +270,12 @@ void RemoteDesktop::end() {
     }
     patience_.stop();
     events_->use(nullptr);
-    if (const auto sender = std::exchange(sender_, nullptr)) {
-        sender->end();
-    }
     request_.reset();
+    // It may go on for as long as a click is under way, and concerns nobody any more.
+    session_->disconnect(this);
+    if (const auto sender = std::exchange(sender_, nullptr)) {
+        sender->end(std::move(session_));
+    }
     session_.reset();
     tell();
 }

@@ -72,7 +72,7 @@ class EiSenderTest : public testing::Test {
 protected:
     ~EiSenderTest() override {
         if (sender) {
-            sender->end();
+            sender->end(nullptr);
         }
     }
 
@@ -179,7 +179,7 @@ TEST_F(EiSenderTest, EndOfTheServerIsToldOnce) {
     ASSERT_TRUE(until([this] { return losses == 1; }));
     EXPECT_FALSE(sender->canSend());
     sender->send(click);
-    sender->end();
+    sender->end(nullptr);
     EXPECT_EQ(losses, 1);
 }
 
@@ -190,13 +190,13 @@ TEST_F(EiSenderTest, EndThatIsFoundInSendingIsToldOnce) {
     sender->send(click);
     ASSERT_TRUE(until([this] { return losses == 1; }));
     EXPECT_FALSE(sender->canSend());
-    sender->end();
+    sender->end(nullptr);
     EXPECT_EQ(losses, 1);
 }
 
 TEST_F(EiSenderTest, EndTellsTheServerAndNobodyElse) {
     ASSERT_NO_FATAL_FAILURE(open());
-    sender->end();
+    sender->end(nullptr);
     EXPECT_FALSE(sender->canSend());
     sender->send(click);
     EXPECT_TRUE(until([this] { return server->isClientGone; }));
@@ -208,7 +208,7 @@ TEST_F(EiSenderTest, EndTellsTheServerAndNobodyElse) {
 TEST_F(EiSenderTest, MayBeEndedByWhoIsTold) {
     sender = std::make_shared<EiSender>(loop, server->makeClient(),
                                         EiSender::Told{[this] {
-                                                           sender->end();
+                                                           sender->end(nullptr);
                                                            sender.reset();
                                                            ++changes;
                                                        },

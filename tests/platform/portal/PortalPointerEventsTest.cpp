@@ -36,6 +36,8 @@ public:
 
     void send(const std::vector<MouseEvent>& events) override { sent.insert(sent.end(), events.begin(), events.end()); }
 
+    void end(std::unique_ptr<platform::portal::PortalSession> /*session*/) override {}
+
     std::vector<MouseEvent> sent;
 
 private:
