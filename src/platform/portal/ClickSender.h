@@ -22,6 +22,9 @@ public:
     /// Whether sending waits for the desktop.
     [[nodiscard]] virtual bool waits() const = 0;
 
+    /// Whether the desktop has not taken in everything that was sent. On any thread.
+    [[nodiscard]] virtual bool isKeeping() const { return false; }
+
     /// Sends presses and releases in their order. A session that takes none is reported as lost, by whatever it was
     /// given for that.
     virtual void send(const std::vector<MouseEvent>& events) = 0;

@@ -32,6 +32,11 @@ EiSender::~EiSender() {
     }
 }
 
+bool EiSender::isKeeping() const {
+    const std::lock_guard lock(mutex_);
+    return pipe_ && pipe_->isKeeping();
+}
+
 void EiSender::send(const std::vector<MouseEvent>& events) {
     const std::lock_guard lock(mutex_);
     if (!canSend_) {

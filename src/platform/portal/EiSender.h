@@ -36,6 +36,9 @@ public:
 
     [[nodiscard]] bool waits() const override { return false; }
 
+    /// The connection holds some hundred clicks, which a desktop that stood still would make after the end of a run.
+    [[nodiscard]] bool isKeeping() const override;
+
     void send(const std::vector<MouseEvent>& events) override;
     void end(std::unique_ptr<PortalSession> session) override;
 
@@ -48,7 +51,7 @@ private:
     void letDeviceGo();
 
     EventLoop& loop_;
-    std::mutex mutex_; // guards what follows; the library is for one thread at a time
+    mutable std::mutex mutex_; // guards what follows; the library is for one thread at a time
     std::optional<InputPipe> pipe_;
     ei* context_ = nullptr;
     ei_device* device_ = nullptr;

@@ -1,5 +1,7 @@
 #include "platform/portal/InputPipe.h"
 
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -69,6 +71,11 @@ bool InputPipe::send() {
             return false;
         }
     }
+}
+
+bool InputPipe::isKeeping() const {
+    int unread = 0;
+    return ioctl(desktop_, SIOCOUTQ, &unread) == 0 && unread > 0;
 }
 
 bool InputPipe::receive() {

@@ -25,6 +25,9 @@ public:
     /// it.
     [[nodiscard]] bool send();
 
+    /// Whether the desktop has yet to read something that was sent.
+    [[nodiscard]] bool isKeeping() const;
+
     /// Hands what the desktop has written to the library. False when the desktop is gone.
     [[nodiscard]] bool receive();
 

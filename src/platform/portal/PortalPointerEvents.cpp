@@ -37,6 +37,11 @@ bool PortalPointerEvents::waitsForDesktop() const {
     return used && used->waits();
 }
 
+bool PortalPointerEvents::isKeeping() const {
+    const auto used = sender();
+    return used && used->isKeeping();
+}
+
 void PortalPointerEvents::post(const MouseEvent& event) {
     pending_.push_back(event);
 }

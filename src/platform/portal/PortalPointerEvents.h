@@ -24,6 +24,7 @@ public:
 
     std::optional<MouseEvent> makeMouseEvent(MouseEventType type, Point position, EventButton button) override;
     [[nodiscard]] bool waitsForDesktop() const override;
+    [[nodiscard]] bool isKeeping() const override;
     void post(const MouseEvent& event) override;
     /// Sends a whole click, and nothing else.
     void flush() override;

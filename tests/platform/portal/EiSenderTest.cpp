@@ -143,6 +143,16 @@ TEST_F(EiSenderTest, ManyClicksKeepTheirOrder) {
     EXPECT_EQ(server->log, expected);
 }
 
+TEST_F(EiSenderTest, WhatTheDesktopHasNotReadIsKept) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_TRUE(until([this] { return !sender->isKeeping(); }));
+    sender->send(click);
+    EXPECT_TRUE(sender->isKeeping());
+    EXPECT_TRUE(until([this] { return !sender->isKeeping(); }));
+    sender->end(nullptr);
+    EXPECT_FALSE(sender->isKeeping());
+}
+
 TEST_F(EiSenderTest, DeviceThatRestsTakesNoClicks) {
     server->resumesAtOnce = false;
     connect();

@@ -34,9 +34,13 @@ public:
 
     [[nodiscard]] bool waits() const override { return false; }
 
+    [[nodiscard]] bool isKeeping() const override { return isHolding; }
+
     void send(const std::vector<MouseEvent>& events) override { sent.insert(sent.end(), events.begin(), events.end()); }
 
     void end(std::unique_ptr<platform::portal::PortalSession> /*session*/) override {}
+
+    bool isHolding = false;
 
     std::vector<MouseEvent> sent;
 
@@ -115,6 +119,16 @@ TEST_F(PortalPointerEventsTest, HalfAClickIsDropped) {
     EXPECT_TRUE(sender->sent.empty());
     click();
     EXPECT_EQ(sender->sent, wholeClick);
+}
+
+TEST_F(PortalPointerEventsTest, TellsThatTheDesktopTakesNothingIn) {
+    EXPECT_FALSE(events.isKeeping());
+    const auto sender = use({true});
+    EXPECT_FALSE(events.isKeeping());
+    sender->isHolding = true;
+    EXPECT_TRUE(events.isKeeping());
+    events.use(nullptr);
+    EXPECT_FALSE(events.isKeeping());
 }
 
 } // namespace

@@ -53,6 +53,20 @@ TEST_F(RemoteDesktopInputTest, ClicksGoOverItAndByNoCalls) {
     EXPECT_EQ(fake->buttons, QStringList());
 }
 
+TEST_F(RemoteDesktopInputTest, DesktopThatStandsStillIsClickedInOnce) {
+    ASSERT_NO_FATAL_FAILURE(openInput());
+    ASSERT_TRUE(untilSeen([this] { return !clicks->isKeeping(); }));
+    // As a run goes on, until it is stopped.
+    for (int tried = 0; tried < 1000; ++tried) {
+        if (!clicks->isKeeping()) {
+            clickHere();
+        }
+    }
+    EXPECT_TRUE(untilSeen([this] { return !clicks->isKeeping(); }));
+    EXPECT_EQ(server.log, (Log{"272 down", "frame", "272 up", "frame"}));
+    EXPECT_TRUE(remote->isTrusted());
+}
+
 TEST_F(RemoteDesktopInputTest, ItsEndIsTheLossOfThePermission) {
     ASSERT_NO_FATAL_FAILURE(openInput());
     server.disconnect();
