@@ -122,10 +122,7 @@ bool FakeBackEnd::handleMessage(const QDBusMessage& message, const QDBusConnecti
     } else if (method == "Start") {
         start(message);
     } else if (method == "NotifyPointerButton") {
-        buttons.append(QStringLiteral("%1 %2")
-                           .arg(arguments.value(2).toInt())
-                           .arg(arguments.value(3).toUInt() == 1 ? "down" : "up"));
-        bus_.send(message.createReply());
+        takeButton(message);
     } else if (method == "Close") {
         if (message.interface() == "org.freedesktop.impl.portal.Request") {
             ++withdrawn;
@@ -212,6 +209,16 @@ void FakeBackEnd::start(const QDBusMessage& message) {
         message.setDelayedReply(true);
         break;
     }
+}
+
+void FakeBackEnd::takeButton(const QDBusMessage& message) {
+    const QVariantList arguments = message.arguments();
+    const bool isTaken = isOpen && arguments.value(0).value<QDBusObjectPath>().path() == session_;
+    (isTaken ? buttons : ignored)
+        .append(QStringLiteral("%1 %2")
+                    .arg(arguments.value(2).toInt())
+                    .arg(arguments.value(3).toUInt() == 1 ? "down" : "up"));
+    bus_.send(message.createReply());
 }
 
 void FakeBackEnd::answer(const QDBusMessage& message, uint response, const QVariantMap& results) {

@@ -60,6 +60,8 @@ public:
     int withdrawn = 0;
     /// What was done to buttons: "272 down".
     QStringList buttons;
+    /// The same in sessions that are not open any more, where no desktop takes it.
+    QStringList ignored;
     /// How it tells that it has bound a shortcut.
     enum class Binding {
         told,
@@ -87,6 +89,7 @@ public:
 private:
     bool handleShortcuts(const QDBusMessage& message);
     void start(const QDBusMessage& message);
+    void takeButton(const QDBusMessage& message);
     void bind(const QDBusMessage& message);
     [[nodiscard]] QVariantMap boundShortcuts() const;
     void tellOfShortcuts(const QString& signal, const QVariantList& arguments);

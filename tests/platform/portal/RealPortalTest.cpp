@@ -130,16 +130,21 @@ TEST_F(RealPortalTest, QuestionWithoutAnAnswerIsWithdrawnWithTheProgram) {
 TEST_F(RealPortalTest, TakenBackInMidRunNothingStaysPressed) {
     ASSERT_NO_FATAL_FAILURE(open());
     bool isClosed = false;
+    int seen = 0;
     clickUntil(100'000, [&] {
-        if (backEnd->buttons.size() > 50 && !std::exchange(isClosed, true)) {
+        // Between two clicks, as this end sees it: one whose press has come already is the desktop's to end.
+        if (backEnd->buttons.size() > 50 && backEnd->buttons.size() % 2 == 0 && !std::exchange(isClosed, true)) {
+            seen = static_cast<int>(backEnd->buttons.size() / 2);
             backEnd->closeSession();
         }
         return !remote->isTrusted();
     });
     EXPECT_FALSE(remote->isTrusted());
+    EXPECT_EQ(clicksSeen(seen), seen) << "in pairs, and none after it was taken back";
     EXPECT_TRUE(isOffered());
     EXPECT_EQ(backEnd->dialogs, 1);
     ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(backEnd->buttons.size(), 2 * seen) << "none goes over to the next session";
 }
 
 TEST_F(RealPortalTest, BackEndThatIsKilledInMidRunEndsIt) {
