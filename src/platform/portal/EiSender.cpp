@@ -70,6 +70,8 @@ void EiSender::end(std::unique_ptr<PortalSession> /*session*/) {
 }
 
 void EiSender::follow() {
+    // Whoever is told may let go of this, and so may a click that another thread is done with.
+    const auto self = shared_from_this();
     News news = News::none;
     {
         const std::lock_guard lock(mutex_);
@@ -89,21 +91,18 @@ void EiSender::follow() {
             news = News::lost;
         }
     }
-    // Whoever is told may end this.
-    const auto told = told_;
     if (news == News::lost) {
         watch_.reset();
-        told->lost();
+        told_->lost();
     } else if (news == News::changed) {
-        told->changed();
+        told_->changed();
     }
 }
 
 void EiSender::followLater() {
-    loop_.postFromAnyThread([this, told = std::weak_ptr(told_)] {
-        // Which lives as long as this does.
-        if (!told.expired()) {
-            follow();
+    loop_.postFromAnyThread([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->follow();
         }
     });
 }

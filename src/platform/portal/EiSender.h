@@ -18,8 +18,8 @@ struct ei_event;
 namespace velloran::platform::portal {
 
 /// Clicks over a connection for emulated input (libei), which the portal hands over: one stream, whose order holds, and
-/// nobody is waited for. Main thread but for the clicks.
-class EiSender final : public ClickSender {
+/// nobody is waited for. Owned by `shared_ptr` alone. Main thread but for the clicks.
+class EiSender final : public ClickSender, public std::enable_shared_from_this<EiSender> {
 public:
     struct Told {
         /// Called when `canSend` may have changed; first when the desktop has given a device.

@@ -227,5 +227,22 @@ TEST_F(EiSenderTest, MayBeEndedByWhoIsTold) {
     EXPECT_EQ(losses, 0);
 }
 
+TEST_F(EiSenderTest, StaysUntilWhoIsToldIsDone) {
+    bool isThere = false;
+    sender = std::make_shared<EiSender>(loop, server->makeClient(),
+                                        EiSender::Told{[this] { ++changes; },
+                                                       [&] {
+                                                           const std::weak_ptr<EiSender> weak = sender;
+                                                           sender.reset();
+                                                           isThere = !weak.expired();
+                                                           ++losses;
+                                                       }});
+    ASSERT_TRUE(until([this] { return sender->canSend(); }));
+    server.reset();
+    sender->send(click);
+    ASSERT_TRUE(until([this] { return losses == 1; }));
+    EXPECT_TRUE(isThere);
+}
+
 } // namespace
 } // namespace velloran::tests
