@@ -4,6 +4,9 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QStringList>
+
+#include <algorithm>
 
 namespace velloran::platform::portal {
 
@@ -39,21 +42,33 @@ QByteArray contentOf(const QString& name) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Whether there is an entry that is not one of ours.
+bool isInstalled(const QString& name) {
+    const QStringList found = QStandardPaths::locateAll(QStandardPaths::ApplicationsLocation, name);
+    return std::any_of(found.begin(), found.end(),
+                       [](const QString& entry) { return !contentOf(entry).contains(mark); });
+}
+
 } // namespace
 
 bool provideDesktopEntry(const QString& applicationName, const QString& program) {
     const QString name = applicationName + QStringLiteral(".desktop");
     const QByteArray wanted = entryFor(applicationName, program);
-    const QString found = QStandardPaths::locate(QStandardPaths::ApplicationsLocation, name);
-    if (!found.isEmpty()) {
-        const QByteArray content = contentOf(found);
-        if (!content.contains(mark) || content == wanted) {
-            return true;
-        }
-    }
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation);
+    const QString own = folder + u'/' + name;
+    const QByteArray before = contentOf(own);
+    if (isInstalled(name)) {
+        // Ours would come before it, and no menu would show the program any more.
+        if (before.contains(mark)) {
+            QFile::remove(own);
+        }
+        return true;
+    }
+    if (before == wanted) {
+        return true;
+    }
     QDir().mkpath(folder);
-    QSaveFile file(folder + u'/' + name);
+    QSaveFile file(own);
     return file.open(QIODevice::WriteOnly) && file.write(wanted) == wanted.size() && file.commit();
 }
 

@@ -65,6 +65,22 @@ TEST_F(DesktopEntryTest, InstalledOneIsLeftAlone) {
     EXPECT_FALSE(std::filesystem::exists(own));
 }
 
+TEST_F(DesktopEntryTest, InstalledOneCountsAgainAfterABuild) {
+    EXPECT_TRUE(provide("/home/me/build/program"));
+    ASSERT_TRUE(std::filesystem::exists(own));
+    put(installed, "[Desktop Entry]\nExec=program\n");
+    EXPECT_TRUE(provide("/usr/bin/program"));
+    EXPECT_FALSE(std::filesystem::exists(own)) << "or no menu shows the program";
+    EXPECT_EQ(content(installed), "[Desktop Entry]\nExec=program\n");
+}
+
+TEST_F(DesktopEntryTest, UsersOwnOneComesBeforeTheInstalledOne) {
+    put(own, "[Desktop Entry]\nExec=other\n");
+    put(installed, "[Desktop Entry]\nExec=program\n");
+    EXPECT_TRUE(provide("/usr/bin/program"));
+    EXPECT_EQ(content(own), "[Desktop Entry]\nExec=other\n");
+}
+
 TEST_F(DesktopEntryTest, UsersOwnOneIsLeftAlone) {
     put(own, "[Desktop Entry]\nExec=other\n");
     EXPECT_TRUE(provide("/home/me/build/program"));
