@@ -21,6 +21,14 @@ using namespace std::chrono_literals;
 /// What is longer is no token.
 constexpr std::size_t longestToken = 4096;
 
+/// What others could have put there, or changed, is not the user's permission.
+bool isUsersOwn(int file) {
+    struct stat state {};
+
+    return fstat(file, &state) == 0 && S_ISREG(state.st_mode) && state.st_uid == geteuid() &&
+           (state.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 std::string readToken(const std::string& path) {
     // Without waiting, should it be a pipe.
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -28,7 +36,7 @@ std::string readToken(const std::string& path) {
         return {};
     }
     std::string content(longestToken + 1, '\0');
-    const ssize_t length = read(file, content.data(), content.size());
+    const ssize_t length = isUsersOwn(file) ? read(file, content.data(), content.size()) : 0;
     close(file);
     if (length <= 0 || static_cast<std::size_t>(length) > longestToken) {
         return {};

@@ -12,7 +12,8 @@ namespace velloran::platform::portal {
 /// written by a thread inside.
 class RestoreToken {
 public:
-    /// Reads the file, which need not exist; nor need its folder.
+    /// Reads the file, which need not exist; nor need its folder. One of another user, or that others can write, counts
+    /// as none.
     explicit RestoreToken(std::string path);
     RestoreToken(const RestoreToken&) = delete;
     RestoreToken& operator=(const RestoreToken&) = delete;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -65,6 +66,30 @@ TEST_F(RestoreTokenTest, WhatIsNoTokenIsNone) {
     std::filesystem::remove(path);
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     EXPECT_EQ(stored(), "") << "and nobody waits for a writer";
+}
+
+TEST_F(RestoreTokenTest, FileOfAnotherUserIsNotBelieved) {
+    RestoreToken(path).set("a-token");
+    ASSERT_EQ(stored(), "a-token");
+    if (geteuid() == 0) {
+        constexpr uid_t nobody = 65534;
+        ASSERT_EQ(chown(path.c_str(), nobody, nobody), 0);
+    } else {
+        // Who is not root can only point to what is root's.
+        std::filesystem::remove(path);
+        std::filesystem::create_symlink("/etc/passwd", path);
+    }
+    EXPECT_EQ(stored(), "");
+}
+
+TEST_F(RestoreTokenTest, FileThatOthersCanWriteIsNotBelieved) {
+    RestoreToken(path).set("a-token");
+    for (const mode_t mode : {0620U, 0602U}) {
+        ASSERT_EQ(chmod(path.c_str(), mode), 0);
+        EXPECT_EQ(stored(), "");
+    }
+    ASSERT_EQ(chmod(path.c_str(), 0644), 0);
+    EXPECT_EQ(stored(), "a-token");
 }
 
 TEST_F(RestoreTokenTest, FolderThatCannotBeMadeIsNoFailure) {
