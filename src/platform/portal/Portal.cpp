@@ -66,6 +66,19 @@ void Portal::askVersion(const QString& interface, QObject* context, std::functio
     });
 }
 
+void Portal::askForOwner(const QString& name, QObject* context, std::function<void(bool isOwned)> done) {
+    const QDBusConnection bus = bus_.connection();
+    if (!bus.isConnected()) {
+        return;
+    }
+    tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("NameHasOwner"), {name})), context,
+                 [done = std::move(done)](const QDBusMessage& answer) {
+                     if (answer.type() == QDBusMessage::ReplyMessage) {
+                         done(answer.arguments().value(0).toBool());
+                     }
+                 });
+}
+
 void Portal::tell(const PortalCall& call) {
     QDBusMessage message = messageOf(call);
     message.setAutoStartService(false);
@@ -111,16 +124,11 @@ void Portal::follow() {
 
 /// One that the bus cannot start may be there all the same.
 void Portal::lookForRunningOne() {
-    const QDBusConnection bus = bus_.connection();
-    if (!bus.isConnected()) {
-        return;
-    }
-    tellWhenDone(bus.asyncCall(callToBus(QStringLiteral("NameHasOwner"), {portalName})), this,
-                 [this](const QDBusMessage& answer) {
-                     if (owner_.isEmpty() && answer.arguments().value(0) == false) {
-                         emit missing();
-                     }
-                 });
+    askForOwner(portalName, this, [this](bool isOwned) {
+        if (owner_.isEmpty() && !isOwned) {
+            emit missing();
+        }
+    });
 }
 
 void Portal::ownerChanged(const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {

@@ -56,6 +56,10 @@ public:
     /// `context` or this portal has gone.
     void askVersion(const QString& interface, QObject* context, std::function<void(uint version)> done);
 
+    /// Asks the bus whether anybody has that name, and tells it in a later turn; nothing where the bus does not say, or
+    /// once `context` has gone.
+    void askForOwner(const QString& name, QObject* context, std::function<void(bool isOwned)> done);
+
     /// Calls it without caring for an answer, and without having it started for that.
     void tell(const PortalCall& call);
 

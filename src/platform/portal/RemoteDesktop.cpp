@@ -138,9 +138,21 @@ bool RemoteDesktop::remembers() const {
     return version_ >= firstThatRemembers && !token_.get().empty() && !isTokenDoubtful_;
 }
 
-void RemoteDesktop::backEndChanged(const QString& /*name*/, const QString& oldOwner, const QString& /*newOwner*/) {
-    if (!oldOwner.isEmpty()) {
+void RemoteDesktop::backEndChanged(const QString& name, const QString& oldOwner, const QString& /*newOwner*/) {
+    if (!oldOwner.isEmpty() && !bystanders_.contains(name)) {
         end();
+    }
+}
+
+/// Which of them the portal has taken is not told; but whoever is not there while the session opens is not the one.
+void RemoteDesktop::lookForBystanders() {
+    bystanders_.clear();
+    for (const QString& name : backEnds_) {
+        portal_.askForOwner(name, this, [this, name, session = session_->path()](bool isOwned) {
+            if (!isOwned && session_ && session_->path() == session) {
+                bystanders_.append(name);
+            }
+        });
     }
 }
 
@@ -154,6 +166,7 @@ void RemoteDesktop::ask(Manner manner) {
 }
 
 void RemoteDesktop::selectDevices() {
+    lookForBystanders();
     QVariantMap options{{QStringLiteral("types"), pointerDevice}};
     if (version_ >= firstThatRemembers) {
         options.insert(QStringLiteral("persist_mode"), untilRevoked);

@@ -65,6 +65,7 @@ private:
 
     void ask(Manner manner);
     [[nodiscard]] bool remembers() const;
+    void lookForBystanders();
     void selectDevices();
     void start();
     void started(const PortalResponse& response);
@@ -94,6 +95,8 @@ private:
     bool isTokenDoubtful_ = false;
     /// The connection for emulated input came to nothing.
     bool isInputUnusable_ = false;
+    /// Back ends that have nothing to do with the session.
+    QStringList bystanders_;
     std::shared_ptr<ClickSender> sender_;
     std::unique_ptr<PortalSession> session_;
     std::unique_ptr<PortalRequest> request_;

@@ -25,7 +25,7 @@ protected:
         remote.reset();
         token.reset();
         token.emplace(tokenPath());
-        remote.emplace(loop, portal, *token, QStringList{"org.freedesktop.impl.portal.desktop.velloran"});
+        remote.emplace(loop, portal, *token, backEnds);
         changes = 0;
         remote->onChanged([this] { ++changes; });
     }
@@ -119,6 +119,8 @@ protected:
         EXPECT_EQ(fake->requests, count);
     }
 
+    /// Those that may stand behind the portal.
+    QStringList backEnds{"org.freedesktop.impl.portal.desktop.velloran"};
     QTemporaryDir folder;
     platform::qt::QtEventLoop loop;
     std::optional<platform::portal::RestoreToken> token;

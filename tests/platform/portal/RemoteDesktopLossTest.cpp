@@ -89,5 +89,28 @@ TEST_F(RemoteDesktopLossTest, SessionThatThePortalClosesMeanwhileLeavesTheNextAl
     EXPECT_TRUE(remote->isTrusted());
 }
 
+TEST_F(RemoteDesktopLossTest, BackEndThatCameLaterGoesAlone) {
+    const auto idle = QStringLiteral("org.freedesktop.impl.portal.desktop.idle");
+    QDBusConnection other = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), "back ends");
+    ASSERT_TRUE(other.registerService(backEnds.first()));
+    backEnds.append(idle);
+    restart();
+    ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_TRUE(other.registerService(idle));
+    ASSERT_TRUE(other.unregisterService(idle));
+    settle();
+    EXPECT_TRUE(remote->isTrusted()) << "the session is another's";
+    ASSERT_TRUE(other.unregisterService(backEnds.first()));
+    expectLost();
+    // Where it opens the next one, it counts.
+    ASSERT_TRUE(other.registerService(idle));
+    fake->request = {};
+    ASSERT_NO_FATAL_FAILURE(ask());
+    ASSERT_NO_FATAL_FAILURE(grant());
+    ASSERT_TRUE(other.unregisterService(idle));
+    expectLost();
+    QDBusConnection::disconnectFromBus("back ends");
+}
+
 } // namespace
 } // namespace velloran::tests
