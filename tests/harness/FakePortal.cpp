@@ -132,6 +132,10 @@ void FakePortal::takeRequest(const QDBusMessage& message) {
         usesOwnPaths ? QStringLiteral("t%1").arg(requests) : request.options.value("handle_token").toString();
     request.path = QStringLiteral("%1/request/%2/%3").arg(objectPath, sender, token);
     ++requests;
+    if (requestError) {
+        bus_.send(message.createErrorReply(*requestError, "not now"));
+        return;
+    }
     if (manner_ == Manner::hangs) {
         message.setDelayedReply(true);
         return;

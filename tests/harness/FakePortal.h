@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace velloran::tests {
@@ -96,6 +97,8 @@ public:
     std::function<int()> makeInput;
     /// What it says to those who want such a connection, where it makes none.
     QDBusError::ErrorType inputError = QDBusError::NotSupported;
+    /// What it says instead of taking a request.
+    std::optional<QDBusError::ErrorType> requestError;
     /// Whether requests come back under another path than the caller expects, as from portals of old.
     bool usesOwnPaths = false;
 

@@ -39,6 +39,18 @@ void tellWhenDone(const QDBusPendingCall& call, QObject* context, std::function<
 
 } // namespace
 
+bool isSilence(const QDBusMessage& answer) {
+    switch (QDBusError(answer).type()) {
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+    case QDBusError::Disconnected:
+        return true;
+    default:
+        return false;
+    }
+}
+
 Portal::Portal(bus::SessionBus& bus, QString applicationName)
     : bus_(bus), applicationName_(std::move(applicationName)) {
     connect(&bus_, &bus::SessionBus::connected, this, &Portal::follow);

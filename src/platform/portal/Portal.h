@@ -25,6 +25,9 @@ struct PortalCall {
     QString path = portalPath;
 };
 
+/// Whether this is no answer of the portal's, but what stands for one that does not come.
+bool isSilence(const QDBusMessage& answer);
+
 /// The desktop's portal, as one connection to the session bus sees it: which program it is, through restarts of it and
 /// of the bus, and what it says. Has the bus start it. Nothing here waits, a bus that answers late included. Main
 /// thread.

@@ -30,7 +30,7 @@ PortalRequest::PortalRequest(Portal& portal, PortalCall call, QVariantMap option
     // The answer may be there before the call has returned, so its address is worked out beforehand.
     const QString token = nextToken();
     listenAt(QStringLiteral("%1/request/%2/%3").arg(portalPath, portal_.clientName(), token));
-    connect(&portal_, &Portal::vanished, this, [this] { end(Outcome::lost); });
+    connect(&portal_, &Portal::vanished, this, [this] { end({Outcome::lost}); });
     options.insert(QStringLiteral("handle_token"), token);
     call.arguments.append(options);
     portal_.call(call, this, [this](const QDBusMessage& answer) { taken(answer); });
@@ -49,7 +49,7 @@ void PortalRequest::taken(const QDBusMessage& answer) {
     if (answer.type() != QDBusMessage::ReplyMessage) {
         // It may still come to it later.
         close();
-        end(Outcome::unavailable);
+        end({Outcome::unavailable, {}, isSilence(answer)});
         return;
     }
     const QString path = answer.arguments().value(0).value<QDBusObjectPath>().path();
@@ -66,7 +66,7 @@ void PortalRequest::listenAt(const QString& path) {
 
 void PortalRequest::answered(uint response, const QVariantMap& results, const QDBusMessage& message) {
     if (portal_.isFrom(message)) {
-        end(outcomeOf(response), results);
+        end({outcomeOf(response), results});
     }
 }
 
@@ -74,9 +74,9 @@ void PortalRequest::close() {
     portal_.tell({requestInterface, QStringLiteral("Close"), {}, {}, path_});
 }
 
-void PortalRequest::end(Outcome outcome, const QVariantMap& results) {
+void PortalRequest::end(const PortalResponse& response) {
     if (const Done done = std::exchange(done_, nullptr)) {
-        done({outcome, results});
+        done(response);
     }
 }
 

@@ -21,7 +21,9 @@ struct PortalResponse {
     };
 
     Outcome outcome = Outcome::unavailable;
-    QVariantMap results;
+    QVariantMap results = {};
+    /// Where it is unavailable: the portal has not said so, but nothing at all.
+    bool isSilence = false;
 };
 
 /// Something that the portal asks its user for, which may take any time. Destroying it withdraws the request. Main
@@ -47,7 +49,7 @@ private:
     void taken(const QDBusMessage& answer);
     void listenAt(const QString& path);
     void close();
-    void end(PortalResponse::Outcome outcome, const QVariantMap& results = {});
+    void end(const PortalResponse& response);
 
     Portal& portal_;
     /// Nothing once the request is over.

@@ -7,7 +7,6 @@
 #include "platform/portal/EiSender.h"
 #endif
 
-#include <QDBusError>
 #include <QDBusUnixFileDescriptor>
 
 #include <fcntl.h>
@@ -40,21 +39,6 @@ constexpr auto longestWaitWithoutDialog = 3s;
 
 /// Between the end of a session that the desktop closes because it locks the screen, and the word that it has.
 constexpr auto longestFromCloseToLock = 5s;
-
-#ifdef VELLORAN_LIBEI
-/// Whether this is no answer of the portal's, but what stands for one that does not come.
-bool isSilence(const QDBusMessage& answer) {
-    switch (QDBusError(answer).type()) {
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut:
-    case QDBusError::Disconnected:
-        return true;
-    default:
-        return false;
-    }
-}
-#endif
 
 } // namespace
 
@@ -178,7 +162,9 @@ void RemoteDesktop::selectDevices() {
         if (response.outcome == Outcome::granted) {
             start();
         } else {
-            isTokenDoubtful_ = true;
+            // The portal itself refuses what cannot be a token. One that says nothing has not looked at it.
+            isTokenDoubtful_ = isTokenDoubtful_ || response.outcome == Outcome::failed ||
+                               (response.outcome == Outcome::unavailable && !response.isSilence);
             end();
         }
     });
