@@ -185,17 +185,21 @@ void RemoteDesktop::start() {
 
 void RemoteDesktop::started(const PortalResponse& response) {
     patience_.stop();
-    if (response.outcome != Outcome::granted ||
-        (response.results.value(QStringLiteral("devices")).toUInt() & pointerDevice) == 0) {
+    if (response.outcome != Outcome::granted) {
         // Whether it was the token that was not taken, is not told.
-        isTokenDoubtful_ = response.outcome == Outcome::failed;
+        isTokenDoubtful_ = isTokenDoubtful_ || response.outcome == Outcome::failed;
         end();
         return;
     }
-    isTokenDoubtful_ = false;
     if (version_ >= firstThatRemembers) {
         // The last one may have been good for one use only. A desktop that gives none remembers nothing any more.
         token_.set(response.results.value(restoreToken).toString().toStdString());
+    }
+    // What the desktop remembers may be a grant without the pointer: then only its dialog helps.
+    isTokenDoubtful_ = (response.results.value(QStringLiteral("devices")).toUInt() & pointerDevice) == 0;
+    if (isTokenDoubtful_) {
+        end();
+        return;
     }
     manner_ = Manner::mayShowDialog;
     request_.reset();

@@ -40,5 +40,21 @@ TEST_F(RemoteDesktopTokenTest, PortalThatDoesNotTakeItIsNotShownItAgain) {
     ASSERT_NO_FATAL_FAILURE(grant());
 }
 
+TEST_F(RemoteDesktopTokenTest, GrantWithoutThePointerReplacesItAndIsNotTriedAgain) {
+    token->set("used up");
+    ASSERT_NO_FATAL_FAILURE(bring());
+    ASSERT_NO_FATAL_FAILURE(ask());
+    EXPECT_EQ(devices.value("restore_token"), "used up");
+    fake->respond(0, {{"devices", 1U}, {"restore_token", "next"}});
+    EXPECT_TRUE(until([this] { return fake->closed.contains(sessionPath); }));
+    EXPECT_FALSE(remote->isTrusted());
+    EXPECT_EQ(token->get(), "next");
+    fake->request = {};
+    ASSERT_NO_FATAL_FAILURE(ask());
+    EXPECT_FALSE(devices.contains("restore_token")) << "it would bring the same, and no dialog";
+    ASSERT_NO_FATAL_FAILURE(grant("with a pointer"));
+    EXPECT_EQ(token->get(), "with a pointer");
+}
+
 } // namespace
 } // namespace velloran::tests
