@@ -1,15 +1,6 @@
 #include "platform/portal/RemoteDesktop.h"
 
-#include "platform/portal/NotifySender.h"
 #include "platform/portal/remoteControl.h"
-
-#ifdef VELLORAN_LIBEI
-#include "platform/portal/EiSender.h"
-#endif
-
-#include <QDBusUnixFileDescriptor>
-
-#include <fcntl.h>
 
 #include <chrono>
 #include <utility>
@@ -27,13 +18,9 @@ const auto restoreToken = QStringLiteral("restore_token");
 
 /// Of the device types.
 constexpr uint pointerDevice = 2;
-/// And can take input by a connection of its own.
-[[maybe_unused]] constexpr uint firstWithInput = 2;
 /// Remember it until the user takes it back.
 constexpr uint untilRevoked = 2;
 
-/// For everything that needs no user.
-constexpr auto longestWait = 30s;
 /// For a grant that the desktop remembers: whoever takes longer shows a dialog.
 constexpr auto longestWaitWithoutDialog = 3s;
 
@@ -49,7 +36,13 @@ RemoteDesktop::RemoteDesktop(EventLoop& loop, Portal& portal, RestoreToken& toke
       backEnds_(std::move(backEnds)),
       parts_(withoutRemoteControl(notAnswered)) {
     patience_.setSingleShot(true);
-    connect(&patience_, &QTimer::timeout, this, [this] { end(); });
+    connect(&patience_, &QTimer::timeout, this, [this] {
+        if (state_ == State::connecting) {
+            giveInputUp();
+        } else {
+            end();
+        }
+    });
     connect(&portal_, &Portal::appeared, this, &RemoteDesktop::askVersion);
     connect(&portal_, &Portal::vanished, this, [this] { withdraw(noPortal); });
     if (portal_.isThere()) {
@@ -143,7 +136,7 @@ void RemoteDesktop::lookForBystanders() {
 void RemoteDesktop::ask(Manner manner) {
     state_ = State::asking;
     manner_ = manner;
-    patience_.start(longestWait);
+    patience_.start(longestWaitWithoutUser);
     session_ = std::make_unique<PortalSession>(portal_, remoteDesktop);
     connect(session_.get(), &PortalSession::opened, this, &RemoteDesktop::selectDevices);
     connect(session_.get(), &PortalSession::ended, this, &RemoteDesktop::end);
@@ -204,63 +197,6 @@ void RemoteDesktop::started(const PortalResponse& response) {
     manner_ = Manner::mayShowDialog;
     request_.reset();
     connectToInput();
-}
-
-#ifdef VELLORAN_LIBEI
-/// One stream, whose order holds: where the desktop has it, it is faster than calls, and its end is heard of at once.
-void RemoteDesktop::connectToInput() {
-    if (version_ < firstWithInput || isInputUnusable_) {
-        useCalls();
-        return;
-    }
-    patience_.start(longestWait);
-    portal_.call(session_->call(QStringLiteral("ConnectToEIS"), {QVariantMap()}), session_.get(),
-                 [this](const QDBusMessage& answer) {
-                     const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
-                     const int own = descriptor.isValid() ? fcntl(descriptor.fileDescriptor(), F_DUPFD_CLOEXEC, 0) : -1;
-                     if (own < 0) {
-                         // Whoever has not answered may still do it, and takes no calls then.
-                         if (isSilence(answer)) {
-                             end();
-                         } else {
-                             useCalls();
-                         }
-                         return;
-                     }
-                     // From here on the portal takes no calls for this session.
-                     const auto changed = [this] {
-                         isInputUnusable_ = false;
-                         if (state_ == State::starting) {
-                             use(sender_);
-                         } else {
-                             tell();
-                         }
-                     };
-                     isInputUnusable_ = true;
-                     sender_ = std::make_shared<EiSender>(loop_, own, EiSender::Told{changed, [this] { end(); }});
-                 });
-}
-#else
-void RemoteDesktop::connectToInput() {
-    useCalls();
-}
-#endif
-
-void RemoteDesktop::useCalls() {
-    const auto lost = [self = QPointer(this), session = QPointer(session_.get())] {
-        if (self && session && self->session_.get() == session) {
-            self->end();
-        }
-    };
-    use(std::make_shared<NotifySender>(loop_, portal_, session_->path(), lost));
-}
-
-void RemoteDesktop::use(std::shared_ptr<ClickSender> sender) {
-    patience_.stop();
-    state_ = State::open;
-    sender_ = std::move(sender);
-    events_->use(sender_);
-    tell();
 }
 
 void RemoteDesktop::end() {

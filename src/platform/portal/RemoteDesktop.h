@@ -55,7 +55,14 @@ private slots:
     void backEndChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
 
 private:
-    enum class State { idle, asking, starting, open };
+    enum class State {
+        idle,
+        asking,
+        starting,
+        /// Granted, but there is nothing to click with yet.
+        connecting,
+        open,
+    };
     /// What a question may do to be granted.
     enum class Manner { mayShowDialog, withoutDialog };
 
@@ -70,6 +77,7 @@ private:
     void start();
     void started(const PortalResponse& response);
     void connectToInput();
+    void giveInputUp();
     void useCalls();
     void use(std::shared_ptr<ClickSender> sender);
     void end();

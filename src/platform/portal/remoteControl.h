@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -15,6 +16,9 @@ inline constexpr auto noInterface = "Input cannot be posted: the desktop's porta
 
 /// From this version of the interface on the desktop can remember a permission.
 inline constexpr uint firstThatRemembers = 2;
+
+/// For everything that needs no user.
+inline constexpr std::chrono::seconds longestWaitWithoutUser{30};
 
 /// What the desktop does without the portal's remote control, and what there is to say about that.
 Desktop withoutRemoteControl(const std::string& why);

@@ -4,6 +4,7 @@
 #include "platform/portal/InputBench.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velloran::tests {
@@ -108,6 +109,40 @@ TEST_F(RemoteDesktopInputTest, ConnectionThatComesToNothingIsFollowedByCalls) {
     EXPECT_TRUE(clicks->waitsForDesktop());
     click();
     EXPECT_EQ(fake->buttons, (QStringList{"272 down", "272 up"}));
+}
+
+TEST_F(RemoteDesktopInputTest, WhatWasGrantedIsTriedByCallsWithoutAnotherDialog) {
+    ASSERT_NO_FATAL_FAILURE(bringWithInput());
+    ASSERT_NO_FATAL_FAILURE(ask());
+    fake->respond(0, {{"devices", 2U}, {"restore_token", "word"}});
+    ASSERT_TRUE(untilSeen([this] { return fake->calls.contains("ConnectToEIS") && server.hasClient(); }));
+    const QString first = sessionPath;
+    fake->request = {};
+    server.disconnect();
+    ASSERT_NO_FATAL_FAILURE(answerUpToStart());
+    EXPECT_TRUE(fake->closed.contains(first));
+    EXPECT_EQ(devices.value("restore_token"), "word");
+    ASSERT_NO_FATAL_FAILURE(grant("next"));
+    EXPECT_TRUE(clicks->waitsForDesktop());
+    click();
+    EXPECT_EQ(fake->buttons, (QStringList{"272 down", "272 up"}));
+    EXPECT_EQ(fake->calls.count("ConnectToEIS"), 1);
+    fake->closeSession(sessionPath);
+    expectLost();
+    expectRequests(6);
+}
+
+TEST_F(RemoteDesktopInputTest, SilenceAboutItIsFollowedByCallsAsWell) {
+    ASSERT_NO_FATAL_FAILURE(bring());
+    fake->inputError = QDBusError::NoReply;
+    ASSERT_NO_FATAL_FAILURE(ask());
+    const FakePortal::Request granted = std::exchange(fake->request, {});
+    fake->request.path = granted.path;
+    fake->respond(0, {{"devices", 2U}, {"restore_token", "word"}});
+    ASSERT_NO_FATAL_FAILURE(answerUpToStart());
+    EXPECT_EQ(devices.value("restore_token"), "word");
+    ASSERT_NO_FATAL_FAILURE(grant("next"));
+    EXPECT_TRUE(clicks->waitsForDesktop());
 }
 
 TEST_F(RemoteDesktopInputTest, PortalThatDoesNotSayWhetherItHasItIsLost) {
