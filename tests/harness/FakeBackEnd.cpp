@@ -63,6 +63,10 @@ FakeBackEnd::~FakeBackEnd() {
     QDBusConnection::disconnectFromBus(connection);
 }
 
+void FakeBackEnd::grantNow() {
+    grant(waiting_);
+}
+
 void FakeBackEnd::closeSession() {
     isOpen = false;
     bus_.send(QDBusMessage::createSignal(session_, QStringLiteral("org.freedesktop.impl.portal.Session"),
@@ -189,15 +193,9 @@ QVariantMap FakeBackEnd::boundShortcuts() const {
 
 void FakeBackEnd::start(const QDBusMessage& message) {
     dialogs += isRestored ? 0 : 1;
-    QVariantMap results;
     switch (manner) {
     case Manner::grants:
-        results.insert("devices", pointer);
-        if (options.contains("persist_mode")) {
-            results.insert("persist_mode", options.value("persist_mode"));
-            results.insert("restore_data", QVariant::fromValue(Kept()));
-        }
-        answer(message, 0, results);
+        grant(message);
         break;
     case Manner::refuses:
         answer(message, 1);
@@ -206,9 +204,20 @@ void FakeBackEnd::start(const QDBusMessage& message) {
         answer(message, 2);
         break;
     case Manner::hangs:
+    case Manner::isSlow:
         message.setDelayedReply(true);
+        waiting_ = message;
         break;
     }
+}
+
+void FakeBackEnd::grant(const QDBusMessage& message) {
+    QVariantMap results{{"devices", pointer}};
+    if (options.contains("persist_mode")) {
+        results.insert("persist_mode", options.value("persist_mode"));
+        results.insert("restore_data", QVariant::fromValue(Kept()));
+    }
+    answer(message, 0, results);
 }
 
 void FakeBackEnd::takeButton(const QDBusMessage& message) {

@@ -27,6 +27,8 @@ public:
         fails,
         /// Takes the question and does not answer.
         hangs,
+        /// Grants when a test says so, as a user who takes time.
+        isSlow,
     };
 
     /// Takes its place on the bus at that address.
@@ -34,6 +36,9 @@ public:
     FakeBackEnd(const FakeBackEnd&) = delete;
     FakeBackEnd& operator=(const FakeBackEnd&) = delete;
     ~FakeBackEnd() override;
+
+    /// Grants what is waited for.
+    void grantNow();
 
     /// Closes the session, as a user who takes the permission back.
     void closeSession();
@@ -89,6 +94,7 @@ public:
 private:
     bool handleShortcuts(const QDBusMessage& message);
     void start(const QDBusMessage& message);
+    void grant(const QDBusMessage& message);
     void takeButton(const QDBusMessage& message);
     void bind(const QDBusMessage& message);
     [[nodiscard]] QVariantMap boundShortcuts() const;
@@ -96,6 +102,7 @@ private:
     void answer(const QDBusMessage& message, uint response, const QVariantMap& results = {});
 
     QDBusConnection bus_;
+    QDBusMessage waiting_;
     QString session_;
     QString shortcutSession_;
 };

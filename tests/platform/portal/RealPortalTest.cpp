@@ -117,6 +117,20 @@ TEST_F(RealPortalTest, FailureIsNotTrusted) {
     ASSERT_NO_FATAL_FAILURE(open());
 }
 
+TEST_F(RealPortalTest, SlowUserIsWaitedFor) {
+    backEnd->manner = FakeBackEnd::Manner::isSlow;
+    EXPECT_FALSE(remote->requestPrompt(PromptReason::askedFor));
+    ASSERT_TRUE(until([this] { return backEnd->dialogs == 1; }));
+    // Longer than anything waits that needs no user to be shown a dialog.
+    EXPECT_FALSE(QTest::qWaitFor([this] { return remote->isTrusted() || !backEnd->isOpen; }, 3500));
+    EXPECT_FALSE(remote->requestPrompt(PromptReason::askedFor)) << "joins the question";
+    backEnd->grantNow();
+    ASSERT_TRUE(until([this] { return remote->isTrusted(); }));
+    EXPECT_EQ(backEnd->dialogs, 1);
+    clickUntil(10, [] { return false; });
+    EXPECT_EQ(clicksSeen(10), 10);
+}
+
 TEST_F(RealPortalTest, QuestionWithoutAnAnswerIsWithdrawnWithTheProgram) {
     backEnd->manner = FakeBackEnd::Manner::hangs;
     EXPECT_FALSE(remote->requestPrompt(PromptReason::askedFor));
@@ -145,6 +159,23 @@ TEST_F(RealPortalTest, TakenBackInMidRunNothingStaysPressed) {
     EXPECT_EQ(backEnd->dialogs, 1);
     ASSERT_NO_FATAL_FAILURE(open());
     EXPECT_EQ(backEnd->buttons.size(), 2 * seen) << "none goes over to the next session";
+}
+
+TEST_F(RealPortalTest, LockInMidRunLeavesWholeClicks) {
+    for (int round = 0; round < 5; ++round) {
+        ASSERT_NO_FATAL_FAILURE(open());
+        backEnd->buttons.clear();
+        clickUntil(100'000, [&] {
+            if (backEnd->buttons.size() > 20) {
+                remote->setLocked(true);
+            }
+            return !remote->isTrusted();
+        });
+        ASSERT_TRUE(until([this] { return !backEnd->isOpen; }));
+        EXPECT_TRUE(clicksSeen(10)) << "each release came before the end of the session";
+        EXPECT_EQ(backEnd->ignored, QStringList());
+        remote->setLocked(false);
+    }
 }
 
 TEST_F(RealPortalTest, BackEndThatIsKilledInMidRunEndsIt) {
