@@ -29,7 +29,11 @@ FocusScope {
         width: parent.width
         height: root.titleHeight
         dragEnabled: root.isMovable
-        onDragStarted: root.window.startSystemMove()
+        onDragStarted: place => {
+            // What is pressed on an edge is the edge's, though the title bar sees it as well.
+            if (!edges.visible || !edges.childAt(place.x, place.y))
+                root.window.startSystemMove();
+        }
 
         TapHandler {
             acceptedButtons: Qt.LeftButton
@@ -66,6 +70,8 @@ FocusScope {
     }
 
     Item {
+        id: edges
+
         anchors.fill: parent
         visible: root.isResizable
 
