@@ -3,10 +3,11 @@
 import os
 import random
 import signal
+import statistics
 import time
 import unittest
 
-from harness import preferences, processes
+from harness import cadence, preferences, processes
 from harness.bus import Bus
 from harness.compositor_case import LEFT, MIDDLE, RIGHT
 from harness.gnome import ALT, BACK_END, CONTROL, ESCAPE, FRONT_END, LETTERS, SHORTCUTS, Gnome
@@ -24,12 +25,15 @@ class GnomeCase(unittest.TestCase):
     maxDiff = None
 
     def setUp(self):
-        self.desktop = Gnome()
+        self.desktop = self.make_desktop()
         self.addCleanup(self.desktop.close)
         self.witness = self.desktop.witness
         self.hand = self.desktop.hand
         self.bus = Bus(self.desktop)
         self.addCleanup(self.bus.close)
+
+    def make_desktop(self):
+        return Gnome()
 
     def launch(self, **config):
         """Starts the program with the default configuration and these changes; the desktop may ask its user then."""
@@ -162,18 +166,20 @@ class GnomeClicks(GnomeCase):
                 start = self.start_granted if is_first else self.start
                 is_first = False
                 program = start(mouseButton=name, clickIntervalSeconds=0.02, maxClicks=100)
-                self.assert_run(program, 100, button)
+                seen = self.assert_run(program, 100, button)
                 self.assertEqual(program.end(), 0)
+                print(f"\n100 {name} clicks asked for, seen: {len(seen)}")
 
     def test_a_thousand_at_ten_milliseconds_are_a_thousand(self):
         program = self.start_granted(clickIntervalSeconds=0.01, maxClicks=1000)
         moments = self.assert_run(program, 1000)
-        between = sorted((after - before) * 1000 for before, after in zip(moments, moments[1:]))
-        print(f"\n1000 clicks at 10 ms: between two of them {between[499]:.2f} ms (median), {between[989]:.2f} ms (99 of 100)")
+        program.close()
+        cadence.compare("on GNOME", moments, 0.01)
 
     def test_after_the_stop_comes_the_click_that_was_under_way_at_most(self):
         program = self.start_granted(clickIntervalSeconds=0.01, stopMode="manual")
-        for _ in range(10):
+        late = []
+        for _ in range(20):
             before = self.witness.releases()
             self.toggle()
             self.witness.wait_for_releases(before + 20)
@@ -181,7 +187,9 @@ class GnomeClicks(GnomeCase):
             seen = self.witness.releases()
             program.wait_for_headline("Ready")
             pause(0.3)
-            self.assertLessEqual(self.witness.releases() - seen, 1)
+            late.append(self.witness.releases() - seen)
+            self.assertLessEqual(late[-1], 1)
+        print(f"\n{sum(late)} clicks after {len(late)} stops, {max(late)} at most after one")
 
 
 class GnomeKills(GnomeCase):
@@ -198,10 +206,11 @@ class GnomeKills(GnomeCase):
             self.assert_nothing_is_down(f"kill {number}")
             program.close()
             program = self.start(clickIntervalSeconds=0.01, stopMode="manual")
+        print("\n50 kills: no button is down")
 
 
 class GnomeHotkey(GnomeCase):
-    HOTKEY = {"hotkey": preferences.CONTROL_OPTION_S, "clickIntervalSeconds": 0.02, "stopMode": "manual"}
+    HOTKEY = {"hotkey": preferences.CONTROL_OPTION_S, "clickIntervalSeconds": 0.01, "stopMode": "manual"}
 
     def start_with_hotkey(self, **config):
         """For the first time: the desktop asks for both."""
@@ -239,26 +248,35 @@ class GnomeHotkey(GnomeCase):
             return True
         until(runs, "the hotkey does not start it")
 
-    def test_it_starts_and_stops_while_another_window_has_the_focus_and_is_swallowed(self):
-        program = self.start_with_hotkey()
-        self.press_until_bound(program, CONTROL, ALT, S)
+    def stop(self, program):
         self.hand.tap(CONTROL, ALT, S)
         program.wait_for_headline("Ready")
         # The last click may be on its way.
         pause(0.3)
-        self.witness.report()
-        keys = self.witness.keys()
-        pressed = time.monotonic()
-        self.hand.tap(CONTROL, ALT, S)
-        program.wait_for_headline("Running")
-        self.witness.wait_for_releases(self.witness.releases() + 1)
-        self.hand.tap(CONTROL, ALT, S)
-        program.wait_for_headline("Ready")
-        # The modifiers only.
-        self.assertEqual(self.witness.keys(), keys + 4)
-        seen = self.witness.timed_report()
-        self.assert_clicks([(kind, code) for kind, code, _ in seen], len(seen) // 2)
-        print(f"\nfrom the hotkey to the first click: {(seen[0][2] - pressed) * 1000:.0f} ms")
+
+    def test_it_starts_and_stops_while_another_window_has_the_focus_and_is_swallowed(self):
+        program = self.start_with_hotkey()
+        self.press_until_bound(program, CONTROL, ALT, S)
+        self.stop(program)
+        latencies, ends = [], []
+        for _ in range(10):
+            self.witness.report()
+            keys = self.witness.keys()
+            pressed = time.monotonic()
+            self.hand.tap(CONTROL, ALT, S)
+            self.witness.wait_for_releases(self.witness.releases() + 1)
+            program.wait_for_headline("Running")
+            stopped = time.monotonic()
+            self.stop(program)
+            # The modifiers only.
+            self.assertEqual(self.witness.keys(), keys + 4)
+            seen = self.witness.timed_report()
+            self.assert_clicks([(kind, code) for kind, code, _ in seen], len(seen) // 2)
+            latencies.append((seen[0][2] - pressed) * 1000)
+            ends.append((seen[-1][2] - stopped) * 1000)
+        print(f"\nfrom the hotkey to the first click: {statistics.median(latencies):.0f} ms (median), {max(latencies):.0f} ms at "
+              f"most; from the one that stops to the last click: {statistics.median(ends):.0f} ms, {max(ends):.0f} ms; with "
+              f"{cadence.load()}")
 
     def test_a_held_key_fires_once(self):
         program = self.start_with_hotkey()

@@ -1,14 +1,14 @@
 """A private Plasma on Wayland without a screen: KWin with the portal and what stands behind it, and a user's hand for it."""
 
-import json
 import os
 import shutil
 import socket
 import subprocess
 
-from gi.repository import Gio, GLib
+from gi.repository import GLib
 
 from . import processes
+from .kwin_windows import KWIN, KWinWindows
 from .login import LoginManager
 from .portal_compositor import FRONT_END, PortalCompositor
 from .waiting import pause, until
@@ -16,7 +16,7 @@ from .waiting import pause, until
 SOCKET = "wayland-plasma"
 BACK_END = "org.freedesktop.impl.portal.desktop.kde"
 PERMISSIONS = "org.freedesktop.impl.portal.PermissionStore"
-KWIN, SHORTCUTS, SCREEN_LOCK = "org.kde.KWin", "org.kde.kglobalaccel", "org.freedesktop.ScreenSaver"
+SHORTCUTS, SCREEN_LOCK = "org.kde.kglobalaccel", "org.freedesktop.ScreenSaver"
 HAND = os.environ.get("VELLORAN_KWIN_HAND", "none")
 VERSION = 6 if shutil.which("kbuildsycoca6") else 5
 
@@ -45,15 +45,6 @@ Exec={HAND}
 NoDisplay=true
 X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input
 """
-
-# A script for KWin that tells what windows it shows.
-WINDOWS = """const all = workspace.windowList ? workspace.windowList() : workspace.clientList();
-const found = all.map(w => ({caption: w.caption, titleHeight: w.frameGeometry.height - w.bufferGeometry.height,
-    x: w.frameGeometry.x, y: w.frameGeometry.y, width: w.frameGeometry.width, height: w.frameGeometry.height}));
-callDBus("%s", "/windows", "app.velloran.Test", "tell", JSON.stringify(found));
-"""
-WINDOWS_INTERFACE = """<node><interface name="app.velloran.Test"><method name="tell"><arg type="s" direction="in"/></method>
-</interface></node>"""
 
 
 class Hand:
@@ -100,17 +91,20 @@ class Hand:
 
 
 class Plasma(PortalCompositor):
-    """Its portal takes clicks in one of the `WAYS` only. It may be one that can be locked."""
+    """Its portal takes clicks in one of the `WAYS` only. It may be one that can be locked, with a login manager, and which wakes up
+    locked or not; and one with several outputs beside each other."""
 
     NAME = "KDE"
     BACK_END = BACK_END
     BACK_END_PROGRAM = "xdg-desktop-portal-kde"
 
-    def __init__(self, size=(1920, 1080), way="libei", has_lock=False):
+    def __init__(self, size=(1920, 1080), way="libei", has_lock=False, wakes_locked=True, outputs=1):
         self._way = way
         self._has_lock = has_lock
-        self._login = None
-        self._told_windows = None
+        self._wakes_locked = wakes_locked
+        self._outputs = outputs
+        self.login = None
+        self._windows = None
         super().__init__(size)
 
     @staticmethod
@@ -132,11 +126,12 @@ class Plasma(PortalCompositor):
                                  "XDG_MENU_PREFIX": "plasma-", "LIBGL_ALWAYS_SOFTWARE": "1", "QT_QUICK_BACKEND": "software",
                                  "QT_FORCE_STDERR_LOGGING": "1"})
         os.makedirs(self.config_home)
-        for name, text in SETTINGS.items():
+        lock = f"[Daemon]\nAutolock=false\nLockOnResume={str(self._wakes_locked).lower()}\n"
+        for name, text in {**SETTINGS, "kscreenlockerrc": lock}.items():
             with open(os.path.join(self.config_home, name), "w", encoding="ascii") as file:
                 file.write(text)
         if self._has_lock:
-            self._login = LoginManager(self.environment["DBUS_SYSTEM_BUS_ADDRESS"])
+            self.login = LoginManager(self.environment["DBUS_SYSTEM_BUS_ADDRESS"])
         os.makedirs(os.path.join(self.data_home, "applications"))
         with open(os.path.join(self.data_home, "applications", "hand.desktop"), "w", encoding="ascii") as file:
             file.write(HAND_ENTRY)
@@ -160,8 +155,8 @@ class Plasma(PortalCompositor):
     def start_server(self):
         """Starts the compositor, also after another has been killed, and gives it a hand."""
         command = ["env", "-u", "WAYLAND_DISPLAY", "-u", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "QT_QPA_PLATFORM=", self._kwin,
-                   "--virtual", "--width", str(self._size[0]), "--height", str(self._size[1]),
-                   "--wayland-fd", str(self._listener.fileno()),
+                   *self._screen(), "--width", str(self._size[0]), "--height", str(self._size[1]),
+                   "--output-count", str(self._outputs), "--wayland-fd", str(self._listener.fileno()),
                    "--socket", SOCKET, *([] if self._has_lock else ["--no-lockscreen"])]
         self.server = self._run("kwin", command, pass_fds=[self._listener.fileno()])
         for name in (KWIN, SHORTCUTS, "org.kde.keyboard"):
@@ -169,6 +164,11 @@ class Plasma(PortalCompositor):
         self.hand = Hand(self.environment)
         self.hand.move(2 * self._size[0], 2 * self._size[1])
         self.hand.move(-10, -10)
+
+    @staticmethod
+    def _screen():
+        """What makes KWin do without one."""
+        return ["--virtual"]
 
     def end_server(self):
         """With its place, as the session ends with it."""
@@ -195,30 +195,16 @@ class Plasma(PortalCompositor):
         return self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "isScriptLoaded",
                          GLib.Variant("(s)", ("app.velloran.Velloran",)))[0]
 
+    @property
     def windows(self):
-        """What KWin shows, by the titles: how much it adds to their height, and where it is."""
-        if self._told_windows is None:
-            interface = Gio.DBusNodeInfo.new_for_xml(WINDOWS_INTERFACE).interfaces[0]
-            self.bus_connection.register_object("/windows", interface, self._take_windows, None, None)
-        self._told_windows = ""
-        path = os.path.join(self._place, "windows.js")
-        with open(path, "w", encoding="ascii") as file:
-            file.write(WINDOWS % self.bus_connection.get_unique_name())
-        name = GLib.Variant("(s)", ("windows",))
-        number = self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "loadScript", GLib.Variant("(ss)", (path, "windows")))[0]
-        place = f"/Scripting/Script{number}" if VERSION > 5 else f"/{number}"
-        self.call(KWIN, place, "org.kde.kwin.Script", "run")
+        """KWin's, with what a script can do to them."""
+        if self._windows is None:
+            self._windows = KWinWindows(self.bus_connection, self.call, self._place, VERSION > 5)
+        return self._windows
 
-        def are_told():
-            GLib.MainContext.default().iteration(False)
-            return self._told_windows
-        told = json.loads(until(are_told, "KWin does not tell its windows"))
-        self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "unloadScript", name)
-        return {window.pop("caption"): window for window in told}
-
-    def _take_windows(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
-        self._told_windows = arguments.unpack()[0]
-        invocation.return_value(None)
+    def set_output(self, number, what):
+        """Changes an output, counted from 1, in the words of Plasma's own tool."""
+        self.run_tool("kscreen-doctor", f"output.{number}.{what}")
 
     def point_at(self, x, y):
         self.hand.move(-2 * self._size[0], -2 * self._size[1])
@@ -229,7 +215,7 @@ class Plasma(PortalCompositor):
 
     def unlock(self):
         """As the login manager does for an administrator."""
-        self._login.unlock()
+        self.login.unlock()
 
     def is_locked(self):
         return self.call(SCREEN_LOCK, "/ScreenSaver", SCREEN_LOCK, "GetActive")[0]
@@ -239,8 +225,8 @@ class Plasma(PortalCompositor):
             self.hand.close()
         super().close()
         self._listener.close()
-        if self._login:
-            self._login.close()
+        if self.login:
+            self.login.close()
 
 
 __all__ = ["ALT", "BACK_END", "CONTROL", "ENTER", "ESCAPE", "F4", "FRONT_END", "LETTERS", "VERSION", "Plasma"]

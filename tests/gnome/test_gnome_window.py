@@ -1,0 +1,129 @@
+"""The program's window on GNOME: its frame, its place, its looks at each scale, and how it comes to the front."""
+
+import subprocess
+
+from PIL import Image, ImageChops, ImageStat
+
+from harness import picture
+from harness.gnome import LETTERS
+from harness.gnome_windows import GnomeWithWindows
+from harness.program import PROGRAM
+from harness.waiting import stays, until
+from test_gnome import GnomeCase
+
+D = LETTERS["d"]
+SUPER, UP, LEFT_ARROW, DOWN = 125, 103, 105, 108
+NAME = "Velloran"
+
+
+class GnomeWindowCase(GnomeCase):
+    SIZE = (1920, 1080)
+
+    def make_desktop(self):
+        return GnomeWithWindows(self.SIZE)
+
+    def setUp(self):
+        super().setUp()
+        self.program = self.start_granted()
+
+    def window(self):
+        return self.desktop.windows()[NAME]
+
+    def is_in_front(self):
+        return self.window()["active"]
+
+    def token(self):
+        """What a launcher hands on for a key that the user has pressed just now."""
+        keys = self.witness.keys()
+        self.hand.tap(D)
+        until(lambda: self.witness.keys() > keys, "the witness does not get the key")
+        return self.witness.activation_token()
+
+    def come_to_front(self):
+        self.bus.activate(activation_token=self.token())
+        until(self.is_in_front, "it stays behind")
+
+    def has_size(self, *size):
+        """For the desktop and for the program: what one of them adds would be a second frame."""
+        return self.window()["size"] == size == tuple(self.program.window.extents[2:])
+
+    def wait_for_size(self, *size):
+        until(lambda: self.has_size(*size), lambda: f"it is {self.window()}, the program says {self.program.window.extents}, not {size}")
+
+
+class GnomeWindow(GnomeWindowCase):
+    def test_its_frame_is_its_own(self):
+        self.assertTrue(self.has_size(*self.program.window.extents[2:]), f"{self.window()}, not {self.program.window.extents}")
+
+    def test_it_fills_the_screen_and_half_of_it_by_the_keys(self):
+        usual = self.window()["size"]
+        self.come_to_front()
+        self.hand.tap(SUPER, UP)
+        until(lambda: self.window()["size"][0] == self.SIZE[0], "it does not fill the screen")
+        width, height = self.window()["size"]
+        # The desktop's own bar is above.
+        self.assertTrue(self.SIZE[1] - 60 < height <= self.SIZE[1], height)
+        self.wait_for_size(width, height)
+        self.hand.tap(SUPER, DOWN)
+        self.wait_for_size(*usual)
+        self.hand.tap(SUPER, LEFT_ARROW)
+        self.wait_for_size(width // 2, height)
+
+
+class GnomeActivation(GnomeWindowCase):
+    """A window comes to the front for those who hand on what the compositor gave them for a key of the user's."""
+
+    def start_again(self, token):
+        environment = {**self.program.environment, "XDG_ACTIVATION_TOKEN": token}
+        self.assertEqual(subprocess.run([PROGRAM], env=environment, check=False, timeout=20).returncode, 0)
+
+    def test_a_second_start_brings_it_to_the_front(self):
+        self.assertFalse(self.is_in_front())
+        self.start_again(self.token())
+        until(self.is_in_front, "it stays behind")
+
+    def test_so_does_a_launcher_on_the_bus(self):
+        self.assertFalse(self.is_in_front())
+        self.come_to_front()
+
+    def test_a_made_up_token_does_not(self):
+        self.start_again("made up")
+        stays(lambda: not self.is_in_front(), "it takes the keyboard", 0.5)
+
+
+class GnomeScales(GnomeWindowCase):
+    SIZE = (3000, 2400)
+
+    def shown(self, scale):
+        """The window in the pixels of the screen: it stands before a black one, below the desktop's bar."""
+        wanted = [scale * length for length in self.program.window.extents[2:]]
+
+        def look():
+            screen = self.desktop.picture()
+            bar = round(scale * 40)
+            box = screen.crop((0, bar, *screen.size)).point(lambda value: 255 if value > 4 else 0).getbbox()
+            # The desktop may round half a pixel up or down.
+            if box is None or max(abs(box[2] - box[0] - wanted[0]), abs(box[3] - box[1] - wanted[1])) >= 1:
+                return None
+            part = screen.crop((box[0], box[1] + bar, box[2], box[3] + bar))
+            return part if len(part.getcolors(1 << 24) or []) > 500 else None
+        return until(look, lambda: f"no window of {wanted} pixels shows")
+
+    def test_it_keeps_its_size_in_points_and_is_drawn_in_the_pixels_of_each(self):
+        usual_size = tuple(self.program.window.extents[2:])
+        self.come_to_front()
+        usual = self.shown(1)
+        picture.keep(usual, "gnome at 1")
+        for wanted in (1.25, 1.5, 2):
+            with self.subTest(wanted):
+                scale = self.desktop.set_scale(wanted)
+                self.assertAlmostEqual(scale, wanted, delta=0.01)
+
+                def is_sharp():
+                    shown = self.shown(scale)
+                    # Made larger, the picture of the usual scale would be blurred all over.
+                    stretched = usual.resize(shown.size, Image.Resampling.BILINEAR)
+                    difference = ImageStat.Stat(ImageChops.difference(shown, stretched)).mean
+                    return shown if 1 < max(difference) < 5 else None
+                picture.keep(until(is_sharp, "the window is not drawn anew"), f"gnome at {wanted}")
+                self.wait_for_size(*usual_size)
