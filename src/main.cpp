@@ -28,6 +28,7 @@
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtUrlOpener.h"
 #include "platform/qt/WidgetFileChooser.h"
+#include "platform/wayland/AbilitiesQuestion.h"
 #include "platform/waylandwindow/CompositorMenu.h"
 #include "platform/waylandwindow/ShortcutsInhibitor.h"
 #include "platform/windowmanager/WindowRaiser.h"
@@ -47,11 +48,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -148,6 +151,13 @@ struct OpenPreferences {
     ~OpenPreferences() { openPreferences = nullptr; }
 };
 
+/// The compositor that has the window; nothing on other window systems.
+std::optional<std::string> compositorOfWindow() {
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+               ? setValue(processEnvironment, "WAYLAND_DISPLAY")
+               : std::nullopt;
+}
+
 /// The views' engine. It begins to read their types on a thread of its own, while everything else is made.
 class Views {
 public:
@@ -173,6 +183,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     const OpenPreferences whileOpen(preferences);
     platform::qt::QtUrlOpener urlOpener;
     platform::posix::ModuleSounds sounds(platform::posix::ModuleSounds::pathOf("velloran-sound"), VELLORAN_VERSION);
+    platform::wayland::AbilitiesQuestion abilities(loop, compositorOfWindow());
     const Backends backends = realBackends(
         loop, [] { endWithoutServer(); }, busAddress);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
@@ -215,12 +226,14 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     platform::FallbackFileChooser chooser(portalChooser, widgetChooser);
     ConfigFiles files(*store, chooser);
     DesktopAppearance appearance(settings.wishes());
-    DesktopWindowButtons windowButtons(settings.wishes());
+    // Asked for above, they are there by now; buttons that are of no use are not to be seen first.
+    abilities.waitForAnswer(std::chrono::milliseconds(100));
+    DesktopWindowButtons windowButtons(settings.wishes(), abilities.answer());
     platform::waylandwindow::CompositorMenu compositorMenu;
     WindowManagerMenu managerMenu(
-        [&compositorMenu](QWindow& window, QPoint place, auto missing) {
+        [&compositorMenu, &abilities](QWindow& window, QPoint place, auto missing) {
             return platform::windowmanager::showWindowManagerMenu(window) ||
-                   compositorMenu.show(window, place, std::move(missing));
+                   (abilities.answer().get().opensMenu && compositorMenu.show(window, place, std::move(missing)));
         },
         [&compositorMenu] { compositorMenu.prepare(); });
 

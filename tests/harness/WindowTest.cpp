@@ -95,7 +95,7 @@ WindowTest::~WindowTest() {
 
 void WindowTest::open(const QByteArray& qml) {
     appearance = std::make_unique<DesktopAppearance>(settings.wishes());
-    windowButtons = std::make_unique<DesktopWindowButtons>(settings.wishes());
+    windowButtons = std::make_unique<DesktopWindowButtons>(settings.wishes(), abilities);
     QQmlComponent component(engine.get());
     component.setData("import QtQuick\nimport Velloran\n" + qml, QUrl("qrc:/test.qml"));
     if (!component.isReady()) {

@@ -149,6 +149,8 @@ protected:
     platform::FallbackFileChooser chooser{portalChooser, widgetChooser};
     std::unique_ptr<ConfigFiles> files;
     std::unique_ptr<DesktopAppearance> appearance;
+    /// What the desktop does with windows.
+    Published<platform::WindowAbilities> abilities{platform::WindowAbilities{}};
     std::unique_ptr<DesktopWindowButtons> windowButtons;
     int quits = 0;
     std::unique_ptr<QQmlEngine> engine;

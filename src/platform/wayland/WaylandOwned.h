@@ -3,6 +3,7 @@
 #include <vicinae-hotkey-v1-client-protocol.h>
 #include <wayland-client.h>
 #include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
+#include <xdg-shell-client-protocol.h>
 #include <xx-hotkey-v1-client-protocol.h>
 
 #include <memory>
@@ -18,6 +19,16 @@ struct WaylandDeleter {
     void operator()(wl_keyboard* object) const { wl_keyboard_destroy(object); }
 
     void operator()(wl_seat* object) const { wl_seat_destroy(object); }
+
+    void operator()(wl_compositor* object) const { wl_compositor_destroy(object); }
+
+    void operator()(wl_surface* object) const { wl_surface_destroy(object); }
+
+    void operator()(xdg_wm_base* object) const { xdg_wm_base_destroy(object); }
+
+    void operator()(xdg_surface* object) const { xdg_surface_destroy(object); }
+
+    void operator()(xdg_toplevel* object) const { xdg_toplevel_destroy(object); }
 
     void operator()(zwlr_virtual_pointer_manager_v1* object) const { zwlr_virtual_pointer_manager_v1_destroy(object); }
 

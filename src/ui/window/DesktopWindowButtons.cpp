@@ -21,22 +21,28 @@ WindowButtonLayout kwinLayout() {
                                            settings.value(QStringLiteral("ButtonsOnRight"), "IAX").toString());
 }
 
-QList<QString> namesOf(const std::vector<WindowButton>& buttons) {
-    QList<QString> names;
-    for (const WindowButton button : buttons) {
-        names.append(nameOf(button));
+bool isOfUse(WindowButton button, platform::WindowAbilities abilities) {
+    switch (button) {
+    case WindowButton::minimize:
+        return abilities.minimizes;
+    case WindowButton::maximize:
+        return abilities.maximizes;
+    case WindowButton::close:
+        return true;
     }
-    return names;
+    return true;
 }
 
 } // namespace
 
-DesktopWindowButtons::DesktopWindowButtons(const Published<platform::DesktopWishes>& wishes) {
+DesktopWindowButtons::DesktopWindowButtons(const Published<platform::DesktopWishes>& wishes,
+                                           const Published<platform::WindowAbilities>& abilities)
+    : told_(abilities.stream().subscribe([this](const platform::WindowAbilities& now) { setAbilities(now); })) {
     if (isPlasma()) {
         layout_ = kwinLayout();
         return;
     }
-    subscription_ = wishes.stream().subscribe([this](const platform::DesktopWishes& now) {
+    wishes_ = wishes.stream().subscribe([this](const platform::DesktopWishes& now) {
         if (now.windowButtons) {
             setLayout(WindowButtonLayout::fromNames(QString::fromStdString(*now.windowButtons)));
         }
@@ -51,11 +57,29 @@ QList<QString> DesktopWindowButtons::right() const {
     return namesOf(layout_.right);
 }
 
+QList<QString> DesktopWindowButtons::namesOf(const std::vector<WindowButton>& buttons) const {
+    QList<QString> names;
+    for (const WindowButton button : buttons) {
+        if (isOfUse(button, abilities_)) {
+            names.append(nameOf(button));
+        }
+    }
+    return names;
+}
+
 void DesktopWindowButtons::setLayout(WindowButtonLayout layout) {
     if (layout == layout_) {
         return;
     }
     layout_ = std::move(layout);
+    emit changed();
+}
+
+void DesktopWindowButtons::setAbilities(platform::WindowAbilities abilities) {
+    if (abilities == abilities_) {
+        return;
+    }
+    abilities_ = abilities;
     emit changed();
 }
 

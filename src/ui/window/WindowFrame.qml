@@ -25,6 +25,11 @@ FocusScope {
     signal aboutRequested
     signal quitRequested
 
+    /// The frame's own.
+    function smallMenu(): var {
+        return windowMenu.get({ window: root.window, buttons: root.buttons });
+    }
+
     DragArea {
         width: parent.width
         height: root.titleHeight
@@ -38,7 +43,7 @@ FocusScope {
         TapHandler {
             acceptedButtons: Qt.LeftButton
             gesturePolicy: TapHandler.DragThreshold
-            onDoubleTapped: windowMenu.get({ window: root.window }).toggleMaximized()
+            onDoubleTapped: root.smallMenu().toggleMaximized()
         }
 
         TapHandler {
@@ -50,7 +55,7 @@ FocusScope {
             }
             onTapped: eventPoint => {
                 if (!root.managerMenu?.show(root.window, eventPoint.scenePosition))
-                    windowMenu.get({ window: root.window }).openAt(eventPoint.position);
+                    root.smallMenu().openAt(eventPoint.position);
             }
         }
 
@@ -58,7 +63,7 @@ FocusScope {
             target: root.managerMenu
 
             function onMissing(place: point) {
-                windowMenu.get({ window: root.window }).openAt(place);
+                root.smallMenu().openAt(place);
             }
         }
 

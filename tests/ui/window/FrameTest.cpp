@@ -116,6 +116,43 @@ TEST_F(FrameTest, PlasmaHasCustomaryButtonsToo) {
     EXPECT_EQ(buttons(), (QStringList{"Menu", "Minimize", "Maximize", "Close"}));
 }
 
+TEST_F(FrameTest, ButtonsThatWouldDoNothingAreLeftOut) {
+    abilities.set({.opensMenu = true, .maximizes = false, .minimizes = true});
+    openMainWindow();
+    EXPECT_EQ(buttons(), (QStringList{"Menu", "Minimize", "Close"}));
+    abilities.set({.opensMenu = true, .maximizes = true, .minimizes = false});
+    EXPECT_TRUE(until([&] { return buttons() == QStringList{"Menu", "Maximize", "Close"}; }));
+    abilities.set({.opensMenu = false, .maximizes = false, .minimizes = false});
+    EXPECT_TRUE(until([&] { return buttons() == QStringList{"Menu", "Close"}; }));
+    keepPicture("buttons-of-use");
+    abilities.set({});
+    EXPECT_TRUE(until([&] { return buttons() == QStringList{"Menu", "Minimize", "Maximize", "Close"}; }));
+}
+
+TEST_F(FrameTest, WhatTheDesktopDoesNotDoIsNotAskedFor) {
+    abilities.set({.opensMenu = true, .maximizes = false, .minimizes = false});
+    openMainWindow();
+    doubleClickAt(title());
+    clickAt(title(), 3);
+    EXPECT_EQ(menuEntries(), (QStringList{"Minimize", "Maximize", "-", "Close"}));
+    EXPECT_FALSE(button("Minimize").isEnabled());
+    EXPECT_FALSE(button("Maximize").isEnabled());
+    EXPECT_EQ(window->visibility(), QWindow::Windowed);
+    tap(downKey);
+    tap(returnKey);
+    EXPECT_TRUE(until([&] { return quits == 1; })) << "the only entry that can be chosen is the last";
+}
+
+TEST_F(FrameTest, WhatTheDesktopHasMadeLargeCanBeMadeSmall) {
+    openMainWindow();
+    abilities.set({.opensMenu = true, .maximizes = false, .minimizes = true});
+    window->showMaximized();
+    ASSERT_TRUE(hasSize(screenSize));
+    doubleClickAt(title());
+    EXPECT_TRUE(becomes(QWindow::Windowed));
+    EXPECT_TRUE(hasSize(startSize));
+}
+
 TEST_F(FrameTest, MaximizesAndRestores) {
     openMainWindow();
     click(get("Maximize"));
