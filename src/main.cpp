@@ -31,6 +31,7 @@
 #include "platform/wayland/AbilitiesQuestion.h"
 #include "platform/waylandwindow/CompositorMenu.h"
 #include "platform/waylandwindow/ShortcutsInhibitor.h"
+#include "platform/waylandwindow/leastSize.h"
 #include "platform/windowmanager/WindowRaiser.h"
 #include "platform/windowmanager/buttonEvents.h"
 #include "platform/windowmanager/windowManagerMenu.h"
@@ -249,6 +250,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
         {"appearance", QVariant::fromValue(&appearance)},
         {"windowButtons", QVariant::fromValue(&windowButtons)},
         {"managerMenu", QVariant::fromValue(&managerMenu)},
+        {"isKeptByDesktop", compositorOfWindow().has_value()},
     });
     // By name and not by address: only an import makes the module's own types known.
     engine.loadData(QByteArrayLiteral("import Velloran\nMainWindow {}\n"));
@@ -256,6 +258,11 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
         return EXIT_FAILURE;
     }
     auto* const window = qobject_cast<QWindow*>(engine.rootObjects().first());
+    const auto keepLeastSize = [window] {
+        platform::waylandwindow::keepLeastSize(*window, window->property("least").toSizeF().toSize());
+    };
+    keepLeastSize();
+    QObject::connect(window, &QWindow::screenChanged, window, keepLeastSize);
     const auto showLimits = [window, &desktop] {
         const auto limits = DesktopLimits::of(desktop.get(), HotkeyManager::shared().answer());
         window->setProperty("desktopLimits", QVariant::fromValue(limits));

@@ -13,6 +13,10 @@ Item {
     /// What the window buttons take of the left end of the title bar.
     property real leftInset: 0
 
+    /// Whether the columns do not fit beside each other. Only desktops that tile make the window that small.
+    readonly property bool isNarrow: root.width < 800
+    readonly property real sideWidth: 280
+
     /// Makes the implicit height right at once. Otherwise that is so from the first frame on.
     function settle() {
         stack.ensurePolished();
@@ -52,9 +56,11 @@ Item {
                 width: scroll.width - 2 * scroll.sidePadding
                 spacing: Theme.spacing.md
 
-                RowLayout {
+                GridLayout {
                     Layout.fillWidth: true
-                    spacing: Theme.spacing.md
+                    columns: root.isNarrow ? 1 : 2
+                    columnSpacing: Theme.spacing.md
+                    rowSpacing: Theme.spacing.md
 
                     ColumnLayout {
                         Layout.fillWidth: true
@@ -80,9 +86,10 @@ Item {
                     }
 
                     ColumnLayout {
-                        Layout.minimumWidth: 280
-                        Layout.preferredWidth: 280
-                        Layout.maximumWidth: 280
+                        Layout.fillWidth: root.isNarrow
+                        Layout.minimumWidth: root.sideWidth
+                        Layout.preferredWidth: root.sideWidth
+                        Layout.maximumWidth: root.isNarrow ? Infinity : root.sideWidth
                         Layout.alignment: Qt.AlignTop
                         spacing: Theme.spacing.md
 

@@ -14,8 +14,7 @@ constexpr std::uint32_t shellVersion = XDG_TOPLEVEL_WM_CAPABILITIES_SINCE_VERSIO
 } // namespace
 
 AbilitiesQuestion::AbilitiesQuestion(EventLoop& loop, const std::optional<std::string>& compositor)
-    : loop_(loop),
-      connection_(compositor ? WaylandConnection::open(loop, *compositor, [this] { end(); }) : nullptr) {
+    : loop_(loop), connection_(compositor ? WaylandConnection::open(loop, *compositor, [this] { end(); }) : nullptr) {
     static constexpr wl_registry_listener listener{
         [](void* data, wl_registry* /*registry*/, std::uint32_t name, const char* interface, std::uint32_t version) {
             static_cast<AbilitiesQuestion*>(data)->add(name, interface, version);

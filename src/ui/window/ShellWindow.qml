@@ -25,6 +25,13 @@ T.ApplicationWindow {
     /// The window manager's menu for this window, if it has one.
     property WindowManagerMenu managerMenu: null
 
+    /// Whether the desktop keeps the window from getting smaller than its least size, and makes it smaller all the same where it
+    /// has reason to: in tiles.
+    property bool isKeptByDesktop: false
+    /// The least size that can be had on this screen.
+    readonly property size least: Qt.size(Math.min(root.leastSize.width, workArea.size.width),
+                                          Math.min(root.leastSize.height, workArea.size.height))
+
     /// The start height is about to be read.
     signal aboutToShow
 
@@ -48,15 +55,15 @@ T.ApplicationWindow {
     visible: false
     // None of its own: the program's, which the window system shows anyway, and without this assistive tools do not tell.
     title: "Velloran"
-    minimumWidth: Math.min(root.leastSize.width, workArea.size.width)
-    minimumHeight: Math.min(root.leastSize.height, workArea.size.height)
+    minimumWidth: root.isKeptByDesktop ? 0 : root.least.width
+    minimumHeight: root.isKeptByDesktop ? 0 : root.least.height
     flags: Qt.Window | Qt.FramelessWindowHint
     color: Theme.appBackgroundBot
 
     Component.onCompleted: {
         root.aboutToShow();
-        root.width = root.minimumWidth;
-        root.height = Math.max(root.minimumHeight, Math.min(root.startHeight, workArea.size.height));
+        root.width = root.least.width;
+        root.height = Math.max(root.least.height, Math.min(root.startHeight, workArea.size.height));
         root.visible = true;
     }
     onClosing: Qt.quit()

@@ -47,6 +47,7 @@ void FakeShell::bindCompositor(wl_client* client, void* shell, std::uint32_t ver
             {}, {}, {}, {}, [](wl_client* /*client*/, wl_resource* surface) { shellOf(surface).answer(); }, {}, {}, {},
             {},
     };
+
     static const struct wl_compositor_interface requests {
         [](wl_client* caller, wl_resource* compositor, std::uint32_t surface) {
             make(caller, wl_surface_interface, wl_resource_get_version(compositor), surface, &surfaceRequests,
@@ -54,6 +55,7 @@ void FakeShell::bindCompositor(wl_client* client, void* shell, std::uint32_t ver
         },
             {},
     };
+
     make(client, wl_compositor_interface, static_cast<int>(version), id, &requests, *static_cast<FakeShell*>(shell));
 }
 
@@ -61,6 +63,7 @@ void FakeShell::bindShell(wl_client* client, void* shell, std::uint32_t version,
     static const struct xdg_toplevel_interface windowRequests {
         destroyed, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {},
     };
+
     static const struct xdg_surface_interface surfaceRequests {
         destroyed,
             [](wl_client* caller, wl_resource* surface, std::uint32_t window) {
@@ -76,6 +79,7 @@ void FakeShell::bindShell(wl_client* client, void* shell, std::uint32_t version,
             },
             {}, {}, {},
     };
+
     static const struct xdg_wm_base_interface requests {
         destroyed, {},
             [](wl_client* caller, wl_resource* base, std::uint32_t surface, wl_resource* /*of*/) {
@@ -84,6 +88,7 @@ void FakeShell::bindShell(wl_client* client, void* shell, std::uint32_t version,
             },
             {},
     };
+
     make(client, xdg_wm_base_interface, static_cast<int>(version), id, &requests, *static_cast<FakeShell*>(shell));
 }
 
