@@ -1,21 +1,27 @@
 """The program's frame on labwc, which does with windows what sway does not."""
 
+import os
 import unittest
+
+from PIL import Image
 
 from harness.compositor import Labwc
 from harness.compositor_case import LEFT, CompositorCase
 from harness.waiting import until
 
-# What labwc gives itself. It is hardly larger than the window can be small, so there is no dragging it into a half.
+# What labwc gives itself.
 SCREEN = (1280, 720)
+HALF = SCREEN[0] // 2, SCREEN[1]
+# Where the window opens.
+LEFT_EDGE = 200
 
 
 @unittest.skipUnless(Labwc.is_installed(), "labwc is not installed: not every release has it")
 class LabwcWindow(CompositorCase):
     COMPOSITOR = Labwc
-    CONFIGURATION = """
+    CONFIGURATION = f"""
         <snapping><range>20</range></snapping>
-        <windowRules><windowRule title="Velloran"><action name="MoveTo" x="200" y="0"/></windowRule></windowRules>"""
+        <windowRules><windowRule title="Velloran"><action name="MoveTo" x="{LEFT_EDGE}" y="0"/></windowRule></windowRules>"""
 
     def setUp(self):
         super().setUp()
@@ -61,11 +67,46 @@ class LabwcWindow(CompositorCase):
             return self.witness.releases() > before
         until(reaches_witness, "it stays in front")
 
-    def test_dragged_to_the_upper_edge_of_the_screen_it_fills_it(self):
-        self.move(600, 30)
+    def is_bare(self, x, y):
+        """Whether nothing is there but the witness, which is black."""
+        path = os.path.join(self.desktop.folder, "place.png")
+        self.desktop.run_tool("grim", "-g", f"{x},{y} 1x1", path)
+        with Image.open(path) as pixel:
+            return pixel.convert("RGB").getpixel((0, 0)) == (0, 0, 0)
+
+    def drag_title(self, x, *places):
+        """Goes on once the window moves: the compositor moves it when the program has asked for that, unless the button is up by
+        then."""
+        self.move(x, 30)
         self.witness.press_button(LEFT)
-        for y in (40, 60, 30, 10, 0):
-            self.move(600, y)
+        y = 30
+
+        def has_moved():
+            nonlocal y
+            y = min(y + 10, 130)
+            self.move(x, y)
+            return self.is_bare(x, 2)
+        until(has_moved, "it is not moved")
+        for place in places:
+            self.move(*place)
         self.witness.release_button(LEFT)
+
+    def test_it_has_no_title_but_its_own(self):
+        """One of the compositor's would lie above it."""
+        x, y = self.program.find("push button", "Menu").centre
+        self.click(LEFT_EDGE + x, y)
+        self.program.find("menu item", "About Velloran")
+
+    def test_dragged_to_the_side_of_the_screen_it_takes_half_of_it(self):
+        for place, edge in ((600, 0), (300, SCREEN[0] - 1)):
+            with self.subTest(edge=edge):
+                self.drag_title(place, (HALF[0], 300), (abs(edge - 10), 300), (edge, 300))
+                until(lambda: self.has_size(*HALF), lambda: f"it is {self.program.window.extents[2:]} large")
+        x, y = self.program.find("push button", "Menu").centre
+        self.click(HALF[0] + x, y)
+        self.program.find("menu item", "About Velloran")
+
+    def test_dragged_to_the_upper_edge_of_the_screen_it_fills_it(self):
+        self.drag_title(600, (600, 60), (600, 30), (600, 10), (600, 0))
         until(lambda: self.has_size(*SCREEN), lambda: f"it is {self.program.window.extents[2:]} large")
         self.program.find("push button", "Restore")
