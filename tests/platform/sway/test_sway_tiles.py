@@ -123,6 +123,15 @@ class SwayLooks(CompositorCase):
         shown = until(self.look, "the window stays empty")
         self.assertIsNone(ImageChops.difference(shown, usual).getbbox())
 
+    def test_it_has_the_buttons_that_the_compositor_has_a_use_for(self):
+        # Old ones do not tell.
+        useful = self.witness.abilities() or {"minimize", "maximize"}
+        program = self.start_with()
+        program.find("push button", "Close")
+        for name in ("Minimize", "Maximize"):
+            with self.subTest(name):
+                self.assertEqual(program.shows("push button", name), name.lower() in useful, useful)
+
     def test_wishes_for_dark_and_light_change_nothing(self):
         usual = None
         for scheme in (NO_SCHEME, DARK, LIGHT):
