@@ -17,9 +17,9 @@ struct wl_array;
 
 namespace velloran::platform::wayland {
 
-/// Asks the compositor what it does with windows. That is told only to who opens one by a version of the shell's
-/// protocol that is newer than the toolkit's. So a window is begun here that never shows, on a connection of its own,
-/// which ends with the answer. Main thread.
+/// Asks the compositor what it does with windows. That is told only to who opens one by a newer version of the shell's
+/// protocol; not every toolkit knows that version, and none has a word for it. So a window is begun here that never
+/// shows, on a connection of its own, which ends with the answer. Main thread.
 class AbilitiesQuestion {
 public:
     /// Asks the compositor of that name, as `WaylandConnection::open`; nobody where there is no name.
