@@ -12,6 +12,7 @@
 #include "engine/AutoClickerStore.h"
 #include "followServices.h"
 #include "hotkeys/HotkeyManager.h"
+#include "hotkeys/view/HotkeyConsentModel.h"
 #include "hotkeys/view/KeyEventMonitor.h"
 #include "platform/FallbackFileChooser.h"
 #include "platform/Platform.h"
@@ -185,6 +186,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     platform::qt::QtUrlOpener urlOpener;
     platform::posix::ModuleSounds sounds(platform::posix::ModuleSounds::pathOf("velloran-sound"), VELLORAN_VERSION);
     platform::wayland::AbilitiesQuestion abilities(loop, compositorOfWindow());
+    HotkeyConsentModel hotkeyConsent(preferences);
     const Backends backends = realBackends(
         loop, [] { endWithoutServer(); }, busAddress);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
@@ -247,6 +249,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
         {"presets", QVariant::fromValue(&presetsModel)},
         {"files", QVariant::fromValue(&files)},
         {"donations", QVariant::fromValue(&donationModel)},
+        {"hotkeyConsent", QVariant::fromValue(&hotkeyConsent)},
         {"appearance", QVariant::fromValue(&appearance)},
         {"windowButtons", QVariant::fromValue(&windowButtons)},
         {"managerMenu", QVariant::fromValue(&managerMenu)},

@@ -107,6 +107,7 @@ void WindowTest::open(const QByteArray& qml) {
         {"presets", QVariant::fromValue(presetsModel.get())},
         {"files", QVariant::fromValue(files.get())},
         {"donations", QVariant::fromValue(donationModel.get())},
+        {"hotkeyConsent", QVariant::fromValue(&hotkeyConsent)},
         {"appearance", QVariant::fromValue(appearance.get())},
         {"windowButtons", QVariant::fromValue(windowButtons.get())},
     }));

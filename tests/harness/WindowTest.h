@@ -7,6 +7,7 @@
 #include "fakes/makeStore.h"
 #include "harness/EventMarker.h"
 #include "harness/Screen.h"
+#include "hotkeys/view/HotkeyConsentModel.h"
 #include "hotkeys/view/KeyEventMonitor.h"
 #include "platform/FallbackFileChooser.h"
 #include "platform/portal/PortalFileChooser.h"
@@ -75,7 +76,7 @@ protected:
     ~WindowTest() override;
 
     /// Opens the window that `qml` describes and waits until it is in use. The models are its properties `config`,
-    /// `run`, `presets` and `donations`, if it has such.
+    /// `run`, `presets`, `donations` and `hotkeyConsent`, if it has such.
     void open(const QByteArray& qml);
 
     /// The program's own window.
@@ -141,6 +142,7 @@ protected:
     std::unique_ptr<RunModel> runModel;
     std::unique_ptr<PresetsModel> presetsModel;
     std::unique_ptr<DonationModel> donationModel;
+    HotkeyConsentModel hotkeyConsent{platform.preferences};
     platform::bus::SessionBus bus{platform::bus::findSessionBus()};
     platform::portal::Portal desktopPortal{bus};
     platform::portal::PortalSettings settings{desktopPortal};

@@ -10,6 +10,7 @@ ShellWindow {
     required property PresetsModel presets
     required property ConfigFiles files
     required property DonationModel donations
+    required property HotkeyConsentModel hotkeyConsent
     /// What the desktop's user wishes for.
     required property DesktopAppearance appearance
     /// What does not work on this desktop.
@@ -77,5 +78,11 @@ ShellWindow {
         wanted: root.donations.promptVisible
         source: "DonationSheet.qml"
         properties: ({ donations: root.donations })
+    }
+
+    OnDemand {
+        wanted: root.hotkeyConsent.isAsking
+        source: "HotkeyConsentSheet.qml"
+        properties: ({ consent: root.hotkeyConsent })
     }
 }
