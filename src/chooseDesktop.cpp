@@ -4,6 +4,7 @@
 
 #include "async/Observers.h"
 #include "hotkeyAdvice.h"
+#include "platform/gnome/GnomeDesktop.h"
 #include "platform/hyprland/HyprlandPointer.h"
 #include "platform/hyprland/instance.h"
 #include "platform/plasma/PlasmaDesktop.h"
@@ -252,6 +253,17 @@ std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const s
     return {portal, &portal->parts()};
 }
 
+std::shared_ptr<const Published<Desktop>> connectGnome(EventLoop& loop, const std::string& sessionBus,
+                                                       platform::HotkeyConsent* consent,
+                                                       const std::shared_ptr<KeyboardOnce>& keyboard) {
+    if (sessionBus.empty() || consent == nullptr) {
+        return nullptr;
+    }
+    const auto gnome = std::make_shared<platform::gnome::GnomeDesktop>(loop, busAt(sessionBus), *consent,
+                                                                       [keyboard] { return keyboard->layout(); });
+    return {gnome, &gnome->parts()};
+}
+
 } // namespace
 
 std::optional<std::string> processEnvironment(const char* name) {
@@ -277,31 +289,32 @@ DesktopPart<platform::InputTrust> nobodyAsked() {
     return {nullptr, nobodyToAsk, {}};
 }
 
-Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus) {
+Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus,
+                      platform::HotkeyConsent* consent) {
     const auto keyboard = std::make_shared<KeyboardOnce>();
     const auto lacksPointer = std::make_shared<Published<bool>>(false);
-    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
-            .virtualPointer =
-                [&loop, sessionBus, lacksPointer](const std::string& compositor) {
-                    return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer);
-                },
-            .sway =
-                [&loop, keyboard](const std::string& compositor, const std::string& socket) {
-                    return connectSway(loop, socket, keyboard->of(loop, compositor));
-                },
-            .compositor =
-                [&loop, keyboard](const std::string& compositor) {
-                    return connectCompositor(keyboard->of(loop, compositor));
-                },
-            .compositorHotKeys =
-                [&loop, keyboard](const std::string& compositor) {
-                    return connectCompositorHotKeys(loop, compositor, keyboard);
-                },
-            .hyprland = [&loop](const std::string& compositor,
-                                const std::string& folder) { return connectHyprland(loop, compositor, folder); },
-            .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
-            .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
-            .lacksPointer = lacksPointer};
+    return {
+        .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
+        .virtualPointer =
+            [&loop, sessionBus, lacksPointer](const std::string& compositor) {
+                return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer);
+            },
+        .sway =
+            [&loop, keyboard](const std::string& compositor, const std::string& socket) {
+                return connectSway(loop, socket, keyboard->of(loop, compositor));
+            },
+        .compositor = [&loop, keyboard](
+                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); },
+        .compositorHotKeys =
+            [&loop, keyboard](const std::string& compositor) {
+                return connectCompositorHotKeys(loop, compositor, keyboard);
+            },
+        .hyprland = [&loop](const std::string& compositor,
+                            const std::string& folder) { return connectHyprland(loop, compositor, folder); },
+        .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
+        .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
+        .gnome = [&loop, sessionBus, consent, keyboard] { return connectGnome(loop, sessionBus, consent, keyboard); },
+        .lacksPointer = lacksPointer};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {

@@ -4,6 +4,7 @@
 #include "async/Published.h"
 #include "base/Result.h"
 #include "platform/Desktop.h"
+#include "platform/HotkeyConsent.h"
 
 #include <functional>
 #include <memory>
@@ -39,14 +40,17 @@ struct Backends {
     std::function<std::shared_ptr<const Published<platform::Desktop>>()> plasma;
     /// The desktop's portal, whose parts come late, go, and come back. Null where there is no bus for it.
     std::function<std::shared_ptr<const Published<platform::Desktop>>()> portal;
+    /// What GNOME does beside its portal, where its user agrees. Null where there is no bus for it.
+    std::function<std::shared_ptr<const Published<platform::Desktop>>()> gnome = {};
     /// Becomes true when a compositor that took its time has no virtual pointer after all.
     std::shared_ptr<Published<bool>> lacksPointer = std::make_shared<Published<bool>>(false);
 };
 
 /// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone; `sessionBus` is where
-/// the session bus is, in the form of its own environment variable, or empty. `loop` must outlive the parts that they
-/// make.
-Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus = {});
+/// the session bus is, in the form of its own environment variable, or empty; `consent` asks the user for what needs
+/// it, and without one that is left out. `loop` and `consent` must outlive the parts that they make.
+Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus = {},
+                      platform::HotkeyConsent* consent = nullptr);
 
 /// Asks the backends that fit the session, the best one first, and takes each part from the first that has it. Which
 /// session this is counts before what answers in it: on Wayland an X server may well answer, but it only reaches

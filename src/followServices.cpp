@@ -71,6 +71,7 @@ public:
           hyprland_(ofHyprland(environment, backends), [this] { merge(); }),
           plasma_(backends.plasma, [this] { merge(); }),
           portal_(backends.portal, [this] { merge(); }),
+          gnome_(backends.gnome, [this] { merge(); }),
           needsClicks_(!desktop.get().clicks.part),
           chosenHotKeys_(desktop.get().hotKeys),
           needsPointer_(!desktop.get().pointer.part) {
@@ -111,6 +112,11 @@ private:
         if (!found && !chosenHotKeys_.part) {
             found = first(&Desktop::hotKeys, {&plasma_, &portal_});
         }
+        hadOthers_ = hadOthers_ || chosenHotKeys_.part || (found && found->part);
+        if (!hadOthers_ && !(found && found->isAwaited)) {
+            const auto amongTheUsers = first(&Desktop::hotKeys, {&gnome_});
+            found = amongTheUsers ? amongTheUsers : found;
+        }
         return found ? *found : chosenHotKeys_;
     }
 
@@ -142,9 +148,12 @@ private:
     Service hyprland_;
     Service plasma_;
     Service portal_;
+    Service gnome_;
     bool needsClicks_;
     const DesktopPart<platform::HotKeys> chosenHotKeys_;
     bool needsPointer_;
+    /// Whether anybody who comes before GNOME's settings has had hot keys.
+    bool hadOthers_ = false;
     Subscription lacksPointer_;
 };
 

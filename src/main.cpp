@@ -188,7 +188,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     platform::wayland::AbilitiesQuestion abilities(loop, compositorOfWindow());
     HotkeyConsentModel hotkeyConsent(preferences);
     const Backends backends = realBackends(
-        loop, [] { endWithoutServer(); }, busAddress);
+        loop, [] { endWithoutServer(); }, busAddress, &hotkeyConsent);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
     const Subscription serviceParts = followServices(processEnvironment, backends, desktop);
     std::set<QString> told;

@@ -88,6 +88,8 @@ protected:
     std::shared_ptr<Published<Desktop>> portal = std::make_shared<Published<Desktop>>(Desktop{});
     int portals = 0;
     std::shared_ptr<Published<Desktop>> plasma;
+    std::shared_ptr<Published<Desktop>> gnome;
+    int gnomes = 0;
     std::shared_ptr<Published<Desktop>> compositorKeys;
     std::shared_ptr<Published<Desktop>> hyprland;
     std::vector<std::string> hyprlands;
@@ -120,6 +122,11 @@ protected:
                           [this] {
                               ++portals;
                               return portal;
+                          },
+                      .gnome =
+                          [this] {
+                              ++gnomes;
+                              return gnome;
                           }};
 };
 
@@ -368,6 +375,47 @@ TEST_F(FollowPortalTest, WithoutTheCompositorsOwnTheNextIsAsked) {
     compositorKeys->set(Desktop{});
     EXPECT_EQ(portals, 1);
     EXPECT_EQ(desktop.get().hotKeys.reason, "the portal binds it");
+}
+
+TEST_F(FollowPortalTest, TheUsersOwnShortcutsAreTheLastResort) {
+    gnome = std::make_shared<Published<Desktop>>(Desktop{});
+    gnome->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "GNOME may", "GNOME may", true}; });
+    portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "not yet", "not yet", true}; });
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(gnomes, 0) << "somebody better may still answer";
+    portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "it offers none", "it offers none"}; });
+    EXPECT_EQ(gnomes, 1);
+    EXPECT_TRUE(desktop.get().hotKeys.isAwaited);
+    gnome->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "among the user's own", ""}; });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "among the user's own");
+    portal->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "the portal binds it", ""}; });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "the portal binds it") << "it came late";
+    portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "it has gone", "it has gone"}; });
+    EXPECT_EQ(desktop.get().hotKeys.reason, "it has gone") << "it may be back";
+}
+
+TEST_F(FollowPortalTest, WhereNobodyHasHotkeysTheLastButTheUsersOwnSaysWhy) {
+    gnome = std::make_shared<Published<Desktop>>(Desktop{});
+    portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "it offers none", "it offers none"}; });
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(gnomes, 1);
+    EXPECT_EQ(desktop.get().hotKeys.reason, "it offers none");
+}
+
+TEST_F(FollowPortalTest, WhereAnotherHasHotkeysTheUsersOwnAreNotAskedFor) {
+    gnome = std::make_shared<Published<Desktop>>(Desktop{});
+    gnome->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "among the user's own", ""}; });
+    portal->modify([this](Desktop& offered) { offered.hotKeys = {whole.hotKeys.part, "the portal binds it", ""}; });
+    {
+        const Subscription following = follow(wayland);
+        portal->modify([](Desktop& offered) { offered.hotKeys = {nullptr, "it has gone", "it has gone"}; });
+        EXPECT_EQ(desktop.get().hotKeys.reason, "it has gone");
+    }
+    portal->set(Desktop{});
+    desktop.modify([this](Desktop& now) { now.hotKeys = {whole.hotKeys.part, "chosen at the start", ""}; });
+    const Subscription following = follow(wayland);
+    EXPECT_EQ(desktop.get().hotKeys.reason, "chosen at the start");
+    EXPECT_EQ(gnomes, 0);
 }
 
 TEST_F(FollowPortalTest, HyprlandTellsWhereThePointerIs) {

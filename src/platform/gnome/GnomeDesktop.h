@@ -1,0 +1,31 @@
+#pragma once
+
+#include "async/EventLoop.h"
+#include "async/Published.h"
+#include "platform/Desktop.h"
+#include "platform/HotkeyConsent.h"
+#include "platform/bus/SessionBus.h"
+#include "platform/gnome/GnomeHotKeys.h"
+
+namespace velloran::platform::gnome {
+
+/// What GNOME does for programs beside its portal, on a connection to the session bus of its own. Main thread.
+class GnomeDesktop {
+public:
+    /// `session` names the bus. `loop`, `consent`, and what tells the `layout`, have to outlive this.
+    GnomeDesktop(EventLoop& loop, const bus::BusPlace& session, HotkeyConsent& consent,
+                 GnomeHotKeys::CurrentLayout layout);
+    GnomeDesktop(const GnomeDesktop&) = delete;
+    GnomeDesktop& operator=(const GnomeDesktop&) = delete;
+
+    /// The parts that there are now. This has to outlive whoever uses them.
+    [[nodiscard]] const Published<Desktop>& parts() const { return parts_; }
+
+private:
+    bus::SessionBus session_;
+    GnomeHotKeys hotKeys_;
+    Published<Desktop> parts_{Desktop{}};
+    Subscription hotKeysPart_;
+};
+
+} // namespace velloran::platform::gnome

@@ -1,0 +1,298 @@
+#include "platform/gnome/GnomeHotKeys.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+#include <QVariant>
+
+#include "keys/KeyCodes.h"
+#include "platform/bus/ApplicationObject.h"
+
+#include <string>
+#include <utility>
+
+namespace velloran::platform::gnome {
+
+namespace {
+
+/// A bus that takes longer is not waited for any more, and heard all the same.
+constexpr std::uint64_t longestWait = 30 * nanosecondsPerSecond;
+
+constexpr auto noHotkey = "The global hotkey does not work here.";
+
+/// Not the program's name, for which the bus would start it.
+const auto ourName = QStringLiteral("app.velloran.Velloran.Hotkey");
+const auto ourPath = QStringLiteral("/app/velloran/Velloran");
+const auto pressAction = QStringLiteral("press-hotkey");
+
+const auto settingsPath = QStringLiteral("/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings");
+
+QString command() {
+    return QStringLiteral("gdbus call --session --timeout 5 --dest %1 --object-path %2 "
+                          "--method org.freedesktop.Application.ActivateAction %3 [] {}")
+        .arg(ourName, ourPath, pressAction);
+}
+
+DesktopPart<HotKeys> awaited() {
+    return {nullptr, "The session bus has not said yet whether GNOME binds keys here.", noHotkey, true};
+}
+
+} // namespace
+
+GnomeHotKeys::GnomeHotKeys(EventLoop& loop, bus::SessionBus& bus, const QString& address, HotkeyConsent& consent,
+                           CurrentLayout layout)
+    : loop_(loop),
+      bus_(bus),
+      consent_(consent),
+      layout_(std::move(layout)),
+      service_(bus, QStringLiteral("org.gnome.SettingsDaemon.MediaKeys")),
+      part_(awaited()),
+      patience_(loop, loop.callAfter(longestWait,
+                                     [this] {
+                                         if (part_.get().isAwaited) {
+                                             part_.set({});
+                                         }
+                                     })),
+      tool_(address),
+      entry_(tool_, command()) {
+    auto* const object = new bus::ApplicationObject(this);
+    connect(object, &bus::ApplicationObject::actionActivated, this, [this](const QString& name) {
+        if (name == pressAction) {
+            pressed();
+        }
+    });
+    connect(&service_, &bus::BusService::appeared, this, &GnomeHotKeys::probe);
+    connect(&service_, &bus::BusService::missing, this, [this] { part_.set({}); });
+}
+
+GnomeHotKeys::~GnomeHotKeys() {
+    registration_.reset();
+    advance();
+    tool_.finish();
+}
+
+void GnomeHotKeys::probe() {
+    if (part_.get().part) {
+        // The entry outlives the service, and the bus need not.
+        serve();
+    } else if (!std::exchange(isProbed_, true)) {
+        entry_.probe([this](bool isThere) { isThere ? offer() : part_.set({}); });
+    }
+}
+
+void GnomeHotKeys::offer() {
+    serve();
+    // Not owned: this is no more shared than the bus.
+    part_.set({std::shared_ptr<HotKeys>(std::shared_ptr<void>(), this),
+               "The hotkey goes among your own shortcuts in the desktop's settings, once you have agreed.",
+               {}});
+    // What a killed program has left, where nobody wants it any more.
+    cleaning_ = ScheduledCall(loop_, loop_.callAfter(nanosecondsPerSecond, [this] { advance(); }));
+}
+
+void GnomeHotKeys::serve() {
+    bus_.connection().registerObject(ourPath, this, QDBusConnection::ExportAdaptors);
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
+    request << ourName << 0U;
+    bus_.connection().asyncCall(request);
+    service_.listen(QStringLiteral("/ca/desrt/dconf/Writer/user"), QStringLiteral("ca.desrt.dconf.Writer"),
+                    QStringLiteral("Notify"), this, SLOT(settingsChanged(QDBusMessage)));
+}
+
+Subscription GnomeHotKeys::installHandler(Handler handler) {
+    return handlers_.attach(std::move(handler));
+}
+
+Subscription GnomeHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
+                                          AnswerReceiver answered) {
+    const std::string symbol = symbolOf(keyCode);
+    if (registration_ || symbol.empty() || !part_.get().part) {
+        answered({registration_ ? hotKeyExistsError : hotKeyInvalidError, {}});
+        return {};
+    }
+    const auto registration = std::make_shared<Registration>(loop_, [this, id] {
+        const HotKeyEvent event{id};
+        handlers_.notify(&event);
+    });
+    registration->id = id;
+    registration->answered = std::move(answered);
+    registration->wanted = {modifiers, symbol};
+    registration_ = registration;
+    advance();
+    return Subscription([this, observed = std::weak_ptr(registration)] {
+        const auto ending = observed.lock();
+        if (ending && ending == registration_) {
+            registration_.reset();
+            advance();
+        }
+    });
+}
+
+std::string GnomeHotKeys::symbolOf(std::uint32_t keyCode) const {
+    const auto evdevCode = keys::evdevFromVirtualKey(keyCode);
+    if (!evdevCode) {
+        return {};
+    }
+    if (const keys::KeyboardLayout* const layout = layout_ ? layout_() : nullptr) {
+        return layout->symbolName(*evdevCode);
+    }
+    const auto byDefault = keys::KeyboardLayout::fromNames({});
+    return byDefault ? byDefault.value().symbolName(*evdevCode) : std::string();
+}
+
+/// Takes the next step towards what is wanted now. Whatever comes to an end calls it again.
+void GnomeHotKeys::advance() {
+    if (isBusy_ || !part_.get().part) {
+        return;
+    }
+    if (registration_) {
+        continueWith(registration_);
+    } else if (state_ != Entry::isAway) {
+        remove();
+    }
+}
+
+void GnomeHotKeys::continueWith(const RegistrationRef& registration) {
+    switch (registration->stage) {
+    case Registration::Stage::isNew:
+        look(registration);
+        break;
+    case Registration::Stage::isFree:
+        if (state_ == Entry::isThere) {
+            remove();
+        } else {
+            ask(registration);
+        }
+        break;
+    case Registration::Stage::isAsking:
+        break;
+    case Registration::Stage::isAgreed:
+        put(registration);
+        break;
+    case Registration::Stage::isBound:
+        if (std::exchange(registration->isStale, false)) {
+            look(registration);
+        }
+        break;
+    }
+}
+
+void GnomeHotKeys::look(const RegistrationRef& registration) {
+    isBusy_ = true;
+    entry_.look(registration->wanted, [this, asked = std::weak_ptr(registration)](const auto& found) {
+        isBusy_ = false;
+        if (found.isReadable) {
+            state_ = found.isListed ? Entry::isThere : Entry::isAway;
+        }
+        const auto looking = asked.lock();
+        if (looking && looking == registration_) {
+            sort(looking, found);
+        }
+        advance();
+    });
+}
+
+void GnomeHotKeys::sort(const RegistrationRef& registration, const ShortcutEntry::Found& found) {
+    if (registration->stage == Registration::Stage::isBound) {
+        tell(registration, found);
+    } else if (!found.isReadable) {
+        refuse(registration, {hotKeyInvalidError, {}});
+    } else if (found.isTaken) {
+        refuse(registration, {hotKeyExistsError, {}, false, found.holder});
+    } else if (found.isOurs) {
+        // Somebody has agreed to just that.
+        registration->stage = Registration::Stage::isBound;
+        tell(registration, found);
+    } else {
+        registration->stage = Registration::Stage::isFree;
+    }
+}
+
+void GnomeHotKeys::ask(const RegistrationRef& registration) {
+    registration->stage = Registration::Stage::isAsking;
+    registration->question =
+        consent_.ask(registration->wanted.words(), [this, asked = std::weak_ptr(registration)](bool agreed) {
+            const auto asking = asked.lock();
+            if (!asking || asking != registration_) {
+                return;
+            }
+            if (agreed) {
+                asking->stage = Registration::Stage::isAgreed;
+            } else {
+                refuse(asking, {hotKeyInvalidError, {}});
+            }
+            advance();
+        });
+}
+
+void GnomeHotKeys::put(const RegistrationRef& registration) {
+    isBusy_ = true;
+    state_ = Entry::isThere;
+    entry_.put(registration->wanted, [this, asked = std::weak_ptr(registration)](bool isDone) {
+        isBusy_ = false;
+        const auto binding = asked.lock();
+        if (binding && binding == registration_) {
+            if (isDone) {
+                binding->stage = Registration::Stage::isBound;
+                binding->isStale = true;
+            } else {
+                refuse(binding, {hotKeyInvalidError, {}});
+            }
+        }
+        advance();
+    });
+}
+
+void GnomeHotKeys::remove() {
+    isBusy_ = true;
+    entry_.remove([this] {
+        isBusy_ = false;
+        state_ = Entry::isAway;
+        advance();
+    });
+}
+
+/// Its user may change it in the desktop's settings like any other shortcut.
+void GnomeHotKeys::tell(const RegistrationRef& registration, const ShortcutEntry::Found& found) {
+    HotKeyAnswer now;
+    if (!found.isReadable || !found.isListed) {
+        now.status = hotKeyInvalidError;
+    } else if (found.binding.empty()) {
+        now.hasNoTrigger = true;
+    } else if (const auto bound = Accelerator::read(found.binding); bound != registration->wanted) {
+        now.otherTrigger = bound ? bound->words() : found.binding;
+    }
+    answer(registration, now);
+}
+
+void GnomeHotKeys::refuse(const RegistrationRef& registration, const HotKeyAnswer& answer) {
+    registration_.reset();
+    this->answer(registration, answer);
+}
+
+void GnomeHotKeys::answer(const RegistrationRef& registration, const HotKeyAnswer& answer) {
+    if (registration->answer != answer) {
+        registration->answer = answer;
+        registration->answered(answer);
+    }
+}
+
+void GnomeHotKeys::pressed() {
+    if (registration_ && registration_->stage == Registration::Stage::isBound) {
+        // It may be what ends it.
+        const RegistrationRef registration = registration_;
+        registration->filter.hear();
+    }
+}
+
+void GnomeHotKeys::settingsChanged(const QDBusMessage& message) {
+    const QString changed = message.arguments().value(0).toString();
+    const bool isOfOurs = !changed.isEmpty() && (changed.startsWith(settingsPath) || settingsPath.startsWith(changed));
+    if (isOfOurs && registration_ && registration_->stage == Registration::Stage::isBound) {
+        registration_->isStale = true;
+        advance();
+    }
+}
+
+} // namespace velloran::platform::gnome
