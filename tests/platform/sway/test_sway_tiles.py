@@ -71,6 +71,9 @@ class SwayTiles(CompositorCase):
 
     def test_all_of_it_can_be_used_in_half_a_screen(self):
         until(lambda: self.tile()["width"] == HALF and self.has_taken_its_size(), self.sizes)
+        # Beside each other they would be squeezed.
+        for card in ("Click Configuration", "Summary"):
+            self.assertGreater(self.program.card(card).extents[2], 0.9 * HALF)
         for role in ("push button", "text", "check box", "radio button"):
             for control in self.program.shown(role):
                 with self.subTest(role, name=control.name):
