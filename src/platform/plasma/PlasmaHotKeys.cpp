@@ -104,7 +104,7 @@ void PlasmaHotKeys::lose() {
         ++registration->attempts;
         registration->isKnown = false;
         registration->isBound = false;
-        registration->key.release();
+        registration->key.forget();
         if (registration->answer) {
             answer(*registration, {hotKeyInvalidError, {}});
         }
@@ -259,7 +259,7 @@ void PlasmaHotKeys::answer(Registration& registration, const HotKeyAnswer& answe
 
 void PlasmaHotKeys::release(Registration& registration) {
     registration.isBound = false;
-    registration.key.release();
+    registration.key.forget();
     if (std::exchange(registration.isKnown, false)) {
         service_.tell(
             {shortcutsPath, shortcutsInterface, QStringLiteral("unregister"), {ourComponent, registration.name}});

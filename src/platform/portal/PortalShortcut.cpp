@@ -87,7 +87,7 @@ void PortalShortcut::listed(Question question, const PortalResponse& response) {
         end(&PortalShortcut::gone);
     } else {
         state_ = State::unbound;
-        key_.release();
+        key_.forget();
         emit unbound();
     }
 }

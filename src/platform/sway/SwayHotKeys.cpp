@@ -257,7 +257,7 @@ void SwayHotKeys::onBinding(const std::string& command) {
 void SwayHotKeys::onReload() {
     const auto dropped = registrations_;
     for (const auto& registration : dropped) {
-        registration->key.release();
+        registration->key.forget();
         registration->isBound = false;
         check(registration);
     }

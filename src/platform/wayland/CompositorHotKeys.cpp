@@ -58,6 +58,9 @@ public:
 
     void released() override { key_.release(); }
 
+    /// Nothing more is told of the key for now.
+    void forget() { key_.forget(); }
+
     /// The compositor, or what it offers, has gone.
     void lose() {
         if (isAnswered()) {
@@ -155,7 +158,7 @@ void CompositorHotKeys::ask() {
 void CompositorHotKeys::disconnect() {
     for (const RegistrationRef& registration : registrations_) {
         registration->object.reset();
-        registration->released();
+        registration->forget();
     }
     protocol_.reset();
     xx_ = 0;
@@ -304,7 +307,7 @@ void CompositorHotKeys::bind(Registration& registration) {
 
 /// Whatever the compositor still says to it is not heard any more.
 void CompositorHotKeys::release(Registration& registration) {
-    registration.released();
+    registration.forget();
     if (registration.object) {
         connection_->send([&] { registration.object.reset(); });
     }

@@ -200,9 +200,11 @@ TEST_F(PortalShortcutTest, MayEndFromInsideItsAnswer) {
 
 TEST_F(PortalShortcutTest, HeldItFiresOnce) {
     ASSERT_NO_FATAL_FAILURE(bind(hotkey));
+    press();
+    loop.advance(0.5);
     for (int repeat = 0; repeat < 20; ++repeat) {
         press();
-        loop.advance(0.5);
+        loop.advance(0.1);
     }
     EXPECT_EQ(presses.size(), 1U);
     release();
@@ -213,12 +215,17 @@ TEST_F(PortalShortcutTest, HeldItFiresOnce) {
 TEST_F(PortalShortcutTest, ReleaseThatNobodyToldOfIsForgotten) {
     ASSERT_NO_FATAL_FAILURE(bind(hotkey));
     press();
+    loop.advance(1.5);
+    press();
+    EXPECT_EQ(presses.size(), 2U) << "none was ever told";
+    release();
+    press();
     loop.advance(2.5);
     press();
-    EXPECT_EQ(presses.size(), 1U);
+    EXPECT_EQ(presses.size(), 3U);
     loop.advance(3.5);
     press();
-    EXPECT_EQ(presses.size(), 2U);
+    EXPECT_EQ(presses.size(), 4U);
 }
 
 TEST_F(PortalShortcutTest, OnlyItsOwnPressesCount) {
