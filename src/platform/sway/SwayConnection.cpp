@@ -23,6 +23,7 @@ std::unique_ptr<SwayConnection> SwayConnection::open(EventLoop& loop, const std:
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (socketName.size() >= sizeof address.sun_path) {
+        errno = ENAMETOOLONG;
         return nullptr;
     }
     socketName.copy(address.sun_path, socketName.size());
@@ -31,7 +32,9 @@ std::unique_ptr<SwayConnection> SwayConnection::open(EventLoop& loop, const std:
         return nullptr;
     }
     if (connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        const int trouble = errno;
         close(descriptor);
+        errno = trouble;
         return nullptr;
     }
     return std::unique_ptr<SwayConnection>(
@@ -57,21 +60,29 @@ void SwayConnection::send(const Message& message) {
 }
 
 void SwayConnection::write() {
-    while (!unsent_.empty() && !isLost()) {
-        const ssize_t count = ::send(socket_, unsent_.data(), unsent_.size(), MSG_NOSIGNAL);
-        if (count >= 0) {
-            unsent_.erase(0, static_cast<std::size_t>(count));
-        } else if (errno == EAGAIN) {
-            break;
-        } else if (errno != EINTR) {
-            loss_.report();
-        }
+    if (!isLost() && !writeSome()) {
+        loss_.report();
     }
     if (unsent_.empty() || isLost()) {
         writing_.reset();
     } else if (!writing_) {
         writing_ = loop_.watch(socket_, EventLoop::Readiness::writable, [this] { write(); });
     }
+}
+
+/// As much as the socket takes now. False where it takes nothing any more.
+bool SwayConnection::writeSome() {
+    while (!unsent_.empty()) {
+        const ssize_t count = ::send(socket_, unsent_.data(), unsent_.size(), MSG_NOSIGNAL);
+        if (count >= 0) {
+            unsent_.erase(0, static_cast<std::size_t>(count));
+        } else if (errno == EAGAIN) {
+            break;
+        } else if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void SwayConnection::read() {
@@ -92,15 +103,22 @@ void SwayConnection::read() {
 void SwayConnection::finish() {
     reading_.reset();
     writing_.reset();
-    shutdown(socket_, SHUT_WR);
-    // It ends the connection from its side when it has done everything.
     const auto end = std::chrono::steady_clock::now() + patienceAtTheEnd;
     std::array<char, 4096> bytes{};
+    bool isAllSent = false;
     while (true) {
+        if (!isAllSent && unsent_.empty()) {
+            // It ends the connection from its side when it has done everything.
+            shutdown(socket_, SHUT_WR);
+            isAllSent = true;
+        }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-        pollfd answer{socket_, POLLIN, 0};
-        if (left.count() <= 0 || poll(&answer, 1, static_cast<int>(left.count())) == 0 ||
-            recv(socket_, bytes.data(), bytes.size(), 0) == 0) {
+        pollfd ready{socket_, static_cast<short>(isAllSent ? POLLIN : POLLIN | POLLOUT), 0};
+        if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) == 0) {
+            return;
+        }
+        const bool isOver = recv(socket_, bytes.data(), bytes.size(), MSG_DONTWAIT) == 0;
+        if (isOver || !writeSome()) {
             return;
         }
     }

@@ -16,8 +16,8 @@ public:
     /// Gets each message, in a turn of the loop; must not destroy the connection.
     using Receiver = std::function<void(const Message&)>;
 
-    /// Nothing when nobody listens at `socket`. `onLost` is called once, in a turn of the loop, when the connection has
-    /// broken; it has to destroy this object.
+    /// Nothing when nobody listens at `socket`, or whoever does has no time; then `errno` says why. `onLost` is called
+    /// once, in a turn of the loop, when the connection has broken; it has to destroy this object.
     static std::unique_ptr<SwayConnection> open(EventLoop& loop, const std::string& socket, Receiver receiver,
                                                 std::function<void()> onLost);
 
@@ -30,14 +30,15 @@ public:
     /// Sends in order. What the socket does not take at once follows.
     void send(const Message& message);
 
-    /// Has everything sent done before this object ends: closing would take back what has not been read yet. Waits for
-    /// that, a quarter of a second at most. Nothing can be sent afterwards.
+    /// Has everything sent done before this object ends, what the socket has not taken yet included: closing would take
+    /// back what has not been read. Waits for that, a quarter of a second at most. Nothing can be sent afterwards.
     void finish();
 
 private:
     SwayConnection(EventLoop& loop, int socket, Receiver receiver, std::function<void()> onLost);
 
     void write();
+    bool writeSome();
     void read();
 
     EventLoop& loop_;
