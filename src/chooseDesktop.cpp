@@ -178,7 +178,7 @@ Result<Desktop> connectSway(EventLoop& loop, const std::string& socket,
                             const std::shared_ptr<platform::wayland::SeatKeyboard>& keyboard) {
     const auto hotKeys =
         std::make_shared<platform::sway::SwayHotKeys>(loop, socket, [keyboard] { return keyboard->layout(); });
-    if (!hotKeys->isConnected()) {
+    if (!hotKeys->isFound()) {
         return Error{"the compositor takes no commands."};
     }
     Desktop desktop;

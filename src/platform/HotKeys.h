@@ -45,6 +45,8 @@ struct HotKeyAnswer {
     bool hasNoTrigger = false;
     /// Who has what is taken, in the words of the desktop, where it says.
     std::string holder = {};
+    /// Why there is none, in one sentence, where that is more than the status tells.
+    std::string reason = {};
 
     friend bool operator==(const HotKeyAnswer&, const HotKeyAnswer&) = default;
 };

@@ -7,12 +7,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <string_view>
 #include <utility>
 
 namespace velloran::platform::sway {
 
 namespace {
+
+/// How long a sway that takes no commands is left alone.
+constexpr std::uint64_t retryInterval = nanosecondsPerSecond;
+
+constexpr auto whileLost = "sway takes no commands at the moment, and the hotkey is one of its bindings.";
 
 std::optional<json::Value> parsed(const Message& message) {
     auto value = json::parse(message.payload);
@@ -40,19 +46,25 @@ bool isSuccess(const Message& message) {
 } // namespace
 
 SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout)
-    : loop_(loop),
-      layout_(std::move(layout)),
-      configuration_(loop),
-      events_(SwayConnection::open(
-          loop, socket, [this](const Message& message) { onEvent(message); }, [this] { onLost(); })),
-      commands_(SwayConnection::open(
-          loop, socket, [this](const Message& message) { onAnswer(message); }, [this] { onLost(); })) {
-    if (events_) {
-        events_->send({MessageType::subscribe, R"(["binding", "workspace"])"});
+    : loop_(loop), socket_(socket), layout_(std::move(layout)), configuration_(loop) {
+    connect();
+    // A connection that cannot be had now is tried again only where somebody is known to listen.
+    const bool isBusy = errno == EAGAIN;
+    isFound_ = isConnected() || isBusy;
+    if (isFound_ && !isConnected()) {
+        retry();
     }
 }
 
 SwayHotKeys::~SwayHotKeys() {
+    if (!isConnected()) {
+        // What is bound still would swallow its key for good.
+        disconnect();
+        const auto stillBound = [](const auto& registration) { return registration->isLeftBehind; };
+        if (!leftBehind_.empty() || std::any_of(registrations_.begin(), registrations_.end(), stillBound)) {
+            connect();
+        }
+    }
     events_.reset();
     for (const auto& registration : registrations_) {
         unbind(*registration);
@@ -60,6 +72,53 @@ SwayHotKeys::~SwayHotKeys() {
     if (commands_) {
         commands_->finish();
     }
+}
+
+/// Both connections or none; then `errno` says why.
+void SwayHotKeys::connect() {
+    events_ = SwayConnection::open(
+        loop_, socket_, [this](const Message& message) { onEvent(message); }, [this] { onLost(); });
+    commands_ = events_
+                    ? SwayConnection::open(
+                          loop_, socket_, [this](const Message& message) { onAnswer(message); }, [this] { onLost(); })
+                    : nullptr;
+    if (!commands_) {
+        const int trouble = errno;
+        events_.reset();
+        errno = trouble;
+        return;
+    }
+    events_->send({MessageType::subscribe, R"(["binding", "workspace"])"});
+    for (const std::string& combination : std::exchange(leftBehind_, {})) {
+        removeBinding(combination);
+    }
+    const auto all = registrations_;
+    for (const auto& registration : all) {
+        registration->isBound = std::exchange(registration->isLeftBehind, false);
+        check(registration);
+    }
+}
+
+void SwayHotKeys::disconnect() {
+    events_.reset();
+    commands_.reset();
+    waiting_.clear();
+    for (const auto& registration : registrations_) {
+        // An answer that is still read from the disk decides nothing any more.
+        ++registration->checks;
+        registration->key.forget();
+        registration->isLeftBehind = registration->isLeftBehind || registration->isBound;
+        registration->isBound = false;
+    }
+}
+
+void SwayHotKeys::retry() {
+    retry_ = ScheduledCall(loop_, loop_.callAfter(retryInterval, [this] {
+        connect();
+        if (!commands_) {
+            retry();
+        }
+    }));
 }
 
 bool SwayHotKeys::isConnected() const {
@@ -73,7 +132,7 @@ Subscription SwayHotKeys::installHandler(Handler handler) {
 Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
                                          AnswerReceiver answered) {
     const auto evdevCode = keys::evdevFromVirtualKey(keyCode);
-    if (!evdevCode || !isConnected()) {
+    if (!evdevCode || !isFound_) {
         answered({hotKeyInvalidError, {}});
         return {};
     }
@@ -94,7 +153,9 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     registration->pressed = name + " pressed";
     registration->released = name + " released";
     registrations_.push_back(registration);
-    check(registration);
+    if (isConnected()) {
+        check(registration);
+    }
     return Subscription([this, observed = std::weak_ptr(registration)] {
         if (const auto ending = observed.lock()) {
             end(ending);
@@ -127,6 +188,8 @@ void SwayHotKeys::check(const std::shared_ptr<Registration>& registration) {
 
 void SwayHotKeys::decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings) {
     if (isTaken(*registration, bindings)) {
+        // By a reload since, which has dropped ours.
+        registration->isBound = false;
         refuse(registration, hotKeyExistsError);
     } else {
         bind(registration);
@@ -171,9 +234,15 @@ void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
 void SwayHotKeys::unbind(Registration& registration) {
     // What the user has bound meanwhile would go with it.
     if (std::exchange(registration.isBound, false)) {
-        run("unbindcode " + registration.combination, {});
-        run("unbindcode --release " + registration.combination, {});
+        removeBinding(registration.combination);
+    } else if (std::exchange(registration.isLeftBehind, false)) {
+        leftBehind_.push_back(registration.combination);
     }
+}
+
+void SwayHotKeys::removeBinding(const std::string& combination) {
+    run("unbindcode " + combination, {});
+    run("unbindcode --release " + combination, {});
 }
 
 void SwayHotKeys::refuse(const std::shared_ptr<Registration>& registration, Status status) {
@@ -195,12 +264,12 @@ void SwayHotKeys::run(const std::string& command, Answered answered) {
     ask(MessageType::runCommand, "mode \"default\" " + command, std::move(answered));
 }
 
-void SwayHotKeys::answer(Registration& registration, Status status) {
+void SwayHotKeys::answer(Registration& registration, Status status, const std::string& reason) {
     const bool isNews = !registration.isAnswered || registration.status != status;
     registration.isAnswered = true;
     registration.status = status;
     if (isNews) {
-        registration.answered({status, {}});
+        registration.answered({.status = status, .otherTrigger = {}, .reason = reason});
     }
 }
 
@@ -264,12 +333,13 @@ void SwayHotKeys::onReload() {
 }
 
 void SwayHotKeys::onLost() {
-    events_.reset();
-    commands_.reset();
-    waiting_.clear();
-    const auto lost = std::exchange(registrations_, {});
+    disconnect();
+    retry();
+    const auto lost = registrations_;
     for (const auto& registration : lost) {
-        answer(*registration, hotKeyInvalidError);
+        if (registration->isAnswered) {
+            answer(*registration, hotKeyInvalidError, whileLost);
+        }
     }
 }
 

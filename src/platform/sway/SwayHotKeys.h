@@ -24,18 +24,24 @@ namespace velloran::platform::sway {
 /// sway would bind over what the user has bound without a word. So the user's files are read first, also after a
 /// reload, and what they bind is taken. A binding belongs to one mode: ours to the one that is no mode of the user's,
 /// as the others are there to have keys of their own.
+///
+/// Where a connection breaks while sway lives, hot keys are taken back, and bound again once there is a new one.
 class SwayHotKeys final : public HotKeys {
 public:
     /// The layout of the user's keyboard, as far as it is known; null where it is not.
     using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
 
-    /// `socket` is where sway takes commands. Where nobody does, every registration is refused. By `layout` it is known
+    /// `socket` is where sway takes commands. Where nobody does, every registration is refused; where it has no time
+    /// just then, they wait until it has. By `layout` it is known
     /// which keys the user has bound; without one it is the system's default.
     SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout);
     /// Has the bindings removed, and waits for that a quarter of a second at most.
     ~SwayHotKeys() override;
 
-    /// Whether sway is there to take commands.
+    /// Whether sway is there, even if it takes no commands at the moment.
+    [[nodiscard]] bool isFound() const { return isFound_; }
+
+    /// Whether it takes commands.
     [[nodiscard]] bool isConnected() const;
 
     Subscription installHandler(Handler handler) override;
@@ -58,6 +64,8 @@ private:
         /// Counts how often the user's files were asked; an answer to an earlier question is none.
         std::uint64_t checks = 0;
         bool isBound = false;
+        /// Was bound when the connection was lost.
+        bool isLeftBehind = false;
         bool isAnswered = false;
         Status status = noErr;
         HeldKey key;
@@ -70,19 +78,24 @@ private:
     [[nodiscard]] bool isTaken(const Registration& registration, const std::vector<UserBinding>& bindings) const;
     void bind(const std::shared_ptr<Registration>& registration);
     void unbind(Registration& registration);
+    void removeBinding(const std::string& combination);
     void refuse(const std::shared_ptr<Registration>& registration, Status status);
     void ask(MessageType type, const std::string& words, Answered answered);
     void run(const std::string& command, Answered answered);
-    void answer(Registration& registration, Status status);
+    void answer(Registration& registration, Status status, const std::string& reason = {});
     void end(const std::shared_ptr<Registration>& registration);
 
     void onAnswer(const Message& message);
     void onEvent(const Message& message);
     void onBinding(const std::string& command);
     void onReload();
+    void connect();
+    void disconnect();
+    void retry();
     void onLost();
 
     EventLoop& loop_;
+    const std::string socket_;
     const CurrentLayout layout_;
     UserConfiguration configuration_;
     Observers<const HotKeyEvent*> handlers_;
@@ -93,6 +106,10 @@ private:
     /// Events may come between the answers to questions, so they have a connection of their own.
     std::unique_ptr<SwayConnection> events_;
     std::unique_ptr<SwayConnection> commands_;
+    bool isFound_ = false;
+    /// What may still be bound without anybody's wish, as it was given up while there was no connection.
+    std::vector<std::string> leftBehind_;
+    ScheduledCall retry_;
 };
 
 } // namespace velloran::platform::sway

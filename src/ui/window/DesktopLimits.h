@@ -84,6 +84,9 @@ private:
         if (answer.status == platform::hotKeyExistsError) {
             return QStringLiteral("The hotkey is taken: it does something else on this desktop.");
         }
+        if (answer.status != platform::noErr && !answer.reason.empty()) {
+            return QString::fromStdString(answer.reason);
+        }
         if (answer.status != platform::noErr) {
             return QStringLiteral("This desktop did not give the program its hotkey.");
         }

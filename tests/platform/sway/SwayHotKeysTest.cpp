@@ -145,8 +145,6 @@ TEST_F(SwayHotKeysTest, WithItsEndTheHotKeyIsTakenBackOnce) {
     ASSERT_TRUE(until([this] { return answers.size() > 1; }));
     idle();
     EXPECT_EQ(answers, (std::vector<Status>{noErr, hotKeyInvalidError}));
-    const Subscription second = registered(f9, controlModifier);
-    EXPECT_EQ(answers, std::vector<Status>{hotKeyInvalidError});
     EXPECT_LT(turnsDuring(0.2), 10) << "a broken connection can be read for ever";
 }
 

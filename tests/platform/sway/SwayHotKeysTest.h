@@ -47,11 +47,11 @@ protected:
         ASSERT_TRUE(sway.isUp()) << "sway must be installed";
         witness = std::make_unique<Witness>(sway);
         ASSERT_TRUE(witness->isReady());
-        connect();
+        connect(ownSway->commandSocket());
     }
 
-    void connect() {
-        hotKeys = std::make_unique<SwayHotKeys>(loop, ownSway->commandSocket(), layout);
+    void connect(const std::string& socket) {
+        hotKeys = std::make_unique<SwayHotKeys>(loop, socket, layout);
         handler = hotKeys->installHandler([this](const HotKeyEvent* event) {
             fired.push_back(event->hotKeyId);
             return noErr;

@@ -82,7 +82,7 @@ TEST_F(SwayTakenHotKeysTest, SymbolsAreThoseOfTheUsersLayout) {
     const Subscription american = registered(leftOfX, controlModifier);
     EXPECT_EQ(answers, taken);
     layout = [&german] { return &german.value(); };
-    connect();
+    connect(ownSway->commandSocket());
     const Subscription first = registered(leftOfX, controlModifier);
     EXPECT_EQ(answers, granted);
     const Subscription second = registered(rightOfT, controlModifier);
