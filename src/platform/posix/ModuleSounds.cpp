@@ -5,23 +5,62 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <filesystem>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
 namespace velloran::platform::posix {
 
-/// Asks the module when it is used for the first time.
+namespace {
+
+constexpr std::chrono::seconds patienceAtTheEnd(1);
+
+} // namespace
+
+struct ModuleSounds::Loading {
+    void load() {
+        // Never closed: what it brought along may have threads, and code that is to run at the very end.
+        void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        const auto makeSounds =
+            module != nullptr ? reinterpret_cast<MakeSounds>(dlsym(module, makeSoundsName)) : nullptr;
+        const std::lock_guard lock(mutex);
+        if (makeSounds != nullptr && !isAbandoned) {
+            sounds.reset(makeSounds(version.c_str()));
+        }
+        isOver = true;
+        over.notify_all();
+    }
+
+    bool waitUntilOver(std::chrono::milliseconds atMost) {
+        std::unique_lock lock(mutex);
+        isAbandoned = !over.wait_for(lock, atMost, [this] { return isOver.load(); });
+        return !isAbandoned;
+    }
+
+    const std::string path;
+    const std::string version;
+    std::mutex mutex = {};
+    std::condition_variable over = {};
+    /// Nobody wants it any more.
+    bool isAbandoned = false;
+    /// From then on the sounds belong to the main thread.
+    std::atomic<bool> isOver = false;
+    std::unique_ptr<SystemSounds> sounds = nullptr;
+};
+
+/// Asks the module as soon as there is one.
 class ModuleSounds::LateSound final : public Sound {
 public:
     LateSound(ModuleSounds& owner, std::string name) : owner_(owner), name_(std::move(name)) {}
 
     void play() override {
-        if (!isAsked_) {
+        if (SystemSounds* const sounds = isAsked_ ? nullptr : owner_.sounds()) {
             isAsked_ = true;
-            if (SystemSounds* const sounds = owner_.sounds()) {
-                sound_ = sounds->load(name_);
-            }
+            sound_ = sounds->load(name_);
         }
         if (sound_) {
             sound_->play();
@@ -42,11 +81,17 @@ private:
 };
 
 ModuleSounds::ModuleSounds(std::string path, std::string version)
-    : path_(std::move(path)), version_(std::move(version)) {}
+    : loading_(new Loading{std::move(path), std::move(version)}) {}
 
 ModuleSounds::~ModuleSounds() {
-    if (thread_.joinable()) {
+    if (!thread_.joinable()) {
+        return;
+    }
+    if (loading_->waitUntilOver(patienceAtTheEnd)) {
         thread_.join();
+    } else {
+        // The linker cannot be stopped. What it still brings is not used.
+        thread_.detach();
     }
 }
 
@@ -57,10 +102,9 @@ std::string ModuleSounds::pathOf(const std::string& name) {
 }
 
 void ModuleSounds::prepare() {
-    if (!std::exchange(isPrepared_, true)) {
-        thread_ = startThread("velloran.module", [this] { loadModule(); });
-        // Without a thread the first sound waits.
-        isPrepared_ = thread_.joinable();
+    if (!thread_.joinable()) {
+        // Where the system grants no thread now, the next sound asks again.
+        thread_ = startThread("velloran.module", [loading = loading_] { loading->load(); });
     }
 }
 
@@ -69,23 +113,8 @@ std::unique_ptr<Sound> ModuleSounds::load(const std::string& name) {
 }
 
 SystemSounds* ModuleSounds::sounds() {
-    if (thread_.joinable()) {
-        thread_.join();
-    } else if (!std::exchange(isPrepared_, true)) {
-        loadModule();
-    }
-    return sounds_.get();
-}
-
-void ModuleSounds::loadModule() {
-    // Never closed: what it brought along may have threads, and code that is to run at the very end.
-    void* const module = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (module == nullptr) {
-        return;
-    }
-    if (const auto makeSounds = reinterpret_cast<MakeSounds>(dlsym(module, makeSoundsName))) {
-        sounds_.reset(makeSounds(version_.c_str()));
-    }
+    prepare();
+    return loading_->isOver ? loading_->sounds.get() : nullptr;
 }
 
 } // namespace velloran::platform::posix

@@ -8,20 +8,22 @@
 
 namespace velloran::platform::posix {
 
-/// The sounds of a module that is loaded when they are needed, and stays. Where the module is missing, or belongs to
-/// another version of the program, they are silent. Main thread.
+/// The sounds of a module that is loaded when they are needed, and stays. Until it is, they are silent, and where the
+/// module is missing or belongs to another version of the program they stay so. Main thread.
 class ModuleSounds final : public SystemSounds {
 public:
     /// `path` is the module's (`platform/SoundModule.h`), `version` the program's.
     ModuleSounds(std::string path, std::string version);
     ModuleSounds(const ModuleSounds&) = delete;
     ModuleSounds& operator=(const ModuleSounds&) = delete;
+    /// Waits for a module that is being loaded, for a second at most.
     ~ModuleSounds() override;
 
     /// Where a module of that name lies: beside the folder of the program, whether it was built or installed.
     static std::string pathOf(const std::string& name);
 
-    /// Loads the module on a thread of its own, so that whoever plays does not have to wait for that.
+    /// Begins to load the module, on a thread of its own, for a disk may take any time. Done by the first sound where
+    /// nobody else does.
     void prepare();
 
     /// Never null: what the module does not have is silent.
@@ -29,18 +31,14 @@ public:
 
 private:
     class LateSound;
+    struct Loading;
 
-    /// What the module has to offer. Waits until it is loaded.
+    /// What the module has to offer; null while it has nothing.
     SystemSounds* sounds();
-    void loadModule();
 
-    std::string path_;
-    std::string version_;
-    bool isPrepared_ = false;
-    /// Loads, until it is joined.
+    /// Outlives this object where loading does.
+    std::shared_ptr<Loading> loading_;
     std::thread thread_;
-    /// Written by the thread.
-    std::unique_ptr<SystemSounds> sounds_;
 };
 
 } // namespace velloran::platform::posix

@@ -6,6 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 
@@ -25,13 +31,15 @@ protected:
         ASSERT_TRUE(recorded->start());
     }
 
-    /// Whether a tick is heard.
-    bool isHeard(posix::ModuleSounds& sounds) {
+    /// Whether one of so many ticks is heard, with a second after each.
+    bool isHeard(posix::ModuleSounds& sounds, int ticks = 10) {
         const auto tick = sounds.load("Tink");
         const std::size_t before = recorded->ticks().size();
-        tick->stop();
-        tick->play();
-        EXPECT_TRUE(recorded->recordMore(tickRate));
+        for (int i = 0; i < ticks && recorded->ticks().size() == before; ++i) {
+            tick->stop();
+            tick->play();
+            EXPECT_TRUE(recorded->recordMore(tickRate));
+        }
         return recorded->ticks().size() > before;
     }
 
@@ -56,12 +64,33 @@ TEST_F(ModuleSoundsTest, TheTickOfAnUnpreparedModuleIsHeard) {
 TEST_F(ModuleSoundsTest, IsSilentWithoutTheModule) {
     posix::ModuleSounds sounds("/nowhere/velloran-sound.so", moduleVersion);
     sounds.prepare();
-    EXPECT_FALSE(isHeard(sounds));
+    EXPECT_FALSE(isHeard(sounds, 2));
 }
 
 TEST_F(ModuleSoundsTest, IsSilentWithAModuleOfAnotherVersion) {
     posix::ModuleSounds sounds(modulePath, moduleVersion + "1");
-    EXPECT_FALSE(isHeard(sounds));
+    EXPECT_FALSE(isHeard(sounds, 2));
+}
+
+TEST(HeldUpModuleTest, NobodyWaitsForAModuleThatTakesItsTime) {
+    // Whoever opens it waits until somebody writes.
+    std::string folder = std::filesystem::temp_directory_path() / "velloran-module-XXXXXX";
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const std::string path = folder + "/velloran-sound.so";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const auto start = std::chrono::steady_clock::now();
+    {
+        posix::ModuleSounds sounds(path, moduleVersion);
+        sounds.prepare();
+        const auto tick = sounds.load("Tink");
+        tick->play();
+        tick->stop();
+        tick->play();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "nor at the end";
+    std::ofstream(path) << "no module";
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(ModuleSoundsTest, AnUnknownSoundIsSilent) {
