@@ -51,6 +51,7 @@ bool isYes(const QVariant& answer) {
 
 ScreenLock::ScreenLock(SessionBus& session, SessionBus& system) : session_(session), system_(system) {
     connect(&session_, &SessionBus::connected, this, &ScreenLock::followDesktop);
+    connect(&session_, &SessionBus::lost, this, &ScreenLock::forgetDesktop);
     connect(&system_, &SessionBus::connected, this, &ScreenLock::followLogin);
     followDesktop();
     followLogin();
@@ -96,6 +97,13 @@ void ScreenLock::desktopTold(bool isActive, const QDBusMessage& message) {
         }
     }
     askDesktop();
+}
+
+/// Nobody is left to say that it is locked no more. The login manager goes on telling.
+void ScreenLock::forgetDesktop() {
+    for (std::size_t source = 0; source < places.size(); ++source) {
+        take(source, false);
+    }
 }
 
 void ScreenLock::askDesktop() {

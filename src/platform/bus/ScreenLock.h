@@ -11,7 +11,8 @@
 namespace velloran::platform::bus {
 
 /// Whether the screen of this session is locked, as the desktop tells on the session bus or the system's login manager
-/// on the system bus. Where neither does, it is not. Nothing here waits, and nothing is started for it. Main thread.
+/// on the system bus. Where neither does, it is
+/// not, nor for a desktop whose bus has gone. Nothing here waits, and nothing is started for it. Main thread.
 class ScreenLock final : public QObject {
     Q_OBJECT
 
@@ -36,6 +37,7 @@ private slots:
 
 private:
     void followDesktop();
+    void forgetDesktop();
     void followLogin();
     void askDesktop();
     void ask(SessionBus& bus, const QDBusMessage& question, std::size_t source);

@@ -123,6 +123,35 @@ TEST_F(ScreenLockTest, IsLockedWhileAnybodySaysSo) {
     EXPECT_EQ(changes, 2);
 }
 
+TEST_F(ScreenLockTest, ADesktopWhoseBusHasGoneLocksNothing) {
+    FakeLock desktop(sessionBus.address(), gnome, "/org/gnome/ScreenSaver");
+    desktop.isLocked = true;
+    follow();
+    ASSERT_TRUE(becomes(true));
+    sessionBus.end();
+    EXPECT_TRUE(becomes(false));
+}
+
+TEST_F(ScreenLockTest, TheLoginManagerIsBelievedWithoutASessionBus) {
+    FakeLock desktop(sessionBus.address(), gnome, "/org/gnome/ScreenSaver");
+    FakeLock manager(systemBus.address(), login, "/org/freedesktop/login1/session/_31");
+    desktop.isLocked = true;
+    manager.isLocked = true;
+    follow();
+    ASSERT_NO_FATAL_FAILURE(expectAsked(desktop, 1));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return manager.asked >= 1; }, 10000));
+    ASSERT_TRUE(becomes(true));
+    bool isLost = false;
+    QObject::connect(&session, &SessionBus::lost, &*lock, [&] { isLost = true; });
+    sessionBus.end();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isLost; }, 10000));
+    EXPECT_TRUE(lock->isLocked());
+    manager.isLocked = false;
+    manager.tell("org.freedesktop.DBus.Properties", "PropertiesChanged",
+                 {"org.freedesktop.login1.Session", QVariantMap(), QStringList("LockedHint")});
+    EXPECT_TRUE(becomes(false));
+}
+
 TEST_F(ScreenLockTest, NobodyElseCanUnlock) {
     FakeLock fake(sessionBus.address(), gnome, "/org/gnome/ScreenSaver");
     fake.isLocked = true;
