@@ -334,7 +334,8 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
     explain(desktop.pointer, "No backend tells where the pointer is.",
             "The pointer's position is not known here, so the still-mouse rule never lets a click through.");
     explain(desktop.hotKeys, "No backend registers a hotkey.", "The global hotkey does not work here.");
-    if (!desktop.hotKeys.part) {
+    // What is bound by others on Wayland may be refused, and come and go.
+    if (!desktop.hotKeys.part || isWayland(environment)) {
         desktop.hotkeyAdvice = hotkeyAdvice(environment);
     }
     explain(desktop.keyCharacters, "No backend tells the keyboard's layout.", {});

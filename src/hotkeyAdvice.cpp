@@ -18,7 +18,7 @@ struct KnownDesktop {
 };
 
 /// The key stands for any: it is for the user to choose.
-constexpr std::array<KnownDesktop, 8> knownDesktops{{
+constexpr std::array<KnownDesktop, 9> knownDesktops{{
     {"sway", "~/.config/sway/config", "bindsym Control+F6 exec gapplication action app.velloran.Velloran toggle"},
     {"labwc", "the keyboard section of ~/.config/labwc/rc.xml",
      R"(<keybind key="C-F6"><action name="Execute" command="gapplication action app.velloran.Velloran toggle"/></keybind>)"},
@@ -28,6 +28,8 @@ constexpr std::array<KnownDesktop, 8> knownDesktops{{
      R"(Ctrl+F6 { spawn "gapplication" "action" "app.velloran.Velloran" "toggle"; })"},
     {"river", "~/.config/river/init",
      R"(riverctl map normal Control F6 spawn "gapplication action app.velloran.Velloran toggle")"},
+    {"wayfire", "the [command] section of ~/.config/wayfire.ini",
+     "binding_velloran = <ctrl> KEY_F6\ncommand_velloran = gapplication action app.velloran.Velloran toggle"},
     {"gnome", "Settings → Keyboard → View and Customise Shortcuts → Custom Shortcuts, as the command",
      "gapplication action app.velloran.Velloran toggle"},
     {"kde", "System Settings → Keyboard → Shortcuts → Add New → Command or Script",

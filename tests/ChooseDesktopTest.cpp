@@ -230,10 +230,14 @@ TEST_F(ChooseDesktopTest, WithoutAHotkeyTheUserIsToldWhatToDo) {
     EXPECT_NE(advice("ubuntu:GNOME").place, "");
     EXPECT_EQ(advice("labwc:wlroots").line,
               R"(<keybind key="C-F6"><action name="Execute" command=")" + command + R"("/></keybind>)");
+    EXPECT_EQ(advice("Wayfire").place, "the [command] section of ~/.config/wayfire.ini");
+    EXPECT_EQ(advice("Wayfire").line, "binding_velloran = <ctrl> KEY_F6\ncommand_velloran = " + command);
     EXPECT_EQ(advice("nobody knows it"), (platform::HotkeyAdvice{"", command}));
     ofSway.hotKeys = whole.hotKeys;
-    EXPECT_EQ(choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"SWAYSOCK", "/run/sway"}}).hotkeyAdvice,
-              platform::HotkeyAdvice{});
+    const Desktop onSway =
+        choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"SWAYSOCK", "/run/sway"}, {"XDG_CURRENT_DESKTOP", "sway"}});
+    EXPECT_TRUE(onSway.hotKeys.part);
+    EXPECT_EQ(onSway.hotkeyAdvice.place, "~/.config/sway/config") << "the hotkey that is wanted may be taken";
     EXPECT_EQ(choose({{"DISPLAY", ":0"}}).hotkeyAdvice, platform::HotkeyAdvice{});
 }
 

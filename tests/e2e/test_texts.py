@@ -23,7 +23,8 @@ HOTKEY = {"Clear hotkey", "Press your hotkey anywhere to start/stop"}
 PERMISSION = ("Accessibility permission is required for automated clicking. "
               "Please allow Velloran in System Settings → Privacy & Security → Accessibility.")
 LIMITS = {"Input cannot be posted: the desktop's portal has not answered.",
-          "Start / Stop Hotkey. The global hotkey does not work here.",
+          "Start / Stop Hotkey. The global hotkey does not work here. "
+          "A key of the desktop's own can be bound to this command: gapplication action app.velloran.Velloran toggle",
           "The pointer's position is not known here, so the still-mouse rule never lets a click through."}
 
 

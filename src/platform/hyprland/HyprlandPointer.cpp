@@ -25,7 +25,7 @@ Desktop HyprlandPointer::partsWhen(bool isAnswered) {
     parts.pointer = {
         std::shared_ptr<PointerPosition>(std::shared_ptr<void>(), this),
         "Hyprland tells over its socket where the pointer is.",
-        isAnswered ? "" : "Hyprland does not say where the pointer is, so the still-mouse rule lets no click through."};
+        isAnswered ? "" : "Hyprland does not say at the moment where the pointer is, so the still-mouse rule lets no click through."};
     return parts;
 }
 

@@ -23,7 +23,8 @@ class DesktopLimits {
     Q_PROPERTY(QString hotkeyAdvice MEMBER hotkeyAdvice)
     Q_PROPERTY(QString hotkeyLine MEMBER hotkeyLine)
     /// How clicks, their permission, the hotkey and the still-mouse rule work here, or why they do not: a sentence
-    /// each, and one on the hotkey that is wanted where there is something to say.
+    /// each, a second one on what is to be done without, and one on the hotkey that is wanted where there is something
+    /// to say.
     Q_PROPERTY(QStringList sentences MEMBER sentences)
 
 public:
@@ -64,9 +65,11 @@ private:
         const QString place = QString::fromStdString(advice.place);
         if (!place.isEmpty()) {
             hotkeyAdvice = QStringLiteral("For a key of your choice, put this into %1:").arg(place);
-            hotkey += QStringLiteral(" %1 %2").arg(hotkeyAdvice, hotkeyLine);
         } else if (!hotkeyLine.isEmpty()) {
             hotkeyAdvice = QStringLiteral("A key of the desktop's own can be bound to this command:");
+        }
+        if (!hotkeyAdvice.isEmpty()) {
+            hotkey += QStringLiteral(" %1 %2").arg(hotkeyAdvice, hotkeyLine);
         }
     }
 
@@ -100,7 +103,9 @@ private:
 
     template<typename Interface>
     static QString sentenceOf(const platform::DesktopPart<Interface>& part) {
-        return QString::fromStdString(part.limit.empty() ? part.reason : part.limit);
+        const bool isBoth = !part.reason.empty() && !part.limit.empty() && part.reason != part.limit;
+        return QString::fromStdString(isBoth ? part.reason + ' ' + part.limit
+                                             : (part.limit.empty() ? part.reason : part.limit));
     }
 };
 

@@ -36,7 +36,7 @@ class LabwcClicks(CompositorCase):
 
     def test_the_user_is_told_which_line_binds_a_key(self):
         program = self.start_with()
-        until(lambda: "This desktop: The global hotkey does not work here.\n" in program.log, lambda: program.log)
+        until(lambda: "The global hotkey does not work here.\n" in program.log, lambda: program.log)
         program.find("push button", "Menu").do()
         program.find("menu item", "About Velloran").do()
         self.assertIn('<keybind key="C-F6">', program.find("text", "Line for the hotkey").text)

@@ -40,11 +40,13 @@ TEST_F(DesktopLimitsTest, WhereEverythingWorksItIsSaidHow) {
     }
 }
 
-TEST_F(DesktopLimitsTest, WhatDoesNotWorkTakesThePlaceOfHow) {
+TEST_F(DesktopLimitsTest, WhatDoesNotWorkComesAfterWhy) {
     desktop.clicks = {nullptr, "Why not.", "No clicks."};
+    desktop.trust = {nullptr, "It is one and the same.", "It is one and the same."};
     desktop.pointer.limit = "It does not tell now.";
     const DesktopLimits limits = with(std::nullopt);
-    EXPECT_EQ(limits.sentences, (QStringList{"No clicks.", "Nobody asks.", "It binds keys.", "It does not tell now."}));
+    EXPECT_EQ(limits.sentences, (QStringList{"Why not. No clicks.", "It is one and the same.", "It binds keys.",
+                                             "It tells. It does not tell now."}));
     EXPECT_EQ(limits.clicks, "No clicks.");
     EXPECT_EQ(limits.hotkey, "");
     EXPECT_EQ(limits.stillMouse, "It does not tell now.");
@@ -74,6 +76,21 @@ TEST_F(DesktopLimitsTest, WhereTheDesktopGivesNoneTheUserIsToldWhatToDo) {
         EXPECT_TRUE(limits.sentences.contains(sentence));
         EXPECT_EQ(limits.hotkeyLine, "bind F6 toggle");
     }
+}
+
+TEST_F(DesktopLimitsTest, OnADesktopThatNobodyKnowsTheCommandIsTold) {
+    desktop.hotKeys = {nullptr, "Nothing binds.", "No hotkey."};
+    desktop.hotkeyAdvice = {"", "toggle it"};
+    const DesktopLimits limits = with(std::nullopt);
+    EXPECT_EQ(limits.hotkeyAdvice, "A key of the desktop's own can be bound to this command:");
+    EXPECT_EQ(limits.hotkey, "No hotkey. " + limits.hotkeyAdvice + " toggle it");
+}
+
+TEST_F(DesktopLimitsTest, TheDesktopsOwnReasonForNoHotkeyIsTold) {
+    HotKeyAnswer answer{platform::hotKeyInvalidError, {}};
+    answer.reason = "It is away.";
+    EXPECT_TRUE(with(answer).sentences.contains("It is away."));
+    EXPECT_TRUE(with(answer).hotkey.startsWith("It is away. For a key"));
 }
 
 TEST_F(DesktopLimitsTest, DesktopWithoutHotkeysIsWorthMoreThanItsAnswer) {
