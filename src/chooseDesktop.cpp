@@ -17,6 +17,7 @@
 #include "platform/x11/X11Server.h"
 #include "whileUnlocked.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -30,8 +31,39 @@ using platform::DesktopPart;
 
 namespace {
 
-/// How long a compositor may take to say what it offers, before there is a window. One that takes longer is followed.
-constexpr std::chrono::milliseconds longestWaitForCompositor(500);
+/// How long a compositor may take to say what it offers, before there is a window: all questions together. One that
+/// takes longer is followed.
+class Patience {
+public:
+    /// Has something wait for what is left, and takes off what it used.
+    template<typename Wait>
+    auto during(Wait&& wait) {
+        const Spent spent(left_);
+        return wait(left_);
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    class Spent {
+    public:
+        explicit Spent(std::chrono::milliseconds& left) : left_(left) {}
+
+        Spent(const Spent&) = delete;
+        Spent& operator=(const Spent&) = delete;
+
+        ~Spent() {
+            const auto used = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin_);
+            left_ -= std::min(left_, used);
+        }
+
+    private:
+        std::chrono::milliseconds& left_;
+        const Clock::time_point begin_ = Clock::now();
+    };
+
+    std::chrono::milliseconds left_{500};
+};
 
 constexpr auto inputCannotBePosted = "Input cannot be posted: ";
 constexpr auto noPointer = "the compositor gives programs no pointer.";
@@ -128,10 +160,10 @@ Result<Desktop> connectX11(EventLoop& loop, const std::function<void()>& onServe
 
 /// A compositor that gives every program a pointer: clicks, and nobody to ask for them.
 Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compositor, const std::string& sessionBus,
-                                      const std::shared_ptr<Published<bool>>& lacksPointer) {
+                                      const std::shared_ptr<Published<bool>>& lacksPointer, Patience& patience) {
     using platform::wayland::VirtualPointer;
     const auto pointer = std::make_shared<VirtualPointer>(loop, compositor);
-    pointer->waitForOffer(longestWaitForCompositor);
+    patience.during([&](auto atMost) { pointer->waitForOffer(atMost); });
     switch (pointer->offer()) {
     case VirtualPointer::Offer::missing:
         return Error{noPointer};
@@ -152,10 +184,12 @@ Result<Desktop> connectVirtualPointer(EventLoop& loop, const std::string& compos
 /// The keyboard of a compositor, made when it is first asked for.
 class KeyboardOnce {
 public:
+    explicit KeyboardOnce(std::shared_ptr<Patience> patience) : patience_(std::move(patience)) {}
+
     std::shared_ptr<platform::wayland::SeatKeyboard> of(EventLoop& loop, const std::string& compositor) {
         if (!keyboard_) {
             keyboard_ = std::make_shared<platform::wayland::SeatKeyboard>(loop, compositor);
-            keyboard_->waitForKeymap(longestWaitForCompositor);
+            patience_->during([this](auto atMost) { keyboard_->waitForKeymap(atMost); });
             keyboard_->onChanged([changed = changed_] { changed->notify(); });
         }
         return keyboard_;
@@ -168,6 +202,7 @@ public:
     const keys::KeyboardLayout* layout() { return keyboard_ ? keyboard_->layout() : nullptr; }
 
 private:
+    const std::shared_ptr<Patience> patience_;
     std::shared_ptr<platform::wayland::SeatKeyboard> keyboard_;
     std::shared_ptr<Observers<>> changed_ = std::make_shared<Observers<>>();
     std::vector<Subscription> telling_;
@@ -197,11 +232,12 @@ Result<Desktop> connectCompositor(const std::shared_ptr<platform::wayland::SeatK
 }
 
 std::shared_ptr<const Published<Desktop>> connectCompositorHotKeys(EventLoop& loop, const std::string& compositor,
-                                                                   const std::shared_ptr<KeyboardOnce>& keyboard) {
+                                                                   const std::shared_ptr<KeyboardOnce>& keyboard,
+                                                                   Patience& patience) {
     using platform::wayland::CompositorHotKeys;
     const auto hotKeys =
         std::make_shared<CompositorHotKeys>(loop, compositor, [keyboard] { return keyboard->layout(); });
-    hotKeys->waitForOffer(longestWaitForCompositor);
+    patience.during([&](auto atMost) { hotKeys->waitForOffer(atMost); });
     keyboard->onChanged([weak = std::weak_ptr<CompositorHotKeys>(hotKeys)] {
         if (const auto following = weak.lock()) {
             following->followLayout();
@@ -211,11 +247,11 @@ std::shared_ptr<const Published<Desktop>> connectCompositorHotKeys(EventLoop& lo
 }
 
 std::shared_ptr<const Published<Desktop>> connectHyprland(EventLoop& loop, const std::string& compositor,
-                                                          const std::string& folder) {
+                                                          const std::string& folder, Patience& patience) {
     using platform::hyprland::HyprlandPointer;
     const auto socket = platform::hyprland::requestSocket(folder, compositor);
     const auto pointer = socket ? std::make_shared<HyprlandPointer>(loop, *socket) : nullptr;
-    if (!pointer || !pointer->waitForAnswer(longestWaitForCompositor)) {
+    if (!pointer || !patience.during([&](auto atMost) { return pointer->waitForAnswer(atMost); })) {
         return nullptr;
     }
     return {pointer, &pointer->parts()};
@@ -291,30 +327,34 @@ DesktopPart<platform::InputTrust> nobodyAsked() {
 
 Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus,
                       platform::HotkeyConsent* consent) {
-    const auto keyboard = std::make_shared<KeyboardOnce>();
+    const auto patience = std::make_shared<Patience>();
+    const auto keyboard = std::make_shared<KeyboardOnce>(patience);
     const auto lacksPointer = std::make_shared<Published<bool>>(false);
-    return {
-        .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
-        .virtualPointer =
-            [&loop, sessionBus, lacksPointer](const std::string& compositor) {
-                return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer);
-            },
-        .sway =
-            [&loop, keyboard](const std::string& compositor, const std::string& socket) {
-                return connectSway(loop, socket, keyboard->of(loop, compositor));
-            },
-        .compositor = [&loop, keyboard](
-                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); },
-        .compositorHotKeys =
-            [&loop, keyboard](const std::string& compositor) {
-                return connectCompositorHotKeys(loop, compositor, keyboard);
-            },
-        .hyprland = [&loop](const std::string& compositor,
-                            const std::string& folder) { return connectHyprland(loop, compositor, folder); },
-        .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
-        .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
-        .gnome = [&loop, sessionBus, consent, keyboard] { return connectGnome(loop, sessionBus, consent, keyboard); },
-        .lacksPointer = lacksPointer};
+    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
+            .virtualPointer =
+                [&loop, sessionBus, lacksPointer, patience](const std::string& compositor) {
+                    return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer, *patience);
+                },
+            .sway =
+                [&loop, keyboard](const std::string& compositor, const std::string& socket) {
+                    return connectSway(loop, socket, keyboard->of(loop, compositor));
+                },
+            .compositor =
+                [&loop, keyboard](const std::string& compositor) {
+                    return connectCompositor(keyboard->of(loop, compositor));
+                },
+            .compositorHotKeys =
+                [&loop, keyboard, patience](const std::string& compositor) {
+                    return connectCompositorHotKeys(loop, compositor, keyboard, *patience);
+                },
+            .hyprland =
+                [&loop, patience](const std::string& compositor, const std::string& folder) {
+                    return connectHyprland(loop, compositor, folder, *patience);
+                },
+            .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
+            .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
+            .gnome = [&loop, sessionBus, consent, keyboard] { return connectGnome(loop, sessionBus, consent, keyboard); },
+            .lacksPointer = lacksPointer};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {
