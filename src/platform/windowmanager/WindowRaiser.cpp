@@ -63,6 +63,9 @@ void raiseWindow(QWindow& window, const bus::ActivationToken& token) {
             qputenv("XDG_ACTIVATION_TOKEN", token.wayland);
         }
         window.requestActivate();
+        // Where the compositor takes none, the toolkit leaves it there, and it is nothing for programs started from
+        // here.
+        qunsetenv("XDG_ACTIVATION_TOKEN");
         return;
     }
     xcb_connection_t* const connection = x11->connection();
