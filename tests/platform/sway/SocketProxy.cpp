@@ -37,7 +37,8 @@ SocketProxy::SocketProxy(std::string target)
     std::string name = std::filesystem::temp_directory_path() / "velloran-proxy-XXXXXX";
     folder_ = mkdtemp(name.data());
     const auto address = addressOf(path());
-    if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 && listen(listener_, 8) == 0) {
+    if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+        listen(listener_, 8) == 0) {
         thread_ = std::thread([this] { work(); });
     }
 }
