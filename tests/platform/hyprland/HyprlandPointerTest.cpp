@@ -153,7 +153,9 @@ TEST_F(HyprlandPointerTest, NonsenseIsNoPlaceAndIsSaidToBeSo) {
         EXPECT_EQ(pointer.currentPosition(), std::nullopt) << nonsense;
     }
     loop.runDue();
-    EXPECT_EQ(limit(), "Hyprland does not say at the moment where the pointer is, so the still-mouse rule lets no click through.");
+    EXPECT_EQ(
+        limit(),
+        "Hyprland does not say at the moment where the pointer is, so the still-mouse rule lets no click through.");
     hyprland->answerWith({placeText(5, 6)});
     EXPECT_TRUE(untilAt({5, 6}));
     loop.runDue();
