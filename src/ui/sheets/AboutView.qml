@@ -121,7 +121,8 @@ Item {
                     placeholder: ""
                     size: 12
                     readOnly: true
-                    text: root.hotkeyLine
+                    // Some desktops take two.
+                    text: root.hotkeyLine.replace("\n", " ↵ ")
                     // Its beginning tells more than its end.
                     onTextChanged: lineBox.cursorPosition = 0
 
@@ -139,8 +140,17 @@ Item {
                     label: "Copy"
                     onTriggered: {
                         lineBox.selectAll();
-                        lineBox.copy();
+                        wholeText.selectAll();
+                        wholeText.copy();
                     }
+                }
+
+                // A field of one line would lose where the next begins.
+                TextEdit {
+                    id: wholeText
+
+                    visible: false
+                    text: root.hotkeyLine
                 }
             }
         }

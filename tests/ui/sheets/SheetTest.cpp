@@ -281,7 +281,7 @@ TEST_F(SheetTest, AboutTellsHowTheRestWorks) {
     desktop.trust.reason = "Nobody asks.";
     desktop.pointer = {.part = nullptr, .reason = "Not told here.", .limit = "Nothing is seen."};
     window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(desktop)));
-    for (const char* const sentence : {"Somebody clicks.", "Nobody asks.", "Nothing is seen."}) {
+    for (const char* const sentence : {"Somebody clicks.", "Nobody asks.", "Not told here. Nothing is seen."}) {
         EXPECT_TRUE(until([&] { return shows(sentence); })) << sentence;
     }
     desktop.hotKeys.reason = "Somebody listens.";
@@ -291,7 +291,7 @@ TEST_F(SheetTest, AboutTellsHowTheRestWorks) {
          {"This desktop", "Somebody clicks.", "Nobody asks.", "Somebody listens.", "Somebody looks."}) {
         EXPECT_TRUE(until([&] { return shows(sentence); })) << sentence << " where everything works";
     }
-    EXPECT_FALSE(shows("Nothing is seen."));
+    EXPECT_FALSE(shows("Not told here. Nothing is seen."));
     keepPicture("about-everything-works");
 }
 
@@ -312,6 +312,12 @@ TEST_F(SheetTest, AboutHasALineForTheHotkeyThatCanBeCopied) {
     keepPicture("about-hotkey-line");
     click(get("Copy"));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "bind F6 toggle");
+    desktop.hotkeyAdvice.line = "binding = F6\ncommand = toggle";
+    window->setProperty("desktopLimits", QVariant::fromValue(DesktopLimits::of(desktop)));
+    settle();
+    keepPicture("about-hotkey-lines");
+    click(get("Copy"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "binding = F6\ncommand = toggle");
 }
 
 TEST_F(SheetTest, AboutWithoutLimitsSaysNothingOfThem) {
