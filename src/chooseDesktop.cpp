@@ -330,31 +330,30 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
     const auto patience = std::make_shared<Patience>();
     const auto keyboard = std::make_shared<KeyboardOnce>(patience);
     const auto lacksPointer = std::make_shared<Published<bool>>(false);
-    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
-            .virtualPointer =
-                [&loop, sessionBus, lacksPointer, patience](const std::string& compositor) {
-                    return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer, *patience);
-                },
-            .sway =
-                [&loop, keyboard](const std::string& compositor, const std::string& socket) {
-                    return connectSway(loop, socket, keyboard->of(loop, compositor));
-                },
-            .compositor =
-                [&loop, keyboard](const std::string& compositor) {
-                    return connectCompositor(keyboard->of(loop, compositor));
-                },
-            .compositorHotKeys =
-                [&loop, keyboard, patience](const std::string& compositor) {
-                    return connectCompositorHotKeys(loop, compositor, keyboard, *patience);
-                },
-            .hyprland =
-                [&loop, patience](const std::string& compositor, const std::string& folder) {
-                    return connectHyprland(loop, compositor, folder, *patience);
-                },
-            .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
-            .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
-            .gnome = [&loop, sessionBus, consent, keyboard] { return connectGnome(loop, sessionBus, consent, keyboard); },
-            .lacksPointer = lacksPointer};
+    return {
+        .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
+        .virtualPointer =
+            [&loop, sessionBus, lacksPointer, patience](const std::string& compositor) {
+                return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer, *patience);
+            },
+        .sway =
+            [&loop, keyboard](const std::string& compositor, const std::string& socket) {
+                return connectSway(loop, socket, keyboard->of(loop, compositor));
+            },
+        .compositor = [&loop, keyboard](
+                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); },
+        .compositorHotKeys =
+            [&loop, keyboard, patience](const std::string& compositor) {
+                return connectCompositorHotKeys(loop, compositor, keyboard, *patience);
+            },
+        .hyprland =
+            [&loop, patience](const std::string& compositor, const std::string& folder) {
+                return connectHyprland(loop, compositor, folder, *patience);
+            },
+        .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
+        .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
+        .gnome = [&loop, sessionBus, consent, keyboard] { return connectGnome(loop, sessionBus, consent, keyboard); },
+        .lacksPointer = lacksPointer};
 }
 
 Desktop chooseDesktop(const Environment& environment, const Backends& backends) {
