@@ -74,9 +74,9 @@ void RemoteDesktop::connectToInput() {
 
 /// The user has just agreed, perhaps in a dialog: where the desktop remembers that, it does for a session with calls.
 void RemoteDesktop::giveInputUp() {
-    isInputUnusable_ = true;
     end();
     if (state_ == State::idle && !isLocked_ && remembers()) {
+        isInputUnusable_ = true;
         ask(Manner::withoutDialog);
     }
 }
