@@ -360,7 +360,7 @@ protected:
                 ++survived;
             }
         }
-        std::cout << what << ": " << tried << " tried, " << tried << " survived, " << thrown
+        std::cout << what << ": " << tried << " tried, " << survived << " survived, " << thrown
                   << " of them by an exception, " << ended << " by the end of the program\n";
         EXPECT_EQ(survived, tried);
         EXPECT_GT(thrown, 300);

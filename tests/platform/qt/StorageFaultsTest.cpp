@@ -146,7 +146,7 @@ TEST_F(StorageFaultsTest, EveryBitFlippedCostsNoMoreThanItsOwnLine) {
             tryText(damaged, place, place, bit == 0 && place % 10 == 0);
         }
     }
-    print("bits flipped");
+    print("bits of the settings flipped");
     EXPECT_GT(tried, 8000);
     EXPECT_EQ(survived, tried);
 }
@@ -159,7 +159,7 @@ TEST_F(StorageFaultsTest, EveryByteReplacedCostsNoMoreThanItsOwnLine) {
             tryText(damaged, place, place, place % 40 == 0);
         }
     }
-    print("bytes replaced");
+    print("bytes of the settings replaced");
     EXPECT_EQ(survived, tried);
 }
 
@@ -167,7 +167,7 @@ TEST_F(StorageFaultsTest, ACutAtAnyLengthCostsNoMoreThanWhatWasBehindIt) {
     for (std::size_t length = 0; length < text.size() && !HasFatalFailure(); ++length) {
         tryText(text.substr(0, length), length, text.size(), length % 10 == 0);
     }
-    print("lengths");
+    print("settings cut at a length");
     EXPECT_EQ(survived, tried);
 }
 
@@ -179,7 +179,7 @@ TEST_F(StorageFaultsTest, ALineThatIsLostOrThereTwiceCostsNoOther) {
         tryText(text.substr(0, end) + line + text.substr(end), begin + 1, end - 2, true);
         begin = end;
     }
-    print("lines");
+    print("lines of the settings lost, or there twice");
     EXPECT_EQ(survived, tried);
 }
 
@@ -217,7 +217,7 @@ TEST_F(StorageFaultsTest, ALinkInTheFilesPlaceHarmsNothingBehindIt) {
             EXPECT_EQ(std::filesystem::is_symlink(link), target.path != std::string("other link"));
             survived += HasFailure() ? 0 : 1;
         }
-        std::cout << "links: " << tried << " tried, " << survived << " survived\n";
+        std::cout << "links in the place of the settings: " << tried << " tried, " << survived << " survived\n";
     });
 }
 
@@ -259,7 +259,7 @@ TEST_F(StorageFaultsTest, NoLockKeepsAChangeFromTheDiskForLong) {
         EXPECT_EQ(PresetStore(preferences).loadConfig(), keptConfig());
         survived += HasFailure() ? 0 : 1;
     }
-    std::cout << "locks: " << tried << " tried, " << survived << " survived\n";
+    std::cout << "things in the place of their lock: " << tried << " tried, " << survived << " survived\n";
 }
 
 TEST_F(StorageFaultsTest, AFileOfAnotherUserIsReadButNotReplaced) {
