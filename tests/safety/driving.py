@@ -23,6 +23,7 @@ class Driver:
         self._switch_layout = switch_layout
         self._type = type_text
         self._known = {}
+        self.tried = 0
         self.done = 0
         self._deeds = [self.step, self.step, self.toggle_a_condition, self.choose_a_button, self.apply_a_built_in,
                        self.toggle_an_option, self.read_about, self.open_the_preset_hotkeys, self.open_the_menu, self.change_the_size,
@@ -32,11 +33,14 @@ class Driver:
 
     def do_everything_once(self):
         for deed in self._deeds:
-            deed()
-            self.done += 1
+            self._do(deed)
 
     def do_something(self):
-        self._chance.choice(self._deeds)()
+        self._do(self._chance.choice(self._deeds))
+
+    def _do(self, deed):
+        self.tried += 1
+        deed()
         self.done += 1
 
     def _control(self, role, name):

@@ -130,9 +130,10 @@ class Soak:
 
     def run(self):
         self._warm_up()
-        if self._click_on():
-            where = self._user.WHERE
-            self._figures.count(f"changes to the window meanwhile, {where}", self._driver.done, self._driver.done)
+        where = self._user.WHERE
+        is_well = self._click_on()
+        self._figures.count(f"changes to the window meanwhile, {where}", self._driver.tried, self._driver.done)
+        if is_well:
             self._figures.attempt(f"growth of memory, threads or descriptors, {where}", None, lambda _: self._check_growth())
             self._figures.attempt(f"end without a word, {where}", None, lambda _: self._check_end())
 
