@@ -8,6 +8,7 @@ from harness.waiting import stays, until
 SESSION = {"WAYLAND_DISPLAY": "wayland-7", "QT_QPA_PLATFORM": "xcb"}
 REASON = "The hotkey is a shortcut of the desktop's portal, which may ask before it binds one."
 FAILURE = "HotkeyManager: RegisterEventHotKey failed with status -9879"
+ADVICE = " A key of the desktop's own can be bound to this command: gapplication action app.velloran.Velloran toggle"
 
 
 class PortalHotkey(DesktopCase):
@@ -53,7 +54,7 @@ class PortalHotkey(DesktopCase):
     def test_refused_it_is_one_line_in_the_log_and_a_line_for_a_key(self):
         self.start_portal(None)
         program = self.start_with_hotkey()
-        self.wait_for_help(program, "Start / Stop Hotkey. This desktop did not give the program its hotkey.")
+        self.wait_for_help(program, "Start / Stop Hotkey. This desktop did not give the program its hotkey." + ADVICE)
         self.assertEqual(program.log.splitlines().count(FAILURE), 1, program.log)
         program.find("text", "Line for the hotkey", within=self.about(program))
 
@@ -63,7 +64,7 @@ class PortalHotkey(DesktopCase):
         first.wait_for("toggle-ctrl-alt-s")
         first.close()
         self.wait_for_help(program, "Start / Stop Hotkey. The global hotkey does not work here: "
-                                    "the desktop's portal does not answer.")
+                                    "the desktop's portal does not answer." + ADVICE)
         second = self.start_portal("Ctrl+Alt+S")
         second.wait_for("toggle-ctrl-alt-s")
         self.wait_for_help(program, "Start / Stop Hotkey")
