@@ -62,7 +62,8 @@ bool SocketProxy::handOn(int from, int to) {
     if (count > 0) {
         return send(to, bytes.data(), static_cast<std::size_t>(count), MSG_NOSIGNAL) == count;
     }
-    return shutdown(to, SHUT_WR) == 0 && false;
+    shutdown(to, SHUT_WR);
+    return false;
 }
 
 void SocketProxy::work() {
@@ -75,8 +76,11 @@ void SocketProxy::work() {
         poll(watched.data(), watched.size(), 5);
         std::size_t place = 1;
         for (auto pair = pairs_.begin(); pair != pairs_.end(); place += 2) {
-            const bool isWhole = (watched[place].revents == 0 || handOn(pair->first, pair->second)) &&
-                                 (watched[place + 1].revents == 0 || handOn(pair->second, pair->first));
+            if (watched[place].revents != 0) {
+                // Whoever has said all may still be answered.
+                handOn(pair->first, pair->second);
+            }
+            const bool isWhole = watched[place + 1].revents == 0 || handOn(pair->second, pair->first);
             if (isWhole && !isCutting_) {
                 ++pair;
             } else {
