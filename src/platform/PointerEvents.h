@@ -17,6 +17,12 @@ enum class MouseEventType : std::uint32_t {
     otherMouseUp = 26,
 };
 
+/// Whether a button goes down, and not up.
+constexpr bool isPress(MouseEventType type) {
+    return type == MouseEventType::leftMouseDown || type == MouseEventType::rightMouseDown ||
+           type == MouseEventType::otherMouseDown;
+}
+
 /// The button of a mouse event, by its logical place: a left-handed mapping is already taken into account.
 enum class EventButton : std::uint32_t {
     left = 0,

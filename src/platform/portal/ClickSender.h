@@ -40,9 +40,4 @@ constexpr int evdevButton(EventButton button) {
     return leftButton + static_cast<int>(button);
 }
 
-constexpr bool isPress(MouseEventType type) {
-    return type == MouseEventType::leftMouseDown || type == MouseEventType::rightMouseDown ||
-           type == MouseEventType::otherMouseDown;
-}
-
 } // namespace velloran::platform::portal

@@ -14,11 +14,6 @@ constexpr std::size_t mostEventsUnderWay = 128;
 /// After how many events the compositor is asked how far it is. Each answer costs the main thread a turn.
 constexpr std::size_t eventsBetweenQuestions = 32;
 
-bool isDown(MouseEventType type) {
-    return type == MouseEventType::leftMouseDown || type == MouseEventType::rightMouseDown ||
-           type == MouseEventType::otherMouseDown;
-}
-
 std::uint32_t buttonCode(EventButton button) {
     switch (button) {
     case EventButton::left:
@@ -74,8 +69,8 @@ bool VirtualPointerEvents::isReady() const {
 
 std::optional<MouseEvent> VirtualPointerEvents::makeMouseEvent(MouseEventType type, Point position,
                                                                EventButton button) {
-    // Whether a click can be made is settled at its beginning: it must not lose its second half only.
-    if (pending_.empty()) {
+    // Whether a click can be made is settled by its press: it must not lose either half.
+    if (isPress(type)) {
         isClickPossible_ = canPost();
     }
     if (!isClickPossible_) {
@@ -121,7 +116,7 @@ void VirtualPointerEvents::sendKept() {
 void VirtualPointerEvents::request(const Events& events) {
     for (const MouseEvent& event : events) {
         zwlr_virtual_pointer_v1_button(pointer_.get(), milliseconds(), buttonCode(event.button),
-                                       isDown(event.type) ? WL_POINTER_BUTTON_STATE_PRESSED
+                                       isPress(event.type) ? WL_POINTER_BUTTON_STATE_PRESSED
                                                           : WL_POINTER_BUTTON_STATE_RELEASED);
         zwlr_virtual_pointer_v1_frame(pointer_.get());
     }

@@ -8,11 +8,6 @@ namespace velloran::platform::x11 {
 
 namespace {
 
-bool isDown(MouseEventType type) {
-    return type == MouseEventType::leftMouseDown || type == MouseEventType::rightMouseDown ||
-           type == MouseEventType::otherMouseDown;
-}
-
 bool isPointerMappingChange(const xcb_generic_event_t& event) {
     return eventKind(event) == XCB_MAPPING_NOTIFY &&
            reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request == XCB_MAPPING_POINTER;
@@ -43,8 +38,8 @@ std::optional<Point> X11PointerEvents::location() {
 }
 
 std::optional<MouseEvent> X11PointerEvents::makeMouseEvent(MouseEventType type, Point position, EventButton button) {
-    // A click has one mapping: the one of its beginning.
-    if (pending_.empty()) {
+    // A click has one mapping: the one of its press.
+    if (isPress(type)) {
         followMapping();
     }
     if (!canPost_ || loss_.isLost() || !mapping_.physicalButton(button)) {
@@ -68,7 +63,7 @@ void X11PointerEvents::flush() {
     xcb_flush(connection_.get());
     for (const MouseEvent& event : events) {
         if (const auto button = mapping_.physicalButton(event.button)) {
-            const std::uint8_t kind = isDown(event.type) ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE;
+            const std::uint8_t kind = isPress(event.type) ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE;
             xcb_test_fake_input(connection_.get(), kind, *button, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
         }
     }

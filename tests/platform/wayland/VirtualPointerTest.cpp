@@ -129,6 +129,18 @@ TEST_F(VirtualPointerTest, AClickThatHasBegunEndsOrDoesNotHappen) {
     EXPECT_TRUE(areClicks(1));
 }
 
+TEST_F(VirtualPointerTest, AClickWhosePressIsRefusedHasNoReleaseEither) {
+    connectToUsualCompositor();
+    platform::PointerEvents& events = pointer->pointerEvents();
+    compositor->withdrawPointers();
+    ASSERT_TRUE(untilMissing());
+    EXPECT_FALSE(events.makeMouseEvent(left.down, {}, left.button));
+    compositor->offerPointers();
+    ASSERT_TRUE(untilOffered());
+    EXPECT_FALSE(events.makeMouseEvent(left.up, {}, left.button));
+    EXPECT_TRUE(events.makeMouseEvent(left.down, {}, left.button));
+}
+
 TEST_F(VirtualPointerTest, AThousandFromAQueueAreAThousandInOrder) {
     connectToUsualCompositor();
     const auto queue = loop.makeSerialQueue("clicks");
