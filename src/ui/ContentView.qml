@@ -13,8 +13,9 @@ Item {
     /// What the window buttons take of the left end of the title bar.
     property real leftInset: 0
 
-    /// Whether the columns do not fit beside each other. Only desktops that tile make the window that small.
-    readonly property bool isNarrow: root.width < 800
+    /// Whether the columns do not fit beside each other. Only tiles and small screens make the window that
+    /// narrow; without a width yet it is not.
+    readonly property bool isNarrow: root.width > 0 && root.width < 800
     readonly property real sideWidth: 280
 
     /// Makes the implicit height right at once. Otherwise that is so from the first frame on.
