@@ -17,6 +17,8 @@ namespace {
 /// A bus that takes longer is not waited for any more, and heard all the same.
 constexpr std::uint64_t longestWait = 30 * nanosecondsPerSecond;
 
+constexpr auto notAgreed = "You have not agreed to put the hotkey among your shortcuts.";
+constexpr auto notThere = "The shortcut is not among those in the desktop's settings any more.";
 constexpr auto noHotkey = "The global hotkey does not work here.";
 
 /// Not the program's name, for which the bus would start it.
@@ -220,7 +222,7 @@ void GnomeHotKeys::ask(const RegistrationRef& registration) {
             if (agreed) {
                 asking->stage = Registration::Stage::isAgreed;
             } else {
-                refuse(asking, {hotKeyInvalidError, {}});
+                refuse(asking, {hotKeyInvalidError, {}, false, {}, notAgreed});
             }
             advance();
         });
@@ -255,9 +257,16 @@ void GnomeHotKeys::remove() {
 
 /// Its user may change it in the desktop's settings like any other shortcut.
 void GnomeHotKeys::tell(const RegistrationRef& registration, const ShortcutEntry::Found& found) {
+    if (!found.isReadable && registration->answer) {
+        // The settings could not be asked. What is bound stays so.
+        return;
+    }
     HotKeyAnswer now;
-    if (!found.isReadable || !found.isListed) {
+    if (!found.isReadable) {
         now.status = hotKeyInvalidError;
+    } else if (!found.isListed) {
+        now.status = hotKeyInvalidError;
+        now.reason = notThere;
     } else if (found.binding.empty()) {
         now.hasNoTrigger = true;
     } else if (const auto bound = Accelerator::read(found.binding); bound != registration->wanted) {
