@@ -370,14 +370,14 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
     const std::string noClicks = std::string(inputCannotBePosted) + (whyNot.empty() ? "nothing here does it." : whyNot);
     explain(desktop.clicks, noClicks, noClicks);
     explain(desktop.trust, nobodyToAsk, {});
-    explain(desktop.pointer, "No backend tells where the pointer is.",
+    explain(desktop.pointer, "Nothing here tells where the pointer is.",
             "The pointer's position is not known here, so the still-mouse rule never lets a click through.");
-    explain(desktop.hotKeys, "No backend registers a hotkey.", "The global hotkey does not work here.");
+    explain(desktop.hotKeys, "Nothing here registers hotkeys.", "The global hotkey does not work here.");
     // What is bound by others on Wayland may be refused, and come and go.
     if (!desktop.hotKeys.part || isWayland(environment)) {
         desktop.hotkeyAdvice = hotkeyAdvice(environment);
     }
-    explain(desktop.keyCharacters, "No backend tells the keyboard's layout.", {});
+    explain(desktop.keyCharacters, "Nothing here tells the keyboard's layout.", {});
     return desktop;
 }
 

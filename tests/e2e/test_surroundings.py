@@ -225,7 +225,7 @@ class HoverHelp(DesktopCase):
         program.find("push button", "Menu").do()
         program.find("menu item", "About Velloran").do()
         about = program.find("dialog", "About Velloran")
-        for sentence in ("No backend tells where the pointer is. " + self.CONCERNED["check box", "Click only if mouse is stationary"],
+        for sentence in ("Nothing here tells where the pointer is. " + self.CONCERNED["check box", "Click only if mouse is stationary"],
                          WAYLAND_REASON):
             program.find("label", sentence, within=about)
         until(lambda: any(self.NO_HOTKEY in label.name for label in program.shown("label", within=about)),

@@ -23,7 +23,7 @@ Desktop HyprlandPointer::partsWhen(bool isAnswered) {
     Desktop parts;
     // Not owned: this is no more shared than its socket.
     parts.pointer = {std::shared_ptr<PointerPosition>(std::shared_ptr<void>(), this),
-                     "Hyprland tells over its socket where the pointer is.",
+                     "Hyprland is asked over its socket where the pointer is.",
                      isAnswered ? ""
                                 : "Hyprland does not say at the moment where the pointer is, so the still-mouse rule "
                                   "lets no click through."};

@@ -195,7 +195,7 @@ TEST_F(HyprlandPointerTest, TheFirstAnswerTellsWhetherThereIsAny) {
     EXPECT_TRUE(pointer.waitForAnswer(10s));
     EXPECT_EQ(limit(), "");
     EXPECT_EQ(pointer.parts().get().pointer.part.get(), &pointer);
-    EXPECT_EQ(pointer.parts().get().pointer.reason, "Hyprland tells over its socket where the pointer is.");
+    EXPECT_EQ(pointer.parts().get().pointer.reason, "Hyprland is asked over its socket where the pointer is.");
     hyprland->answerWith({"unknown request"});
     EXPECT_TRUE(pointer.waitForAnswer(10s));
     EXPECT_NE(limit(), "") << "nothing pretends";

@@ -8,7 +8,7 @@ from harness.compositor_case import CompositorCase
 from harness.waiting import until
 
 RULE = ("check box", "Click only if mouse is stationary")
-REASON = "Hyprland tells over its socket where the pointer is."
+REASON = "Hyprland is asked over its socket where the pointer is."
 LIMIT = "Hyprland does not say at the moment where the pointer is, so the still-mouse rule lets no click through."
 
 
