@@ -11,8 +11,8 @@
 namespace velloran::platform::bus {
 
 /// Whether the screen of this session is locked, as the desktop tells on the session bus or the system's login manager
-/// on the system bus. Where neither does, it is
-/// not, nor for a desktop whose bus has gone. Nothing here waits, and nothing is started for it. Main thread.
+/// on the system bus. Where neither does, it is not, nor for a desktop whose bus has gone. Nothing here waits, and
+/// nothing is started for it. Main thread.
 class ScreenLock final : public QObject {
     Q_OBJECT
 

@@ -14,8 +14,7 @@ class PortalSession final : public QObject {
 
 public:
     /// Has one made by the interface's `CreateSession`. Ends with exactly one signal `ended`, which may come without
-    /// `opened`; both in later turns. `portal` has to outlive this, unless it is open and only
-    /// destroyed afterwards.
+    /// `opened`; both in later turns. `portal` has to outlive this, unless it is open and only destroyed afterwards.
     PortalSession(Portal& portal, QString interface);
     PortalSession(const PortalSession&) = delete;
     PortalSession& operator=(const PortalSession&) = delete;

@@ -117,7 +117,7 @@ void VirtualPointerEvents::request(const Events& events) {
     for (const MouseEvent& event : events) {
         zwlr_virtual_pointer_v1_button(pointer_.get(), milliseconds(), buttonCode(event.button),
                                        isPress(event.type) ? WL_POINTER_BUTTON_STATE_PRESSED
-                                                          : WL_POINTER_BUTTON_STATE_RELEASED);
+                                                           : WL_POINTER_BUTTON_STATE_RELEASED);
         zwlr_virtual_pointer_v1_frame(pointer_.get());
     }
     sentSince_ += events.size();
