@@ -43,14 +43,14 @@ protected:
 
     [[nodiscard]] std::string limit() const { return pointer.parts().get().pointer.limit; }
 
-    /// Asks until the condition holds: on a busy machine an answer may be late once. False when it does not in ten
-    /// seconds.
+    /// Asks until the condition holds: on a busy machine an answer may be late once. The question itself waits for its
+    /// answer. False when it does not in ten seconds.
     bool until(const std::function<bool()>& condition) {
         for (const auto end = std::chrono::steady_clock::now() + 10s; !condition();) {
             if (std::chrono::steady_clock::now() > end) {
                 return false;
             }
-            std::this_thread::sleep_for(1ms);
+            std::this_thread::yield();
         }
         return true;
     }
