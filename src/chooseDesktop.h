@@ -1,10 +1,8 @@
 #pragma once
 
-#include "async/EventLoop.h"
 #include "async/Published.h"
 #include "base/Result.h"
 #include "platform/Desktop.h"
-#include "platform/HotkeyConsent.h"
 
 #include <functional>
 #include <memory>
@@ -46,11 +44,8 @@ struct Backends {
     std::shared_ptr<Published<bool>> lacksPointer = std::make_shared<Published<bool>>(false);
 };
 
-/// The real ones. `onServerLost` is called in a turn of the loop when the window system is gone; `sessionBus` is where
-/// the session bus is, in the form of its own environment variable, or empty; `consent` asks the user for what needs
-/// it, and without one that is left out. `loop` and `consent` must outlive the parts that they make.
-Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus = {},
-                      platform::HotkeyConsent* consent = nullptr);
+/// Why there are no clicks where the compositor has no pointer for programs: the end of a sentence.
+inline constexpr auto noPointer = "the compositor gives programs no pointer.";
 
 /// Asks the backends that fit the session, the best one first, and takes each part from the first that has it. Which
 /// session this is counts before what answers in it: on Wayland an X server may well answer, but it only reaches

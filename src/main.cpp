@@ -38,6 +38,8 @@
 #include "platform/windowmanager/windowManagerMenu.h"
 #include "presets/view/ConfigFiles.h"
 #include "presets/view/PresetsModel.h"
+#include "realBackends.h"
+#include "suddenEnd.h"
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
 #include "ui/theme/DesktopAppearance.h"
@@ -46,8 +48,6 @@
 #include "ui/window/DesktopLimits.h"
 #include "ui/window/DesktopWindowButtons.h"
 #include "ui/window/WindowManagerMenu.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -66,43 +66,6 @@ Q_IMPORT_QML_PLUGIN(VelloranPlugin)
 namespace {
 
 using namespace velloran;
-
-/// The preferences of the run, while there is one.
-platform::qt::QtPreferences* openPreferences = nullptr;
-
-/// The program cannot outlive the window system. But for changes on their way to the disk nothing is left to be tidied
-/// that the system does not tidy by itself, and the toolkit's own way out would run destructors that wait for a server
-/// that is gone.
-[[noreturn]] void endWithoutServer() {
-    if (openPreferences != nullptr) {
-        openPreferences->finish(platform::qt::QtPreferences::longestWaitAtEnd);
-    }
-    constexpr char line[] = "Velloran: the connection to the display was lost.\n";
-    [[maybe_unused]] const auto written = write(STDERR_FILENO, line, sizeof line - 1);
-    _exit(EXIT_FAILURE);
-}
-
-[[noreturn]] void endWithoutDisplay() {
-    std::fputs("Velloran: there is no display to open a window on.\n", stderr);
-    // Whatever the toolkit has made so far cannot be destroyed from here.
-    std::fflush(stderr);
-    _exit(EXIT_FAILURE);
-}
-
-/// The toolkit notices a lost server by itself, says so in words of its own and leaves. One that is not there at the
-/// start is to it an installation that is broken, and a reason to crash.
-void handleToolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (message.contains(QLatin1String("connection broke"))) {
-        endWithoutServer();
-    }
-    if (type == QtFatalMsg && message.contains(QLatin1String("no Qt platform plugin could be initialized"))) {
-        endWithoutDisplay();
-    }
-    std::fprintf(stderr, "%s\n", qUtf8Printable(qFormatLogMessage(type, context, message)));
-    if (type == QtFatalMsg) {
-        std::abort();
-    }
-}
 
 /// Whether the toolkit has a window system to talk to.
 bool hasDisplay() {
@@ -141,16 +104,6 @@ struct SharedHotkeys {
     SharedHotkeys& operator=(const SharedHotkeys&) = delete;
 
     ~SharedHotkeys() { HotkeyManager::endShared(); }
-};
-
-/// Has the changes stored also when the program has to end at once.
-struct OpenPreferences {
-    explicit OpenPreferences(platform::qt::QtPreferences& preferences) { openPreferences = &preferences; }
-
-    OpenPreferences(const OpenPreferences&) = delete;
-    OpenPreferences& operator=(const OpenPreferences&) = delete;
-
-    ~OpenPreferences() { openPreferences = nullptr; }
 };
 
 /// The compositor that has the window; nothing on other window systems.

@@ -6,6 +6,7 @@
 #include "platform/KeyCharacters.h"
 #include "platform/PointerEvents.h"
 #include "platform/wayland/Sway.h"
+#include "realBackends.h"
 
 #include <gtest/gtest.h>
 
