@@ -28,6 +28,19 @@ protected:
         ASSERT_TRUE(until([this] { return !fake->buttons.isEmpty(); }));
     }
 
+    /// Has the session whose path is `first` locked away under a click, and the next one granted, before that is
+    /// answered.
+    void openAnotherInTheMiddleOfAClick(QString& first) {
+        ASSERT_NO_FATAL_FAILURE(open("word"));
+        ASSERT_NO_FATAL_FAILURE(beginClick());
+        first = sessionPath;
+        remote->setLocked(true);
+        fake->request = {};
+        remote->setLocked(false);
+        ASSERT_NO_FATAL_FAILURE(answerUpToStart());
+        ASSERT_NO_FATAL_FAILURE(grant("word"));
+    }
+
     /// And has it answered, after the session should have ended.
     void expectReleaseBeforeTheEnd() {
         settle();
@@ -60,14 +73,8 @@ TEST_F(RemoteDesktopLossTest, EndOfTheProgramInTheMiddleOfAClickWaitsForTheRelea
 }
 
 TEST_F(RemoteDesktopLossTest, SessionThatIsNotYetClosedLeavesTheNextAlone) {
-    ASSERT_NO_FATAL_FAILURE(open("word"));
-    ASSERT_NO_FATAL_FAILURE(beginClick());
-    const QString first = sessionPath;
-    remote->setLocked(true);
-    fake->request = {};
-    remote->setLocked(false);
-    ASSERT_NO_FATAL_FAILURE(answerUpToStart());
-    ASSERT_NO_FATAL_FAILURE(grant("word"));
+    QString first;
+    ASSERT_NO_FATAL_FAILURE(openAnotherInTheMiddleOfAClick(first));
     fake->letButtonsGo();
     EXPECT_TRUE(until([&] { return fake->closed.contains(first); }));
     EXPECT_EQ(fake->buttons, pressAndRelease);
@@ -76,14 +83,8 @@ TEST_F(RemoteDesktopLossTest, SessionThatIsNotYetClosedLeavesTheNextAlone) {
 }
 
 TEST_F(RemoteDesktopLossTest, SessionThatThePortalClosesMeanwhileLeavesTheNextAlone) {
-    ASSERT_NO_FATAL_FAILURE(open("word"));
-    ASSERT_NO_FATAL_FAILURE(beginClick());
-    const QString first = sessionPath;
-    remote->setLocked(true);
-    fake->request = {};
-    remote->setLocked(false);
-    ASSERT_NO_FATAL_FAILURE(answerUpToStart());
-    ASSERT_NO_FATAL_FAILURE(grant("word"));
+    QString first;
+    ASSERT_NO_FATAL_FAILURE(openAnotherInTheMiddleOfAClick(first));
     fake->closeSession(first);
     settle();
     EXPECT_TRUE(remote->isTrusted());
