@@ -1,14 +1,14 @@
 #include "platform/sway/SwayHotKeys.h"
 
-#include "base/strictJson.h"
 #include "keys/KeyCodes.h"
 #include "platform/sway/combination.h"
+#include "platform/sway/isTaken.h"
+#include "platform/sway/reply.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <string_view>
 #include <utility>
 
 namespace velloran::platform::sway {
@@ -20,37 +20,13 @@ constexpr std::uint64_t retryInterval = nanosecondsPerSecond;
 
 constexpr auto whileLost = "sway takes no commands at the moment, and the hotkey is one of its bindings.";
 
-std::optional<json::Value> parsed(const Message& message) {
-    auto value = json::parse(message.payload);
-    return value ? std::optional(std::move(value).value()) : std::nullopt;
-}
-
-/// The text at the end of a path of members; empty where there is none.
-std::string textAt(const json::Value& value, std::string_view member, std::string_view inner = {}) {
-    const auto found = value.is_object() ? value.find(member) : value.end();
-    if (!value.is_object() || found == value.end()) {
-        return {};
-    }
-    return inner.empty() ? json::asText(*found).value_or("") : textAt(*found, inner);
-}
-
-/// Whether every command of a line was done.
-bool isSuccess(const Message& message) {
-    const auto results = parsed(message);
-    return results && results->is_array() && !results->empty() &&
-           std::all_of(results->begin(), results->end(), [](const json::Value& result) {
-               return result.is_object() && result.contains("success") && json::asBoolean(result["success"]) == true;
-           });
-}
-
 } // namespace
 
 SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout)
     : loop_(loop), socket_(socket), layout_(std::move(layout)), configuration_(loop) {
     connect();
     // A connection that cannot be had now is tried again only where somebody is known to listen.
-    const bool isBusy = errno == EAGAIN;
-    isFound_ = isConnected() || isBusy;
+    isFound_ = isConnected() || errno == EAGAIN;
     if (isFound_ && !isConnected()) {
         retry();
     }
@@ -168,51 +144,32 @@ void SwayHotKeys::check(const std::shared_ptr<Registration>& registration) {
         const auto checked = observed.lock();
         return checked && checked->checks == number ? checked : nullptr;
     };
-    const auto decided = [this, stillWanted](const std::vector<UserBinding>& bindings) {
-        if (const auto checked = stillWanted()) {
-            decide(checked, bindings);
-        }
-    };
     const auto path = std::make_shared<std::string>();
     ask(MessageType::getVersion, {}, [path](const Message& message) {
         const auto version = parsed(message);
         *path = version ? textAt(*version, "loaded_config_file_name") : "";
     });
-    ask(MessageType::getConfig, {}, [this, stillWanted, decided, path](const Message& message) {
+    ask(MessageType::getConfig, {}, [this, stillWanted, path](const Message& message) {
         if (stillWanted()) {
             const auto loaded = parsed(message);
-            configuration_.read({*path, loaded ? textAt(*loaded, "config") : ""}, decided);
+            const std::string config = loaded ? textAt(*loaded, "config") : "";
+            configuration_.read({*path, config}, [this, stillWanted](const std::vector<UserBinding>& bindings) {
+                if (const auto checked = stillWanted()) {
+                    decide(checked, bindings);
+                }
+            });
         }
     });
 }
 
 void SwayHotKeys::decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings) {
-    if (isTaken(*registration, bindings)) {
+    if (isTaken(registration->evdevCode, registration->modifiers, bindings, layout_ ? layout_() : nullptr)) {
         // By a reload since, which has dropped ours.
         registration->isBound = false;
         refuse(registration, hotKeyExistsError);
     } else {
         bind(registration);
     }
-}
-
-bool SwayHotKeys::isTaken(const Registration& registration, const std::vector<UserBinding>& bindings) const {
-    const auto byDefault = keys::KeyboardLayout::fromNames({});
-    const keys::KeyboardLayout* layout = layout_ ? layout_() : nullptr;
-    if (layout == nullptr && byDefault) {
-        layout = &byDefault.value();
-    }
-    const auto symbols = layout != nullptr ? layout->symbolsOfPress(registration.evdevCode, registration.modifiers)
-                                           : std::vector<keys::PressedSymbol>();
-    const std::string code = std::to_string(registration.evdevCode + keyCodeOffset);
-    return std::any_of(bindings.begin(), bindings.end(), [&](const UserBinding& binding) {
-        if (binding.isByCode) {
-            return binding.key == code && binding.modifiers == registration.modifiers;
-        }
-        const auto symbol = keys::symbolNamed(binding.key);
-        return symbol && std::find(symbols.begin(), symbols.end(), keys::PressedSymbol{*symbol, binding.modifiers}) !=
-                             symbols.end();
-    });
 }
 
 void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
@@ -291,16 +248,11 @@ void SwayHotKeys::onAnswer(const Message& message) {
 }
 
 void SwayHotKeys::onEvent(const Message& message) {
-    if (message.type != MessageType::bindingEvent && message.type != MessageType::workspaceEvent) {
-        return;
-    }
-    const auto event = parsed(message);
-    if (!event) {
-        return;
-    }
-    if (message.type == MessageType::bindingEvent) {
+    const bool isOfInterest = message.type == MessageType::bindingEvent || message.type == MessageType::workspaceEvent;
+    const auto event = isOfInterest ? parsed(message) : std::nullopt;
+    if (event && message.type == MessageType::bindingEvent) {
         onBinding(textAt(*event, "binding", "command"));
-    } else if (textAt(*event, "change") == "reload") {
+    } else if (event && textAt(*event, "change") == "reload") {
         onReload();
     }
 }

@@ -75,7 +75,6 @@ private:
 
     void check(const std::shared_ptr<Registration>& registration);
     void decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings);
-    [[nodiscard]] bool isTaken(const Registration& registration, const std::vector<UserBinding>& bindings) const;
     void bind(const std::shared_ptr<Registration>& registration);
     void unbind(Registration& registration);
     void removeBinding(const std::string& combination);
