@@ -30,6 +30,7 @@ using Groups = QMap<QString, QVariantMap>;
 
 const auto requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 const auto sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
+const auto remoteDesktopInterface = QStringLiteral("org.freedesktop.portal.RemoteDesktop");
 const auto settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 
 /// What the program called its last request and session, and the last shortcut that it wanted.
@@ -37,6 +38,9 @@ struct Asked {
     QString request;
     QString session;
     QString shortcut;
+    /// The last session that is one for clicks, and whether the last request asks for the user's permission in it.
+    QString remoteSession;
+    bool isForPermission = false;
 
     void note(const QDBusMessage& question) {
         const QVariantList arguments = question.arguments();
@@ -44,8 +48,15 @@ struct Asked {
             return;
         }
         const auto options = qdbus_cast<QVariantMap>(arguments.last());
-        request = options.value("handle_token", request).toString();
-        session = options.value("session_handle_token", session).toString();
+        const bool isRemote = question.interface() == remoteDesktopInterface;
+        if (options.contains("handle_token")) {
+            request = options.value("handle_token").toString();
+            isForPermission = isRemote && question.member() == QLatin1String("Start");
+        }
+        if (options.contains("session_handle_token")) {
+            session = options.value("session_handle_token").toString();
+            remoteSession = isRemote ? session : remoteSession;
+        }
         if (question.member() == QLatin1String("BindShortcuts")) {
             shortcut = shortcutsIn(arguments.value(1)).value(0).identifier;
         }
@@ -145,6 +156,7 @@ private:
             tellOfShortcut(values);
             break;
         case 6:
+            isGranted_ = isGranted_ && world_.asked.session != world_.asked.remoteSession;
             world_.bench.signal(world_.sessionPath(), sessionInterface, "Closed", {});
             break;
         case 7:
@@ -156,9 +168,12 @@ private:
                         "a file is chosen or none");
             });
             break;
-        default:
-            remote_.setLocked(values.byte() % 2 == 0);
+        default: {
+            const bool isLocked = values.byte() % 2 == 0;
+            isGranted_ = isGranted_ && !isLocked;
+            remote_.setLocked(isLocked);
             break;
+        }
         }
     }
 
@@ -166,7 +181,7 @@ private:
     void respond(BusValues& values) {
         const std::uint8_t manner = values.byte();
         const std::uint32_t response = manner % 4;
-        isGranted_ = isGranted_ || response == 0;
+        isGranted_ = isGranted_ || (response == 0 && world_.asked.isForPermission);
         QVariantMap results = values.map(3);
         if (manner % 8 < 4) {
             results.insert("devices", 2U);

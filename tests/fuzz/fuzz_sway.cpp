@@ -4,6 +4,7 @@
 #include "fuzz/require.h"
 #include "platform/sway/UserBindings.h"
 #include "platform/sway/messages.h"
+#include "platform/sway/reply.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -37,12 +38,31 @@ Read readInPieces(std::string_view bytes, std::size_t piece) {
     return read;
 }
 
+/// What the program takes out of a reply or an event.
+void checkReply(const Message& message) {
+    const auto value = parsed(message);
+    require(value || !isSuccess(message), "what cannot be read was no success");
+    if (!value) {
+        return;
+    }
+    for (const char* const member : {"loaded_config_file_name", "config", "change"}) {
+        const std::string text = textAt(*value, member);
+        require(text.empty() || (value->is_object() && value->contains(member)), "a text is that of its member");
+        require(message.payload.size() >= text.size(), "a text is no longer than what it was in");
+    }
+    require(message.payload.size() >= textAt(*value, "binding", "command").size(), "so is one within another");
+    require(!isSuccess(message) || value->is_array(), "success is told for each command");
+}
+
 void checkMessages(std::string_view bytes, std::size_t piece) {
     const Read read = readInPieces(bytes, bytes.size() + 1);
     require(readInPieces(bytes, piece) == read, "how the bytes are cut changes nothing");
     std::string written;
     for (const Message& message : read.messages) {
         written += encode(message);
+    }
+    for (const Message& message : read.messages) {
+        checkReply(message);
     }
     require(bytes.starts_with(written), "a message is written as it was read");
     require(readInPieces(written, piece).messages == read.messages, "what is written is read");
@@ -69,6 +89,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!bytes.empty()) {
         checkMessages(bytes.substr(1), std::size_t{1} + data[0] % 32);
     }
+    // The bytes as one whole reply too: seldom are they a message with the right length in front.
+    checkReply({MessageType::getVersion, std::string(bytes)});
     checkConfiguration(std::string(bytes));
     return 0;
 }

@@ -82,13 +82,32 @@ public:
             break;
         case 's':
             store_->start();
+            requireRunsOnlyWhatIsValid();
             break;
         case 't':
             store_->toggleStartStop();
+            requireRunsOnlyWhatIsValid();
             break;
         default:
             break;
         }
+    }
+
+    /// Right behind a start: what runs, a user could have set.
+    void requireRunsOnlyWhatIsValid() const {
+        if (!isActive(store_->runtime().get().status)) {
+            return;
+        }
+        // What is no number counts as within its bounds.
+        const auto isWithin = [](auto value, auto least, auto most) { return !(value < least) && !(value > most); };
+        require(isWithin(config().clickIntervalSeconds, AutoClickerConfig::intervalMin, AutoClickerConfig::intervalMax),
+                "what runs has an interval");
+        require(isWithin(config().startDelaySeconds, AutoClickerConfig::delayMin, AutoClickerConfig::delayMax),
+                "what runs has a delay");
+        require(
+            config().stopMode == StopMode::manual ||
+                isWithin(config().maxClicks.value_or(0), AutoClickerConfig::clicksMin, AutoClickerConfig::clicksMax),
+            "what runs has a count");
     }
 
     void requireTexts() const {
