@@ -25,9 +25,9 @@ class Driver:
         self._known = {}
         self.tried = 0
         self.done = 0
+        self._looks = [self.read_about, self.open_the_preset_hotkeys, self.open_the_menu, self.change_the_size, self.change_the_layout]
         self._deeds = [self.step, self.step, self.toggle_a_condition, self.choose_a_button, self.apply_a_built_in,
-                       self.toggle_an_option, self.read_about, self.open_the_preset_hotkeys, self.open_the_menu, self.change_the_size,
-                       self.change_the_layout]
+                       self.toggle_an_option, *self._looks]
         if type_text:
             self._deeds += [self.keep_a_preset, self.type_a_number]
 
@@ -37,6 +37,10 @@ class Driver:
 
     def do_something(self):
         self._do(self._chance.choice(self._deeds))
+
+    def look_around(self):
+        """Something that leaves the settings as they are."""
+        self._do(self._chance.choice(self._looks))
 
     def _do(self, deed):
         self.tried += 1
