@@ -55,6 +55,7 @@ class Soak:
         self._stop_button = self._program.find("push button", "Stop")
         self._footprint = None
         self._begin = 0.0
+        self._stopped = 0.0
         self._rates = []
         self._said = self._program.log
 
@@ -181,13 +182,13 @@ class Soak:
         return self._attempt("stops", self._run_long)
 
     def _stop_often(self):
-        """A few with each preset that has no end, and counted runs among them."""
-        preset = "Endless"
+        """A few with each preset that has no end, and counted runs among them. The first ones are silent: see the footprint."""
+        presets = ("Endless", "Heard", "Still")
         for number in range(max(STOPS_OF_A_PRESET, round(self._seconds / STOP_EVERY))):
             if number % COUNTED_AMONG_STOPS == 0 and not self._count(self._chance.choice(("Short", "Long"))):
                 return False
             if number % STOPS_OF_A_PRESET == 0:
-                preset = self._chance.choice(("Endless", "Heard", "Still"))
+                preset = presets[number // STOPS_OF_A_PRESET % len(presets)]
                 self._driver.apply(preset)
             # The settings stay as they are until the last run with them.
             is_last = (number + 1) % STOPS_OF_A_PRESET == 0
