@@ -3,20 +3,20 @@
 import collections
 import os
 import threading
+import time
 
 from gi.repository import GLib
 
 from harness.program import Program
 from harness.waiting import until
 
-from .profile import APPLIED, Expectations, Profile
+from .profile import APPLIED, SAVE_DELAY, SETTLED, Expectations, Profile
 
 SAVE = "Save current as preset…"
 REMINDER = "Support Velloran"
 LOST = "Velloran: the connection to the display was lost."
 PLACE_OF_CLICKS = (1450, 150)
 MOST_PRESETS = 5
-SAVE_DELAY = 0.25  # seconds from a change to its save
 WRITING = 0.03  # what a save takes, at most
 LONGEST_START = 1.0
 LONGEST_RUN = 1.5
@@ -34,6 +34,7 @@ class Life:
         self._chance = chance
         self._strike = strike
         self._is_struck = threading.Event()
+        self._blow = None
         self._is_armed = False
         self._expected = Expectations(profile)
         self._observer.move(*PLACE_OF_CLICKS)
@@ -45,7 +46,7 @@ class Life:
 
     def live(self, can_be_struck_at_once=True):
         """Until the blow has fallen, and the program has ended."""
-        moments = ("run", "save", "save")
+        moments = ("run", "save", "save", "rest")
         self.moment = moment = self._chance.choice(("start", *moments) if can_be_struck_at_once else moments)
         try:
             if moment == "start":
@@ -57,6 +58,8 @@ class Life:
                 self._arm(self._chance.uniform(0.0, LONGEST_RUN))
             for deed in deeds:
                 deed(deed is struck)
+            if moment == "rest":
+                self._arm(SETTLED + self._chance.uniform(0.0, WRITING))
         except Exception:
             # Whatever it was, it is the blow's doing, or a fault.
             if not self._is_struck.is_set():
@@ -65,9 +68,9 @@ class Life:
         assert self._is_struck.wait(10.0)
         self.program.wait_for_end()
 
-    def check_settings(self):
-        """Whether everything is there that was said, or only what was there before, or some of it."""
-        return self._expected.check()
+    def check_settings(self, is_sudden):
+        """What is there of what was said. `is_sudden` when the program could not see its end coming."""
+        return self._expected.check(self._blow, is_sudden)
 
     def check_buttons(self):
         """No button is down, and each press has its release."""
@@ -81,6 +84,7 @@ class Life:
         self._is_armed = True
 
         def fall():
+            self._blow = time.monotonic()
             self._is_struck.set()
             self._strike(self)
         threading.Timer(seconds, fall).start()
@@ -125,21 +129,21 @@ class Life:
     def _put_off(self, is_struck):
         button = self._find("push button", "Maybe later")
         self._expected.put_off()
-        self._arm_within(is_struck, 0.0)
-        button.do()
+        self._do(button, is_struck, 0.0)
         self._await(lambda: not self.program.shows("dialog", REMINDER), "the reminder stays")
 
     def _step(self, is_struck):
         direction, change = self._chance.choice((("Increase", 10), ("Decrease", -10)))
         button = self._find("push button", f"{direction} Stop after")
         self._expected.configure(maxClicks=self._expected.config["maxClicks"] + change)
-        self._arm_within(is_struck, SAVE_DELAY)
-        button.do()
+        self._do(button, is_struck, SAVE_DELAY)
 
-    def _arm_within(self, is_struck, seconds):
-        """Has the blow fall around the moment at which something is written."""
+    def _do(self, item, is_struck, seconds):
+        """Says what is expected. Has the blow fall around the moment at which it is written, so many seconds later."""
         if is_struck:
             self._arm(max(0.0, seconds + self._chance.uniform(-WRITING / 3, WRITING)))
+        item.do()
+        self._expected.hear()
 
     def _open_presets(self):
         self._find("push button", "Menu").do()
@@ -155,8 +159,7 @@ class Life:
         name = self._chance.choice(list(APPLIED))
         item = self._find("menu item", name)
         self._expected.configure(**APPLIED[name])
-        self._arm_within(is_struck, SAVE_DELAY)
-        item.do()
+        self._do(item, is_struck, SAVE_DELAY)
         self._close_presets()
 
     def _keep(self, is_struck):
@@ -172,8 +175,7 @@ class Life:
         self._await(lambda: field.text == name, "the name is not typed")
         button = self._find("push button", "Save")
         self._expected.keep([*self._expected.presets, name])
-        self._arm_within(is_struck, 0.0)
-        button.do()
+        self._do(button, is_struck, 0.0)
         self._close_presets()
 
     def _delete(self, is_struck):
@@ -188,18 +190,19 @@ class Life:
         names = list(self._expected.presets)
         names.remove(name)
         self._expected.keep(names)
-        self._arm_within(is_struck, 0.0)
-        item.do()
+        self._do(item, is_struck, 0.0)
         self._close_presets()
 
 
 class Lives:
-    """One life after the other on the same profile. `live(profile, chance)` is what is tried, and returns the life."""
+    """One life after the other on the same profile. `live(profile, chance)` is what is tried, and returns the life. `is_sudden` when
+    it ends without a word to the program."""
 
-    def __init__(self, figures, what, live):
+    def __init__(self, figures, what, live, is_sudden=False):
         self._figures = figures
         self._what = what
         self._live = live
+        self._is_sudden = is_sudden
         self._profile = Profile()
         self._found = collections.Counter()
 
@@ -218,4 +221,10 @@ class Lives:
         if chance.random() < 0.3:
             self._profile.remind()
         life = self._live(self._profile, chance)
-        self._found[life.moment, life.check_settings()] += 1
+        self._check(life, self._is_sudden)
+
+    def _check(self, life, is_sudden):
+        found = life.check_settings(is_sudden)
+        self._found[life.moment, found.how] += 1
+        self._figures.count(f"values that had to be saved by then, {self._what}", found.owed, found.kept)
+        assert not found.lost, found.lost
