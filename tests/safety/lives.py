@@ -1,12 +1,14 @@
 """Lives of the program that end in the middle of clicks and changes."""
 
 import collections
-import os
+import re
+import signal
 import threading
 import time
 
 from gi.repository import GLib
 
+from harness.desktop import Desktop
 from harness.program import Program
 from harness.waiting import until
 
@@ -36,6 +38,7 @@ class Life:
         self._is_struck = threading.Event()
         self._blow = None
         self._is_armed = False
+        self._profile = profile
         self._expected = Expectations(profile)
         self._observer.move(*PLACE_OF_CLICKS)
         self._observer.forget()
@@ -44,14 +47,18 @@ class Life:
         profile.forget_log()
         self.program = Program(desktop, folder=profile.folder, environment=environment)
 
-    def live(self, can_be_struck_at_once=True):
-        """Until the blow has fallen, and the program has ended."""
-        moments = ("run", "save", "save", "rest")
-        self.moment = moment = self._chance.choice(("start", *moments) if can_be_struck_at_once else moments)
+    def live(self, moments=("start", "run", "save", "save", "rest")):
+        """Until the blow has fallen, at one of these moments, and the program has ended."""
+        self.moment = moment = self._chance.choice(moments)
+        is_next, self._profile.is_new = not self._profile.is_new, False
         try:
             if moment == "start":
                 self._arm(self._chance.uniform(0.0, LONGEST_START))
+            elif is_next:
+                self._profile.starts += 1
             self._begin()
+            if is_next and moment != "start":
+                self._profile.starts_with_clicks += 1
             deeds = self._plan()
             struck = self._chance.choice(deeds) if moment == "save" else None
             if moment == "run":
@@ -195,8 +202,8 @@ class Life:
 
 
 class Lives:
-    """One life after the other on the same profile. `live(profile, chance)` is what is tried, and returns the life. `is_sudden` when
-    it ends without a word to the program."""
+    """One life after the other on the same profile, and one in peace behind them. `live(profile, chance)` is what is tried, and returns
+    the life. `is_sudden` when it ends without a word to the program."""
 
     def __init__(self, figures, what, live, is_sudden=False):
         self._figures = figures
@@ -207,14 +214,20 @@ class Lives:
         self._found = collections.Counter()
 
     def run(self, count):
+        most_unfinished = -(-count // 100) if self._is_sudden else 0
         for number in range(count):
             if not self._figures.attempt(self._what, number, self._try):
                 # What a fault has left would be one for the next life as well.
-                self._profile.close()
+                self._retire()
                 self._profile = Profile()
+        self._figures.attempt(f"a life in peace behind them, {self._what}", None,
+                              lambda chance: self._try_peace(chance, most_unfinished))
+        self._retire()
         for (moment, found), times in sorted(self._found.items()):
             print(f"{self._what}, in the middle of a {moment}, found {found}: {times}", flush=True)
-        print("left in the folder:", *sorted(os.listdir(os.path.dirname(self._profile.path))), flush=True)
+
+    def _retire(self):
+        self._figures.count(f"next starts that clicked, {self._what}", self._profile.starts, self._profile.starts_with_clicks)
         self._profile.close()
 
     def _try(self, chance):
@@ -222,6 +235,27 @@ class Lives:
             self._profile.remind()
         life = self._live(self._profile, chance)
         self._check(life, self._is_sudden)
+
+    def _try_peace(self, chance, most_unfinished):
+        """A life on what all those before have left: it clicks, saves all that is said, ends when it is told to, and leaves nothing."""
+        desktop = Desktop()
+        try:
+            life = Life(desktop, self._profile, chance, lambda life: life.program.process.send_signal(signal.SIGTERM))
+            try:
+                life.live(("rest",))
+                assert life.program.process.returncode == 0, life.program.process.returncode
+                assert life.program.log == "", life.program.log
+                life.check_buttons()
+                self._check(life, is_sudden=False)
+            finally:
+                life.program.close()
+        finally:
+            desktop.close()
+        left_over = self._profile.left_over()
+        print("left in the folder:", *left_over, flush=True)
+        # A kill may fall between the name that a file gets and its taking the old one's place.
+        unfinished = [name for name in left_over if re.fullmatch(r"velloran\.ini\.[A-Za-z]{6}", name)]
+        assert len(unfinished) <= most_unfinished and len(unfinished) == len(left_over), left_over
 
     def _check(self, life, is_sudden):
         found = life.check_settings(is_sudden)

@@ -43,6 +43,11 @@ class Found:
 class Profile:
     """A folder that each life of the program gets from the one before."""
 
+    # Starts with the time to click, on what a life before had left, and how many of them did.
+    starts = 0
+    starts_with_clicks = 0
+    is_new = True
+
     def __init__(self):
         self.folder = tempfile.mkdtemp(prefix="velloran-profile-")
         self.path = os.path.join(self.folder, "config", "velloran", "velloran.ini")
@@ -60,6 +65,13 @@ class Profile:
         """What the program said in the life before."""
         with contextlib.suppress(FileNotFoundError):
             os.remove(os.path.join(self.folder, "log"))
+
+    def left_over(self):
+        """What is in it that nobody asked for: files beside the settings and their lock, or folders beside theirs."""
+        settings = os.path.dirname(self.path)
+        found = [name for name in os.listdir(settings) if name not in ("velloran.ini", "velloran.ini.lock")]
+        found += [name for name in os.listdir(os.path.dirname(settings)) if name != "velloran"]
+        return found + [name for name in os.listdir(self.folder) if name not in ("config", "log")]
 
     def close(self):
         shutil.rmtree(self.folder, ignore_errors=True)
