@@ -51,6 +51,12 @@ class Trials:
         figure[0] += tried
         figure[1] += survived
 
+    def expect(self, what, least):
+        """Has those count as not survived that are missing; of a trial that is made alone nothing is expected."""
+        if "VELLORAN_ONLY" not in os.environ:
+            tried, _ = self._figures.get(what, (0, 0))
+            self.count(what, max(0, least - tried), 0)
+
     def finish(self):
         for what, (tried, survived) in self._figures.items():
             print(f"tried {tried} survived {survived} {what}", flush=True)
