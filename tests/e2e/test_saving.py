@@ -1,13 +1,12 @@
 """Saving that is held up: by another process that holds the lock of the settings, or by the end of the program."""
 
-import contextlib
-import fcntl
 import os
 import signal
 
 from harness import preferences
 from harness.case import DesktopCase
 from harness.desktop import Desktop
+from harness.settings_lock import held_lock
 from harness.waiting import until
 
 REMINDER = "Support Velloran"
@@ -15,23 +14,6 @@ HOTKEY = preferences.CONTROL_OPTION_S
 # A change waits this long for a lock, in milliseconds.
 LONGEST_WAIT_FOR_LOCK = 500.0
 SCHEDULE = {"donation.firstLaunchAt", "donation.nextReminderAt", "donation.remindersShown"}
-
-
-@contextlib.contextmanager
-def held_lock(program):
-    """Holds the lock of the program's settings, as another program does that was stopped while it wrote."""
-    path = program.preferences_path + ".lock"
-
-    def take():
-        with contextlib.suppress(FileExistsError):
-            return os.open(path, os.O_CREAT | os.O_EXCL | os.O_WRONLY | os.O_CLOEXEC)
-        return None
-
-    lock = until(take, "the program holds the lock")
-    fcntl.flock(lock, fcntl.LOCK_EX)
-    yield
-    os.remove(path)
-    os.close(lock)
 
 
 def start_due(case):
@@ -57,7 +39,7 @@ class Saving(DesktopCase):
         until(lambda: self.observer.report()["presses"] >= 20, "the clicks did not come")
         increase = program.find("push button", "Increase Stop after")
         gaps = []
-        with held_lock(program):
+        with held_lock(program.preferences_path):
             for saving in range(1, 6):
                 self.observer.forget()
                 increase.do()
@@ -73,7 +55,7 @@ class Saving(DesktopCase):
 
     def test_what_was_said_before_the_end_is_saved(self):
         program = start_due(self)
-        with held_lock(program):
+        with held_lock(program.preferences_path):
             put_off(program)
             self.assertEqual(program.end(), 0)
             self.assertEqual(program.stored()["donation.remindersShown"], "5")
@@ -81,7 +63,7 @@ class Saving(DesktopCase):
 
     def test_a_start_right_behind_the_end_finds_it(self):
         program = start_due(self)
-        with held_lock(program):
+        with held_lock(program.preferences_path):
             put_off(program)
             program.process.send_signal(signal.SIGTERM)
             again = self.start(folder=program.folder)
@@ -108,7 +90,7 @@ class SavingWithoutServer(DesktopCase):
 
     def test_what_was_said_before_the_server_went_is_saved(self):
         program = start_due(self)
-        with held_lock(program):
+        with held_lock(program.preferences_path):
             # Has been heard when it returns. Waiting for the picture to follow would take as long as the lock is waited for.
             program.find("push button", "Maybe later").do()
             self.desktop.end_server()
