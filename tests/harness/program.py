@@ -17,9 +17,9 @@ PROGRAM = os.environ["VELLORAN_PROGRAM"]
 
 class Program:
     """Starts at once, and is ready when its window shows. `stored` are the preferences to start with; nothing for a first start.
-    What it says goes to a file, unless another descriptor is given."""
+    What it says goes to a file, unless another descriptor is given. `limits` are what `prlimit` is told: they hold from the beginning."""
 
-    def __init__(self, desktop, stored=None, environment=None, folder=None, stderr=None, arguments=()):
+    def __init__(self, desktop, stored=None, environment=None, folder=None, stderr=None, arguments=(), limits=()):
         self.desktop = desktop
         self.observer = desktop.observer
         self.owns_folder = folder is None
@@ -38,7 +38,8 @@ class Program:
                 self.environment[name] = value
         with open(self.log_path, "ab") as log:
             # The tests may have been started by something that ignores hanging up.
-            command = [*desktop.as_user, "env", "--default-signal=HUP", PROGRAM, *arguments]
+            limiting = ["prlimit", *limits] if limits else []
+            command = [*desktop.as_user, "env", "--default-signal=HUP", *limiting, PROGRAM, *arguments]
             self.process = processes.start(command, self.environment, stdout=log, stderr=stderr or log, cwd=self.folder)
         self._window = None
         self._window_id = None

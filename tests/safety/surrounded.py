@@ -39,12 +39,12 @@ class Surrounded:
         self.desktop.give_to_user(folder)
         return folder
 
-    def start(self, environment=None, folder=None, is_waited_for=True, seconds=30.0, stored=None, **config):
+    def start(self, environment=None, folder=None, is_waited_for=True, seconds=30.0, stored=None, limits=(), **config):
         """Starts the program with that configuration; in a folder of its own, what is stored there counts."""
         fields = {"clickIntervalSeconds": 0.01, "stopMode": "manual", "maxClicks": None, "hotkey": HOTKEY, **config}
         if folder is None:
             stored = {"velloran.config": preferences.as_bytes(preferences.config(**fields)), **(stored or {})}
-        program = Program(self.desktop, stored, environment=environment, folder=folder)
+        program = Program(self.desktop, stored, environment=environment, folder=folder, limits=limits)
         self._stack.callback(program.close)
         if is_waited_for:
             until(lambda: program.has_window() or not program.is_running(), "no window appeared", seconds)
@@ -110,5 +110,7 @@ class Surrounded:
         self._stack.callback(undo, *arguments)
 
 
-def open_descriptors(pid):
-    return [int(name) for name in os.listdir(f"/proc/{pid}/fd")]
+def lowest_free_descriptor(pid):
+    """The one that the next file gets."""
+    taken = {int(name) for name in os.listdir(f"/proc/{pid}/fd")}
+    return min(set(range(len(taken) + 1)) - taken)
