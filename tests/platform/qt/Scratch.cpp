@@ -13,8 +13,11 @@
 
 namespace velloran::tests {
 
-Scratch::Scratch() {
-    std::string name = (std::filesystem::temp_directory_path() / "velloran-test-XXXXXX").string();
+Scratch::Scratch(bool isInMemory) {
+    const char* const memory = "/dev/shm";
+    const std::filesystem::path parent =
+        isInMemory && access(memory, W_OK) == 0 ? memory : std::filesystem::temp_directory_path();
+    std::string name = (parent / "velloran-test-XXXXXX").string();
     folder_ = mkdtemp(name.data());
     chmod(folder_.c_str(), 0777);
 }

@@ -8,7 +8,9 @@ namespace velloran::tests {
 /// A folder of the test's own, gone at its end. Every user may write to it.
 class Scratch {
 public:
-    Scratch();
+    /// `isInMemory` is for what is written thousands of times: where the system has such a folder, no disk is waited
+    /// for.
+    explicit Scratch(bool isInMemory = false);
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
     ~Scratch();
