@@ -19,6 +19,14 @@ std::string_view withoutBlanks(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
+bool isSection(std::string_view line) {
+    return withoutBlanks(line).starts_with('[');
+}
+
+bool isNamedAsOurs(std::string_view entry) {
+    return entry.starts_with("velloran.") || entry.starts_with("donation.");
+}
+
 bool isHeader(std::string_view line) {
     return std::equal(line.begin(), line.end(), header.begin(), header.end(),
                       [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
@@ -49,24 +57,32 @@ IniText::IniText(std::string_view text) {
     bool isInSection = true;
     while (!text.empty()) {
         const std::size_t lineEnd = text.find('\n');
-        Line line{std::string(text.substr(0, lineEnd)), std::nullopt};
+        Line line{std::string(text.substr(0, lineEnd)), std::nullopt, !isInSection};
         text.remove_prefix(lineEnd == std::string_view::npos ? text.size() : lineEnd + 1);
         const std::string_view content = withoutBlanks(line.text);
-        if (content.starts_with('[')) {
+        if (isSection(content)) {
             isInSection = isHeader(content);
             if (isInSection) {
                 end_ = lines_.size() + 1;
             }
-        } else if (isInSection && !content.starts_with(';') && !content.starts_with('#')) {
+        } else if ((isInSection || isNamedAsOurs(content)) && !content.starts_with(';') && !content.starts_with('#')) {
             const std::size_t equals = line.text.find('=');
             if (equals != std::string::npos) {
                 line.equals = equals;
-                if (end_) {
+                if (end_ && isInSection) {
                     end_ = lines_.size() + 1;
                 }
             }
         }
+        line.isElsewhere = line.equals && line.isElsewhere;
         lines_.push_back(std::move(line));
+    }
+    if (end_) {
+        for (Line& line : lines_) {
+            if (line.isElsewhere) {
+                line = {std::move(line.text), std::nullopt, false};
+            }
+        }
     }
 }
 
@@ -82,7 +98,8 @@ std::optional<std::string_view> IniText::value(std::string_view key) const {
 
 void IniText::setValue(std::string_view key, std::string_view value) {
     const std::string written = writtenForm(key);
-    Line entry{written + '=' + std::string(value), written.size()};
+    Line entry{written + '=' + std::string(value), written.size(), false};
+    bringHome();
     const auto last =
         std::find_if(lines_.rbegin(), lines_.rend(), [&](const Line& line) { return isEntry(line, written); });
     if (last != lines_.rend()) {
@@ -91,7 +108,7 @@ void IniText::setValue(std::string_view key, std::string_view value) {
     }
     if (!end_) {
         // In front of everything, where entries without a section belong to it too.
-        lines_.insert(lines_.begin(), Line{std::string(header), std::nullopt});
+        lines_.insert(lines_.begin(), Line{std::string(header), std::nullopt, false});
         end_ = 1;
     }
     lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(*end_), std::move(entry));
@@ -99,6 +116,7 @@ void IniText::setValue(std::string_view key, std::string_view value) {
 }
 
 void IniText::remove(std::string_view key) {
+    bringHome();
     const std::string written = writtenForm(key);
     for (std::size_t at = lines_.size(); at-- > 0;) {
         if (!isEntry(lines_[at], written)) {
@@ -109,6 +127,20 @@ void IniText::remove(std::string_view key) {
             --*end_;
         }
     }
+}
+
+/// They follow those that are in front of any section, so that of several the last one counts as before.
+void IniText::bringHome() {
+    const auto isElsewhere = [](const Line& line) { return line.isElsewhere; };
+    if (std::none_of(lines_.begin(), lines_.end(), isElsewhere)) {
+        return;
+    }
+    const auto firstSection =
+        std::find_if(lines_.begin(), lines_.end(), [](const Line& line) { return isSection(line.text); });
+    const auto behind = std::stable_partition(firstSection, lines_.end(), isElsewhere);
+    std::for_each(firstSection, behind, [](Line& line) { line.isElsewhere = false; });
+    end_ = static_cast<std::size_t>(behind - lines_.begin()) + 1;
+    lines_.insert(lines_.begin(), Line{std::string(header), std::nullopt, false});
 }
 
 std::string IniText::text() const {

@@ -9,7 +9,9 @@
 namespace velloran {
 
 /// The text of an INI file, as lines. Entries are those of the section "General" and those in front of any section.
-/// Every line that is not an entry being changed stays as it is: comments, other sections, and what nobody can read.
+/// Where no section has that name it may have been damaged: then entries called "velloran." or "donation." something
+/// are found in every section, and the next change puts them into one of that name. Every other line that is not an
+/// entry being changed stays as it is: comments, other sections, and what nobody can read.
 class IniText {
 public:
     /// Any bytes will do.
@@ -32,7 +34,11 @@ private:
         std::string text;
         /// Where the equals sign is; only in entries.
         std::optional<std::size_t> equals;
+        /// An entry in another section.
+        bool isElsewhere = false;
     };
+
+    void bringHome();
 
     static bool isEntry(const Line& line, std::string_view writtenKey);
 

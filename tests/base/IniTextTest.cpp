@@ -68,6 +68,36 @@ TEST(IniText, PutsItsSectionInFrontOfOthers) {
     EXPECT_EQ(text.value("key"), "2");
 }
 
+TEST(IniText, FindsItsOwnWhereTheNameOfTheSectionIsDamaged) {
+    const std::string before = "front=1\n[Genesal]\nvelloran.config=2\nother=3\n[Third]\n donation.donated = true\n";
+    IniText text(before);
+    EXPECT_EQ(text.text(), before);
+    EXPECT_EQ(text.value("velloran.config"), "2");
+    EXPECT_EQ(text.value("donation.donated"), "true");
+    EXPECT_EQ(text.value("other"), std::nullopt);
+    text.setValue("new", "4");
+    const std::string after =
+        "[General]\nfront=1\nvelloran.config=2\n donation.donated = true\nnew=4\n[Genesal]\nother=3\n[Third]\n";
+    EXPECT_EQ(text.text(), after);
+    EXPECT_EQ(text.value("velloran.config"), "2");
+    text.remove("velloran.config");
+    text.setValue("next", "5");
+    EXPECT_EQ(IniText(text.text()).value("donation.donated"), "true");
+    EXPECT_EQ(IniText(text.text()).value("next"), "5");
+    EXPECT_EQ(IniText(text.text()).value("velloran.config"), std::nullopt);
+}
+
+TEST(IniText, RemovesItsOwnWhereTheNameOfTheSectionIsDamaged) {
+    IniText text("[Genesal]\nvelloran.config=1\nvelloran.config=2\n");
+    text.remove("velloran.config");
+    EXPECT_EQ(IniText(text.text()).value("velloran.config"), std::nullopt);
+}
+
+TEST(IniText, LeavesWhatIsNamedAsItsOwnToOtherSections) {
+    const IniText text("[Other]\nvelloran.config=1\n[General]\nkey=2\n[Third]\nvelloran.config=3\n");
+    EXPECT_EQ(text.value("velloran.config"), std::nullopt);
+}
+
 TEST(IniText, TakesAnyKey) {
     IniText text("");
     for (const char* const key : {"a=b", "[General]", ";c", "with blank", "line\nbreak", "\xc3\xa9", "50%", ""}) {

@@ -72,12 +72,12 @@ protected:
     }
 
     /// Whether a change of the bytes from `first` to `last` may alter what is read under the key: in its line, the
-    /// breaks at both ends included, or in the line that names the section.
+    /// breaks at both ends included. What is not the program's own is in the section that is named above it, as well.
     [[nodiscard]] bool mayAlter(const std::string& key, std::size_t first, std::size_t last) const {
         const std::size_t begin = text.find('\n' + key + '=');
         const std::size_t end = text.find('\n', begin + 1);
         const std::size_t section = text.find('\n', text.find('['));
-        return (first <= end && last >= begin) || first <= section;
+        return (first <= end && last >= begin) || (key == "others" && first <= section);
     }
 
     /// Reads the damaged text as a start of the program does. Everything has to be there whose line was spared. Then
