@@ -1,10 +1,12 @@
 // Arbitrary bytes as what a compositor sends, cut anywhere, and as the user's configuration of one: the same messages
-// come however the bytes are cut, what is written is read again, and reading comes to an end.
+// come however the bytes are cut, what is written is read again, and reading comes to an end. What an include names
+// is bytes as well.
 
 #include "fuzz/require.h"
 #include "platform/sway/UserBindings.h"
 #include "platform/sway/messages.h"
 #include "platform/sway/reply.h"
+#include "platform/sway/shellWords.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -82,6 +84,35 @@ void checkConfiguration(const std::string& text) {
     }
 }
 
+/// What fits nothing but itself, as a shell reads it.
+std::string withoutBackslashes(const std::string& pattern) {
+    std::string text;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        i += pattern[i] == '\\' ? 1U : 0U;
+        require(i < pattern.size(), "a backslash stands before something");
+        text += pattern[i];
+    }
+    return text;
+}
+
+void checkShellWords(const std::string& line) {
+    const Variables variables{{"HOME", "/home/one"}, {"USER", "one"}, {"A", "a b\\"}, {"B", "*"}, {"E", ""}};
+    const auto words = expandShellWords(line, variables);
+    for (const ShellWord& word : words.value_or(std::vector<ShellWord>())) {
+        require(withoutBackslashes(word.pattern) == word.text, "a word and its pattern are the same");
+        require(word.text.find('\0') == std::string::npos, "a name of a file ends where it ends");
+    }
+    const bool canStand = line.find('\0') == std::string::npos;
+    if (words && canStand) {
+        const auto twice = expandShellWords(line + ' ' + line, variables);
+        require(!twice || twice->size() == 2 * words->size(), "one word after another");
+    }
+    if (canStand && line.find('\'') == std::string::npos) {
+        const auto quoted = expandShellWords('\'' + line + '\'', variables);
+        require(!quoted || *quoted == std::vector{ShellWord{literalPattern(line), line}}, "quoted it is what it is");
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -92,5 +123,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // The bytes as one whole reply too: seldom are they a message with the right length in front.
     checkReply({MessageType::getVersion, std::string(bytes)});
     checkConfiguration(std::string(bytes));
+    checkShellWords(std::string(bytes));
     return 0;
 }

@@ -1,8 +1,10 @@
 #include "platform/sway/UserConfiguration.h"
 
-#include <wordexp.h>
+#include <fnmatch.h>
+#include <glob.h>
+#include <unistd.h>
 
-#include <cctype>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -20,16 +22,28 @@ namespace {
 /// Nobody writes more by hand, and what an include names may be anything.
 constexpr std::uintmax_t largestFile = std::uintmax_t{1} << 20U;
 
-/// A folder's name as the shell has to be told it.
-std::string escaped(const std::string& text) {
-    constexpr std::string_view plain = "/._-+,:@%";
-    std::string result;
-    for (const char character : text) {
-        const bool isPlain =
-            std::isalnum(static_cast<unsigned char>(character)) != 0 || plain.find(character) != std::string_view::npos;
-        result += isPlain ? std::string{character} : std::string{'\\', character};
+/// The files that a word stands for; its own name where there are none.
+std::vector<std::string> namesOf(const ShellWord& word, const std::string& folder) {
+    const std::string before = word.text.starts_with('/') ? std::string() : folder;
+    glob_t found{};
+    std::vector<std::string> names{before + word.text};
+    if (glob((literalPattern(before) + word.pattern).c_str(), 0, nullptr, &found) == 0) {
+        names.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
     }
-    return result;
+    globfree(&found);
+    return names;
+}
+
+Variables ownEnvironment() {
+    Variables variables;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        const std::size_t end = text.find('=');
+        if (end != std::string_view::npos) {
+            variables.emplace(text.substr(0, end), text.substr(end + 1));
+        }
+    }
+    return variables;
 }
 
 std::optional<ConfigurationFile> readFile(const std::string& name) {
@@ -46,27 +60,29 @@ std::optional<ConfigurationFile> readFile(const std::string& name) {
 
 } // namespace
 
-std::vector<ConfigurationFile> findIncludedFiles(const std::string& words, const std::string& folder) {
-    constexpr std::string_view beginningsOfWholePaths = "/~$\"";
-    const bool isWhole = !words.empty() && beginningsOfWholePaths.find(words.front()) != std::string_view::npos;
-    wordexp_t expanded{};
+std::vector<ConfigurationFile> findIncludedFiles(const std::string& words, const std::string& folder,
+                                                 const Variables& environment) {
     std::vector<ConfigurationFile> files;
-    if (wordexp((isWhole ? words : escaped(folder) + words).c_str(), &expanded, WRDE_NOCMD) == 0) {
-        for (std::size_t i = 0; i < expanded.we_wordc; ++i) {
-            if (auto file = readFile(expanded.we_wordv[i])) {
+    for (const ShellWord& word : expandShellWords(words, environment).value_or(std::vector<ShellWord>())) {
+        for (const std::string& name : namesOf(word, folder)) {
+            if (auto file = readFile(name)) {
                 files.push_back(*std::move(file));
             }
         }
     }
-    wordfree(&expanded);
     return files;
 }
+
+struct UserConfiguration::Question {
+    ConfigurationFile main;
+    Variables environment;
+};
 
 struct UserConfiguration::Shared {
     std::mutex mutex;
     /// Null once nobody listens any more.
     EventLoop* loop;
-    std::deque<ConfigurationFile> unread;
+    std::deque<Question> unread;
 };
 
 UserConfiguration::UserConfiguration(EventLoop& loop)
@@ -74,6 +90,8 @@ UserConfiguration::UserConfiguration(EventLoop& loop)
       receivers_(std::make_shared<std::deque<Receiver>>()),
       job_("velloran.sway", [shared = shared_, receivers = std::weak_ptr(receivers_)] { work(*shared, receivers); }) {
     shared_->loop = &loop;
+    // With a class of characters it looks into the environment, once in the life of a program.
+    fnmatch("[a]", "a", 0);
 }
 
 UserConfiguration::~UserConfiguration() {
@@ -86,7 +104,8 @@ void UserConfiguration::read(ConfigurationFile main, Receiver receiver) {
     receivers_->push_back(std::move(receiver));
     {
         const std::lock_guard lock(shared_->mutex);
-        shared_->unread.push_back(std::move(main));
+        // While another thread reads the environment, this one may not change it.
+        shared_->unread.push_back({std::move(main), ownEnvironment()});
     }
     job_.request();
 }
@@ -94,10 +113,12 @@ void UserConfiguration::read(ConfigurationFile main, Receiver receiver) {
 void UserConfiguration::work(Shared& shared, const std::weak_ptr<std::deque<Receiver>>& receivers) {
     std::unique_lock lock(shared.mutex);
     while (!shared.unread.empty()) {
-        const ConfigurationFile main = std::move(shared.unread.front());
+        const Question question = std::move(shared.unread.front());
         shared.unread.pop_front();
         lock.unlock();
-        auto bindings = userBindings(main, findIncludedFiles);
+        auto bindings = userBindings(question.main, [&](const std::string& words, const std::string& folder) {
+            return findIncludedFiles(words, folder, question.environment);
+        });
         lock.lock();
         if (shared.loop == nullptr) {
             return;

@@ -3,6 +3,7 @@
 #include "async/BackgroundJob.h"
 #include "async/EventLoop.h"
 #include "platform/sway/UserBindings.h"
+#include "platform/sway/shellWords.h"
 
 #include <deque>
 #include <functional>
@@ -12,9 +13,10 @@
 
 namespace velloran::platform::sway {
 
-/// The files that an `include` names: its words are expanded as a shell does, except that no command is run, and
-/// beginning at `folder`. Those that cannot be read are left out. Waits for the disk.
-std::vector<ConfigurationFile> findIncludedFiles(const std::string& words, const std::string& folder);
+/// The files that an `include` names: its words are expanded as a shell with that environment does, except that no
+/// command is run, and beginning at `folder`. Those that cannot be read are left out. Waits for the disk.
+std::vector<ConfigurationFile> findIncludedFiles(const std::string& words, const std::string& folder,
+                                                 const Variables& environment);
 
 /// Finds out what the user's files bind, on a thread of its own ("velloran.sway"), since a disk may take any time. Main
 /// thread.
@@ -28,10 +30,12 @@ public:
     /// Waits for nothing. No receiver is called any more.
     ~UserConfiguration();
 
-    /// Reads what `main` includes. `receiver` is called in a later turn of the loop; several are in their order.
+    /// Reads what `main` includes, by the environment at this moment. `receiver` is called in a later turn of the loop;
+    /// several are in their order.
     void read(ConfigurationFile main, Receiver receiver);
 
 private:
+    struct Question;
     struct Shared;
 
     static void work(Shared& shared, const std::weak_ptr<std::deque<Receiver>>& receivers);
