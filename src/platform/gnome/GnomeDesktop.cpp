@@ -7,7 +7,7 @@
 namespace velloran::platform::gnome {
 
 GnomeDesktop::GnomeDesktop(EventLoop& loop, const bus::BusPlace& session, HotkeyConsent& consent,
-                           GnomeHotKeys::CurrentLayout layout)
+                           keys::CurrentLayout layout)
     : session_(session, bus::SessionBus::Start::inBackground),
       hotKeys_(loop, session_, QString::fromUtf8(session.address), consent, std::move(layout)),
       hotKeysPart_(hotKeys_.part().stream().subscribe([this](const DesktopPart<HotKeys>& offered) {

@@ -13,8 +13,7 @@ namespace velloran::platform::gnome {
 class GnomeDesktop {
 public:
     /// `session` names the bus. `loop`, `consent`, and what tells the `layout`, have to outlive this.
-    GnomeDesktop(EventLoop& loop, const bus::BusPlace& session, HotkeyConsent& consent,
-                 GnomeHotKeys::CurrentLayout layout);
+    GnomeDesktop(EventLoop& loop, const bus::BusPlace& session, HotkeyConsent& consent, keys::CurrentLayout layout);
     GnomeDesktop(const GnomeDesktop&) = delete;
     GnomeDesktop& operator=(const GnomeDesktop&) = delete;
 

@@ -41,7 +41,7 @@ DesktopPart<HotKeys> awaited() {
 } // namespace
 
 GnomeHotKeys::GnomeHotKeys(EventLoop& loop, bus::SessionBus& bus, const QString& address, HotkeyConsent& consent,
-                           CurrentLayout layout)
+                           keys::CurrentLayout layout)
     : loop_(loop),
       bus_(bus),
       consent_(consent),
@@ -113,18 +113,15 @@ Subscription GnomeHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t m
         answered({registration_ ? hotKeyExistsError : hotKeyInvalidError, {}});
         return {};
     }
-    const auto registration = std::make_shared<Registration>(loop_, [this, id] {
+    const auto registration = std::make_shared<Registration>(loop_, id, std::move(answered), [this, id] {
         const HotKeyEvent event{id};
         handlers_.notify(&event);
     });
-    registration->id = id;
-    registration->answered = std::move(answered);
     registration->wanted = {modifiers, symbol};
     registration_ = registration;
     advance();
-    return Subscription([this, observed = std::weak_ptr(registration)] {
-        const auto ending = observed.lock();
-        if (ending && ending == registration_) {
+    return registeredUntil(registration, [this](const RegistrationRef& ending) {
+        if (ending == registration_) {
             registration_.reset();
             advance();
         }
@@ -136,11 +133,7 @@ std::string GnomeHotKeys::symbolOf(std::uint32_t keyCode) const {
     if (!evdevCode) {
         return {};
     }
-    if (const keys::KeyboardLayout* const layout = layout_ ? layout_() : nullptr) {
-        return layout->symbolName(*evdevCode);
-    }
-    const auto byDefault = keys::KeyboardLayout::fromNames({});
-    return byDefault ? byDefault.value().symbolName(*evdevCode) : std::string();
+    return keys::fromLayout(layout_, [&](const keys::KeyboardLayout& layout) { return layout.symbolName(*evdevCode); });
 }
 
 /// Takes the next step towards what is wanted now. Whatever comes to an end calls it again.
@@ -257,7 +250,7 @@ void GnomeHotKeys::remove() {
 
 /// Its user may change it in the desktop's settings like any other shortcut.
 void GnomeHotKeys::tell(const RegistrationRef& registration, const ShortcutEntry::Found& found) {
-    if (!found.isReadable && registration->answer) {
+    if (!found.isReadable && registration->claim.isAnswered()) {
         // The settings could not be asked. What is bound stays so.
         return;
     }
@@ -272,19 +265,12 @@ void GnomeHotKeys::tell(const RegistrationRef& registration, const ShortcutEntry
     } else if (const auto bound = Accelerator::read(found.binding); bound != registration->wanted) {
         now.otherTrigger = bound ? bound->words() : found.binding;
     }
-    answer(registration, now);
+    registration->claim.answer(now);
 }
 
 void GnomeHotKeys::refuse(const RegistrationRef& registration, const HotKeyAnswer& answer) {
     registration_.reset();
-    this->answer(registration, answer);
-}
-
-void GnomeHotKeys::answer(const RegistrationRef& registration, const HotKeyAnswer& answer) {
-    if (registration->answer != answer) {
-        registration->answer = answer;
-        registration->answered(answer);
-    }
+    registration->claim.answer(answer);
 }
 
 void GnomeHotKeys::pressed() {

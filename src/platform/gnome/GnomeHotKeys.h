@@ -7,8 +7,9 @@
 #include "async/EventLoop.h"
 #include "async/Observers.h"
 #include "async/Published.h"
-#include "keys/KeyboardLayout.h"
+#include "keys/CurrentLayout.h"
 #include "platform/Desktop.h"
+#include "platform/HotKeyClaim.h"
 #include "platform/HotKeys.h"
 #include "platform/HotkeyConsent.h"
 #include "platform/bus/BusService.h"
@@ -19,7 +20,8 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
+#include <string>
+#include <utility>
 
 namespace velloran::platform::gnome {
 
@@ -31,13 +33,10 @@ class GnomeHotKeys final : public QObject, public HotKeys {
     Q_OBJECT
 
 public:
-    /// The layout of the user's keyboard, as far as it is known; null where it is not.
-    using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
-
     /// `address` is where the bus is. Without a `layout` it is the system's default. All that is given has to outlive
     /// this.
     GnomeHotKeys(EventLoop& loop, bus::SessionBus& bus, const QString& address, HotkeyConsent& consent,
-                 CurrentLayout layout);
+                 keys::CurrentLayout layout);
     GnomeHotKeys(const GnomeHotKeys&) = delete;
     GnomeHotKeys& operator=(const GnomeHotKeys&) = delete;
     /// Takes the entry away. Waits for that, a second at most for each command that it takes.
@@ -60,17 +59,15 @@ private:
         /// How far it has come.
         enum class Stage { isNew, isFree, isAsking, isAgreed, isBound };
 
-        explicit Registration(EventLoop& loop, std::function<void()> pressed) : filter(loop, std::move(pressed)) {}
+        Registration(EventLoop& loop, HotKeyId id, AnswerReceiver answered, std::function<void()> pressed)
+            : claim(id, std::move(answered)), filter(loop, std::move(pressed)) {}
 
-        HotKeyId id;
-        AnswerReceiver answered;
+        HotKeyClaim claim;
         Accelerator wanted;
         Stage stage = Stage::isNew;
         /// Whether the entry is to be looked at again.
         bool isStale = false;
         Subscription question;
-        /// The last one.
-        std::optional<HotKeyAnswer> answer;
         RepetitionFilter filter;
     };
 
@@ -89,14 +86,13 @@ private:
     void remove();
     void tell(const RegistrationRef& registration, const ShortcutEntry::Found& found);
     void refuse(const RegistrationRef& registration, const HotKeyAnswer& answer);
-    static void answer(const RegistrationRef& registration, const HotKeyAnswer& answer);
     void pressed();
     [[nodiscard]] std::string symbolOf(std::uint32_t keyCode) const;
 
     EventLoop& loop_;
     bus::SessionBus& bus_;
     HotkeyConsent& consent_;
-    const CurrentLayout layout_;
+    const keys::CurrentLayout layout_;
     bus::BusService service_;
     Published<DesktopPart<HotKeys>> part_;
     ScheduledCall patience_;

@@ -4,7 +4,7 @@
 
 namespace velloran::platform::plasma {
 
-PlasmaDesktop::PlasmaDesktop(EventLoop& loop, const bus::BusPlace& session, PlasmaHotKeys::CurrentLayout layout)
+PlasmaDesktop::PlasmaDesktop(EventLoop& loop, const bus::BusPlace& session, keys::CurrentLayout layout)
     : session_(session, bus::SessionBus::Start::inBackground),
       hotKeys_(loop, session_, std::move(layout)),
       pointer_(loop, session_),

@@ -13,7 +13,7 @@ namespace velloran::platform::plasma {
 class PlasmaDesktop {
 public:
     /// `session` names the bus. `loop`, and what tells the `layout`, have to outlive this.
-    PlasmaDesktop(EventLoop& loop, const bus::BusPlace& session, PlasmaHotKeys::CurrentLayout layout);
+    PlasmaDesktop(EventLoop& loop, const bus::BusPlace& session, keys::CurrentLayout layout);
     PlasmaDesktop(const PlasmaDesktop&) = delete;
     PlasmaDesktop& operator=(const PlasmaDesktop&) = delete;
 

@@ -58,7 +58,7 @@ std::string holderIn(const QVariant& value) {
 
 } // namespace
 
-PlasmaHotKeys::PlasmaHotKeys(EventLoop& loop, bus::SessionBus& bus, CurrentLayout layout)
+PlasmaHotKeys::PlasmaHotKeys(EventLoop& loop, bus::SessionBus& bus, keys::CurrentLayout layout)
     : loop_(loop),
       layout_(std::move(layout)),
       service_(bus, QStringLiteral("org.kde.kglobalaccel")),
@@ -101,13 +101,11 @@ void PlasmaHotKeys::offer() {
 void PlasmaHotKeys::lose() {
     const auto all = registrations_;
     for (const RegistrationRef& registration : all) {
-        ++registration->attempts;
+        registration->claim.dropQuestion();
         registration->isKnown = false;
         registration->isBound = false;
         registration->key.forget();
-        if (registration->answer) {
-            answer(*registration, {hotKeyInvalidError, {}});
-        }
+        registration->claim.lose();
     }
 }
 
@@ -127,9 +125,7 @@ Subscription PlasmaHotKeys::installHandler(Handler handler) {
 Subscription PlasmaHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyId id,
                                            AnswerReceiver answered) {
     const QString name = id.id == 1 ? QStringLiteral("toggle") : QStringLiteral("toggle-%1").arg(id.id);
-    const auto registration = std::make_shared<Registration>(loop_);
-    registration->id = id;
-    registration->answered = std::move(answered);
+    const auto registration = std::make_shared<Registration>(loop_, id, std::move(answered));
     registration->keyCode = keyCode;
     registration->modifiers = modifiers;
     registration->name = name;
@@ -137,32 +133,23 @@ Subscription PlasmaHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t 
         return other->name == name || (other->keyCode == keyCode && other->modifiers == modifiers);
     });
     if (isOwn || sequencesOf(*registration).isEmpty()) {
-        registration->answered({isOwn ? hotKeyExistsError : hotKeyInvalidError, {}});
+        registration->claim.answer({isOwn ? hotKeyExistsError : hotKeyInvalidError, {}});
         return {};
     }
     registrations_.push_back(registration);
     bind(registration);
-    return Subscription([this, observed = std::weak_ptr(registration)] {
-        if (const auto ending = observed.lock()) {
-            end(ending);
-        }
-    });
+    return registeredUntil(registration, [this](const RegistrationRef& ending) { end(ending); });
 }
 
 KeySequenceList PlasmaHotKeys::sequencesOf(const Registration& registration) const {
-    const auto of = [&](const keys::KeyboardLayout& layout) {
+    return keys::fromLayout(layout_, [&](const keys::KeyboardLayout& layout) {
         return keySequencesOf(registration.keyCode, registration.modifiers, layout, group_.current());
-    };
-    if (const keys::KeyboardLayout* const layout = layout_ ? layout_() : nullptr) {
-        return of(*layout);
-    }
-    const auto byDefault = keys::KeyboardLayout::fromNames({});
-    return byDefault ? of(byDefault.value()) : KeySequenceList();
+    });
 }
 
 /// Plasma would bind over others without a word, so it is asked first.
 void PlasmaHotKeys::bind(const RegistrationRef& registration) {
-    ++registration->attempts;
+    registration->claim.dropQuestion();
     registration->wanted = sequencesOf(*registration);
     if (!service_.isThere()) {
         return;
@@ -225,36 +212,28 @@ void PlasmaHotKeys::take(const RegistrationRef& registration, const KeySequenceL
         return;
     }
     registration->isBound = true;
-    answer(*registration, {});
+    registration->claim.answer({});
 }
 
 /// One that was granted once may be had again in another layout, or from the next that has the service.
 void PlasmaHotKeys::refuse(const RegistrationRef& registration, const HotKeyAnswer& answer) {
-    ++registration->attempts;
+    registration->claim.dropQuestion();
     release(*registration);
-    if (!registration->answer) {
+    if (!registration->claim.isAnswered()) {
         std::erase(registrations_, registration);
     }
-    this->answer(*registration, answer);
+    registration->claim.answer(answer);
 }
 
 void PlasmaHotKeys::ask(const RegistrationRef& registration, const QString& method, const QVariantList& arguments,
                         Answered answered) {
-    service_.call({shortcutsPath, shortcutsInterface, method, arguments}, this,
-                  [observed = std::weak_ptr(registration), attempt = registration->attempts,
-                   answered = std::move(answered)](const QDBusMessage& answer) {
-                      const auto asked = observed.lock();
-                      if (asked && asked->attempts == attempt) {
-                          answered(asked, answer);
-                      }
-                  });
-}
-
-void PlasmaHotKeys::answer(Registration& registration, const HotKeyAnswer& answer) {
-    if (registration.answer != answer) {
-        registration.answer = answer;
-        registration.answered(answer);
-    }
+    service_.call(
+        {shortcutsPath, shortcutsInterface, method, arguments}, this,
+        [question = HotKeyQuestion(registration), answered = std::move(answered)](const QDBusMessage& answer) {
+            if (const auto asked = question.stillAsked()) {
+                answered(asked, answer);
+            }
+        });
 }
 
 void PlasmaHotKeys::release(Registration& registration) {
@@ -267,7 +246,7 @@ void PlasmaHotKeys::release(Registration& registration) {
 }
 
 void PlasmaHotKeys::end(const RegistrationRef& registration) {
-    ++registration->attempts;
+    registration->claim.dropQuestion();
     if (std::erase(registrations_, registration) > 0) {
         release(*registration);
     }
@@ -285,7 +264,7 @@ void PlasmaHotKeys::pressed(const QDBusMessage& message) {
     const auto registration = named(values.value(0).toString(), values.value(1).toString());
     // A held key is told of again and again.
     if (service_.isFrom(message) && registration && registration->key.press()) {
-        const HotKeyEvent event{registration->id};
+        const HotKeyEvent event = registration->claim.press();
         handlers_.notify(&event);
     }
 }
@@ -311,7 +290,7 @@ void PlasmaHotKeys::changed(const QDBusMessage& message) {
     if (!bound.isEmpty() && bound != registration->wanted) {
         chosen.otherTrigger = QKeySequence(bound.first().key).toString().toStdString();
     }
-    answer(*registration, chosen);
+    registration->claim.answer(chosen);
 }
 
 } // namespace velloran::platform::plasma

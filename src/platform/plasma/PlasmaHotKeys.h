@@ -6,9 +6,10 @@
 #include "async/EventLoop.h"
 #include "async/Observers.h"
 #include "async/Published.h"
-#include "keys/KeyboardLayout.h"
+#include "keys/CurrentLayout.h"
 #include "platform/Desktop.h"
 #include "platform/HeldKey.h"
+#include "platform/HotKeyClaim.h"
 #include "platform/HotKeys.h"
 #include "platform/bus/BusService.h"
 #include "platform/plasma/KeySequence.h"
@@ -17,7 +18,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <utility>
 #include <vector>
 
 namespace velloran::platform::plasma {
@@ -29,11 +30,8 @@ class PlasmaHotKeys final : public QObject, public HotKeys {
     Q_OBJECT
 
 public:
-    /// The layout of the user's keyboard, as far as it is known; null where it is not.
-    using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
-
     /// Without a `layout` it is the system's default. All that is given has to outlive this.
-    PlasmaHotKeys(EventLoop& loop, bus::SessionBus& bus, CurrentLayout layout);
+    PlasmaHotKeys(EventLoop& loop, bus::SessionBus& bus, keys::CurrentLayout layout);
     PlasmaHotKeys(const PlasmaHotKeys&) = delete;
     PlasmaHotKeys& operator=(const PlasmaHotKeys&) = delete;
     /// Gives back what is bound.
@@ -58,23 +56,19 @@ private slots:
 
 private:
     struct Registration {
-        explicit Registration(EventLoop& loop) : key(loop) {}
+        Registration(EventLoop& loop, HotKeyId id, AnswerReceiver answered)
+            : claim(id, std::move(answered)), key(loop) {}
 
-        HotKeyId id;
-        AnswerReceiver answered;
+        HotKeyClaim claim;
         std::uint32_t keyCode = 0;
         std::uint32_t modifiers = 0;
         /// How Plasma calls it.
         QString name;
         /// What was asked for last.
         KeySequenceList wanted;
-        /// Counts how often it was asked for; an answer to an earlier question is none.
-        std::uint64_t attempts = 0;
         /// Whether Plasma has heard of it.
         bool isKnown = false;
         bool isBound = false;
-        /// The last one.
-        std::optional<HotKeyAnswer> answer;
         HeldKey key;
     };
 
@@ -92,13 +86,12 @@ private:
     void refuse(const RegistrationRef& registration, const HotKeyAnswer& answer);
     void ask(const RegistrationRef& registration, const QString& method, const QVariantList& arguments,
              Answered answered);
-    void answer(Registration& registration, const HotKeyAnswer& answer);
     void release(Registration& registration);
     void end(const RegistrationRef& registration);
     [[nodiscard]] RegistrationRef named(const QString& component, const QString& name) const;
 
     EventLoop& loop_;
-    const CurrentLayout layout_;
+    const keys::CurrentLayout layout_;
     bus::BusService service_;
     KeyboardGroup group_;
     Published<DesktopPart<HotKeys>> part_;

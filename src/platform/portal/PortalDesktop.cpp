@@ -19,7 +19,7 @@ bus::BusPlace withEntry(const bus::BusPlace& session, const QString& application
 } // namespace
 
 PortalDesktop::PortalDesktop(EventLoop& loop, const bus::BusPlace& session, const QString& applicationName,
-                             const QString& program, PortalHotKeys::CurrentLayout layout)
+                             const QString& program, keys::CurrentLayout layout)
     : session_(withEntry(session, applicationName, program), bus::SessionBus::Start::inBackground),
       portal_(session_, applicationName),
       token_(RestoreToken::defaultPath()),

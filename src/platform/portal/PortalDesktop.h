@@ -18,7 +18,7 @@ public:
     /// `session` names the bus. Where the system knows no program of that name, it is given this one, by its path.
     /// `loop`, and what tells the `layout`, have to outlive this.
     PortalDesktop(EventLoop& loop, const bus::BusPlace& session, const QString& applicationName, const QString& program,
-                  PortalHotKeys::CurrentLayout layout);
+                  keys::CurrentLayout layout);
     PortalDesktop(const PortalDesktop&) = delete;
     PortalDesktop& operator=(const PortalDesktop&) = delete;
 

@@ -31,7 +31,7 @@ bool stopAwaiting(DesktopPart<HotKeys>& part) {
 
 } // namespace
 
-PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, CurrentLayout layout)
+PortalHotKeys::PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, keys::CurrentLayout layout)
     : loop_(loop),
       portal_(portal),
       backEnds_(std::move(backEnds)),
@@ -76,7 +76,7 @@ void PortalHotKeys::withdraw(const std::string& limit) {
     part_.set({nullptr, limit, limit});
     const auto left = registrations_;
     for (const RegistrationRef& registration : left) {
-        if (registration->answer) {
+        if (registration->claim.isAnswered()) {
             lose(registration);
         }
     }
@@ -101,25 +101,16 @@ Subscription PortalHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t 
         answered({hotKeyExistsError, {}});
         return {};
     }
-    const auto registration = std::make_shared<Registration>();
-    registration->id = id;
-    registration->answered = std::move(answered);
+    const auto registration = std::make_shared<Registration>(id, std::move(answered));
     registration->wish = {identifier, QStringLiteral("Start or stop clicking"), trigger};
     registrations_.push_back(registration);
     bind(registration);
-    return Subscription([this, observed = std::weak_ptr(registration)] {
-        if (const auto ending = observed.lock()) {
-            end(ending);
-        }
-    });
+    return registeredUntil(registration, [this](const RegistrationRef& ending) { end(ending); });
 }
 
 QString PortalHotKeys::triggerFor(std::uint32_t keyCode, std::uint32_t modifiers) const {
-    if (const keys::KeyboardLayout* const layout = layout_ ? layout_() : nullptr) {
-        return triggerOf(keyCode, modifiers, *layout);
-    }
-    const auto byDefault = keys::KeyboardLayout::fromNames({});
-    return byDefault ? triggerOf(keyCode, modifiers, byDefault.value()) : QString();
+    return keys::fromLayout(layout_,
+                            [&](const keys::KeyboardLayout& layout) { return triggerOf(keyCode, modifiers, layout); });
 }
 
 void PortalHotKeys::bind(const RegistrationRef& registration) {
@@ -138,7 +129,7 @@ void PortalHotKeys::bind(const RegistrationRef& registration) {
     });
     connect(shortcut, &PortalShortcut::unbound, this, [this, observed] {
         if (const auto asked = observed.lock()) {
-            answer(*asked, {hotKeyInvalidError, {}});
+            asked->claim.answer({hotKeyInvalidError, {}});
         }
     });
     connect(shortcut, &PortalShortcut::refused, this, [this, observed] {
@@ -159,7 +150,7 @@ void PortalHotKeys::bind(const RegistrationRef& registration) {
     });
     connect(shortcut, &PortalShortcut::pressed, this, [this, observed] {
         if (const auto asked = observed.lock()) {
-            const HotKeyEvent event{asked->id};
+            const HotKeyEvent event = asked->claim.press();
             handlers_.notify(&event);
         }
     });
@@ -167,9 +158,7 @@ void PortalHotKeys::bind(const RegistrationRef& registration) {
 
 void PortalHotKeys::bindAgain(const RegistrationRef& registration) {
     registration->shortcut.reset();
-    if (registration->answer) {
-        answer(*registration, {hotKeyInvalidError, {}});
-    }
+    registration->claim.lose();
     bindWhatIsMissing();
 }
 
@@ -189,20 +178,13 @@ void PortalHotKeys::take(const RegistrationRef& registration, const QString& wor
     if (!saysTrigger(words, registration->wish.trigger)) {
         taken.otherTrigger = words.toStdString();
     }
-    answer(*registration, taken);
+    registration->claim.answer(taken);
 }
 
 void PortalHotKeys::lose(const RegistrationRef& registration) {
     registration->shortcut.reset();
-    registration->isRefused = registration->isRefused || !registration->answer;
-    answer(*registration, {hotKeyInvalidError, {}});
-}
-
-void PortalHotKeys::answer(Registration& registration, const HotKeyAnswer& answer) {
-    if (registration.answer != answer) {
-        registration.answer = answer;
-        registration.answered(answer);
-    }
+    registration->isRefused = registration->isRefused || !registration->claim.isAnswered();
+    registration->claim.answer({hotKeyInvalidError, {}});
 }
 
 void PortalHotKeys::end(const RegistrationRef& registration) {

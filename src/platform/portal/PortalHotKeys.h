@@ -7,16 +7,17 @@
 #include "async/EventLoop.h"
 #include "async/Observers.h"
 #include "async/Published.h"
-#include "keys/KeyboardLayout.h"
+#include "keys/CurrentLayout.h"
 #include "platform/Desktop.h"
+#include "platform/HotKeyClaim.h"
 #include "platform/HotKeys.h"
 #include "platform/portal/Portal.h"
 #include "platform/portal/PortalShortcut.h"
 
-#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace velloran::platform::portal {
@@ -29,13 +30,10 @@ class PortalHotKeys final : public QObject, public HotKeys {
     Q_OBJECT
 
 public:
-    /// The layout of the user's keyboard, as far as it is known; null where it is not.
-    using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
-
     /// `portal` is one with a connection of its own, which has been given the program's name. `backEnds` are the bus
     /// names of those that may stand behind it: no portal tells when theirs has gone. Without a `layout` it is the
     /// system's default. All that is given has to outlive this.
-    PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, CurrentLayout layout);
+    PortalHotKeys(EventLoop& loop, Portal& portal, QStringList backEnds, keys::CurrentLayout layout);
     PortalHotKeys(const PortalHotKeys&) = delete;
     PortalHotKeys& operator=(const PortalHotKeys&) = delete;
     ~PortalHotKeys() override;
@@ -53,13 +51,12 @@ private slots:
 
 private:
     struct Registration {
-        HotKeyId id;
-        AnswerReceiver answered;
+        Registration(HotKeyId id, AnswerReceiver answered) : claim(id, std::move(answered)) {}
+
+        HotKeyClaim claim;
         PortalShortcut::Wish wish;
         /// None while the desktop has it not, and is not being asked.
         std::unique_ptr<PortalShortcut> shortcut;
-        /// The last one.
-        std::optional<HotKeyAnswer> answer;
         bool isRefused = false;
     };
 
@@ -74,14 +71,13 @@ private:
     void bindWhatIsMissing();
     void take(const RegistrationRef& registration, const QString& words);
     void lose(const RegistrationRef& registration);
-    void answer(Registration& registration, const HotKeyAnswer& answer);
     void end(const RegistrationRef& registration);
     [[nodiscard]] QString triggerFor(std::uint32_t keyCode, std::uint32_t modifiers) const;
 
     EventLoop& loop_;
     Portal& portal_;
     const QStringList backEnds_;
-    const CurrentLayout layout_;
+    const keys::CurrentLayout layout_;
     Published<DesktopPart<HotKeys>> part_;
     ScheduledCall patience_;
     bool isOffered_ = false;

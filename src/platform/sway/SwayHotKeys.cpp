@@ -22,7 +22,7 @@ constexpr auto whileLost = "sway takes no commands at the moment, and the hotkey
 
 } // namespace
 
-SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout)
+SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket, keys::CurrentLayout layout)
     : loop_(loop), socket_(socket), layout_(std::move(layout)), configuration_(loop) {
     connect();
     // A connection that cannot be had now is tried again only where somebody is known to listen.
@@ -81,7 +81,7 @@ void SwayHotKeys::disconnect() {
     waiting_.clear();
     for (const auto& registration : registrations_) {
         // An answer that is still read from the disk decides nothing any more.
-        ++registration->checks;
+        registration->claim.dropQuestion();
         registration->key.forget();
         registration->isLeftBehind = registration->isLeftBehind || registration->isBound;
         registration->isBound = false;
@@ -112,18 +112,16 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
         answered({hotKeyInvalidError, {}});
         return {};
     }
-    const auto registration = std::make_shared<Registration>(loop_);
+    const auto registration = std::make_shared<Registration>(loop_, id, std::move(answered));
     registration->combination = combinationText(modifiers, *evdevCode);
     registration->evdevCode = *evdevCode;
     registration->modifiers = keymapModifiers(modifiers);
     const bool isOwn = std::any_of(registrations_.begin(), registrations_.end(),
                                    [&](const auto& other) { return other->combination == registration->combination; });
     if (isOwn) {
-        answered({hotKeyExistsError, {}});
+        registration->claim.answer({hotKeyExistsError, {}});
         return {};
     }
-    registration->id = id;
-    registration->answered = std::move(answered);
     // By the process: what an earlier one has bound is there until the next reload if that was killed.
     const std::string name = "nop velloran " + std::to_string(getpid()) + ' ' + std::to_string(++lastNumber_);
     registration->pressed = name + " pressed";
@@ -132,29 +130,22 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     if (isConnected()) {
         check(registration);
     }
-    return Subscription([this, observed = std::weak_ptr(registration)] {
-        if (const auto ending = observed.lock()) {
-            end(ending);
-        }
-    });
+    return registeredUntil(registration, [this](const auto& ending) { end(ending); });
 }
 
 void SwayHotKeys::check(const std::shared_ptr<Registration>& registration) {
-    const auto stillWanted = [observed = std::weak_ptr(registration), number = ++registration->checks] {
-        const auto checked = observed.lock();
-        return checked && checked->checks == number ? checked : nullptr;
-    };
+    const HotKeyQuestion question(registration);
     const auto path = std::make_shared<std::string>();
     ask(MessageType::getVersion, {}, [path](const Message& message) {
         const auto version = parsed(message);
         *path = version ? textAt(*version, "loaded_config_file_name") : "";
     });
-    ask(MessageType::getConfig, {}, [this, stillWanted, path](const Message& message) {
-        if (stillWanted()) {
+    ask(MessageType::getConfig, {}, [this, question, path](const Message& message) {
+        if (question.stillAsked()) {
             const auto loaded = parsed(message);
             const std::string config = loaded ? textAt(*loaded, "config") : "";
-            configuration_.read({*path, config}, [this, stillWanted](const std::vector<UserBinding>& bindings) {
-                if (const auto checked = stillWanted()) {
+            configuration_.read({*path, config}, [this, question](const std::vector<UserBinding>& bindings) {
+                if (const auto checked = question.stillAsked()) {
                     decide(checked, bindings);
                 }
             });
@@ -180,7 +171,7 @@ void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
         [this, observed = std::weak_ptr(registration)](const Message& message) {
             const auto bound = observed.lock();
             if (bound && isSuccess(message)) {
-                answer(*bound, noErr);
+                bound->claim.answer({noErr, {}});
             } else if (bound) {
                 refuse(bound, hotKeyInvalidError);
             }
@@ -204,10 +195,10 @@ void SwayHotKeys::removeBinding(const std::string& combination) {
 
 void SwayHotKeys::refuse(const std::shared_ptr<Registration>& registration, Status status) {
     // One that was granted once may be given back by the next reload.
-    if (!registration->isAnswered) {
+    if (!registration->claim.isAnswered()) {
         end(registration);
     }
-    answer(*registration, status);
+    registration->claim.answer({status, {}});
 }
 
 void SwayHotKeys::ask(MessageType type, const std::string& words, Answered answered) {
@@ -219,15 +210,6 @@ void SwayHotKeys::ask(MessageType type, const std::string& words, Answered answe
 
 void SwayHotKeys::run(const std::string& command, Answered answered) {
     ask(MessageType::runCommand, "mode \"default\" " + command, std::move(answered));
-}
-
-void SwayHotKeys::answer(Registration& registration, Status status, const std::string& reason) {
-    const bool isNews = !registration.isAnswered || registration.status != status;
-    registration.isAnswered = true;
-    registration.status = status;
-    if (isNews) {
-        registration.answered({.status = status, .otherTrigger = {}, .reason = reason});
-    }
 }
 
 void SwayHotKeys::end(const std::shared_ptr<Registration>& registration) {
@@ -270,7 +252,7 @@ void SwayHotKeys::onBinding(const std::string& command) {
         return;
     }
     if (registration->key.press()) {
-        const HotKeyEvent event{registration->id};
+        const HotKeyEvent event = registration->claim.press();
         handlers_.notify(&event);
     }
 }
@@ -289,9 +271,7 @@ void SwayHotKeys::onLost() {
     retry();
     const auto lost = registrations_;
     for (const auto& registration : lost) {
-        if (registration->isAnswered) {
-            answer(*registration, hotKeyInvalidError, whileLost);
-        }
+        registration->claim.lose({.status = hotKeyInvalidError, .otherTrigger = {}, .reason = whileLost});
     }
 }
 

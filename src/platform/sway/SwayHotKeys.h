@@ -2,8 +2,9 @@
 
 #include "async/EventLoop.h"
 #include "async/Observers.h"
-#include "keys/KeyboardLayout.h"
+#include "keys/CurrentLayout.h"
 #include "platform/HeldKey.h"
+#include "platform/HotKeyClaim.h"
 #include "platform/HotKeys.h"
 #include "platform/sway/SwayConnection.h"
 #include "platform/sway/UserConfiguration.h"
@@ -13,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velloran::platform::sway {
@@ -28,13 +30,10 @@ namespace velloran::platform::sway {
 /// Where a connection breaks while sway lives, hot keys are taken back, and bound again once there is a new one.
 class SwayHotKeys final : public HotKeys {
 public:
-    /// The layout of the user's keyboard, as far as it is known; null where it is not.
-    using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
-
     /// `socket` is where sway takes commands. Where nobody does, every registration is refused; where it has no time
     /// just then, they wait until it has. By `layout` it is known
     /// which keys the user has bound; without one it is the system's default.
-    SwayHotKeys(EventLoop& loop, const std::string& socket, CurrentLayout layout);
+    SwayHotKeys(EventLoop& loop, const std::string& socket, keys::CurrentLayout layout);
     /// Has the bindings removed, and waits for that a quarter of a second at most.
     ~SwayHotKeys() override;
 
@@ -50,10 +49,10 @@ public:
 
 private:
     struct Registration {
-        explicit Registration(EventLoop& loop) : key(loop) {}
+        Registration(EventLoop& loop, HotKeyId id, AnswerReceiver answered)
+            : claim(id, std::move(answered)), key(loop) {}
 
-        HotKeyId id;
-        AnswerReceiver answered;
+        HotKeyClaim claim;
         /// As sway writes it.
         std::string combination;
         /// What its press and its release tell.
@@ -61,13 +60,9 @@ private:
         std::string released;
         std::uint32_t evdevCode = 0;
         std::uint32_t modifiers = 0;
-        /// Counts how often the user's files were asked; an answer to an earlier question is none.
-        std::uint64_t checks = 0;
         bool isBound = false;
         /// Was bound when the connection was lost.
         bool isLeftBehind = false;
-        bool isAnswered = false;
-        Status status = noErr;
         HeldKey key;
     };
 
@@ -81,7 +76,6 @@ private:
     void refuse(const std::shared_ptr<Registration>& registration, Status status);
     void ask(MessageType type, const std::string& words, Answered answered);
     void run(const std::string& command, Answered answered);
-    void answer(Registration& registration, Status status, const std::string& reason = {});
     void end(const std::shared_ptr<Registration>& registration);
 
     void onAnswer(const Message& message);
@@ -95,7 +89,7 @@ private:
 
     EventLoop& loop_;
     const std::string socket_;
-    const CurrentLayout layout_;
+    const keys::CurrentLayout layout_;
     UserConfiguration configuration_;
     Observers<const HotKeyEvent*> handlers_;
     std::vector<std::shared_ptr<Registration>> registrations_;

@@ -91,7 +91,7 @@ UserConfiguration::UserConfiguration(EventLoop& loop)
       job_("velloran.sway", [shared = shared_, receivers = std::weak_ptr(receivers_)] { work(*shared, receivers); }) {
     shared_->loop = &loop;
     // With a class of characters it looks into the environment, once in the life of a program.
-    fnmatch("[a]", "a", 0);
+    static_cast<void>(fnmatch("[a]", "a", 0));
 }
 
 UserConfiguration::~UserConfiguration() {

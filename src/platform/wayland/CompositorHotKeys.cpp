@@ -1,9 +1,10 @@
 #include "platform/wayland/CompositorHotKeys.h"
 
 #include "keys/KeyCodes.h"
+#include "platform/HeldKey.h"
+#include "platform/HotKeyClaim.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace velloran::platform::wayland {
@@ -25,33 +26,32 @@ public:
                  AnswerReceiver receiver)
         : keyCode(code),
           modifiers(withModifiers),
+          claim(identifier, std::move(receiver)),
           hotKeys_(hotKeys),
-          id_(identifier),
-          answered_(std::move(receiver)),
           key_(hotKeys.loop_) {}
 
-    void bound() override { answer(noErr); }
+    void bound() override { claim.answer({noErr, {}}); }
 
     void denied(Status status) override {
         const auto self = shared_from_this();
         hotKeys_.release(*this);
         // One that was granted once may be had again in another layout.
-        if (!isAnswered()) {
+        if (!claim.isAnswered()) {
             hotKeys_.end(self);
         }
-        answer(status);
+        claim.answer({status, {}});
     }
 
     void revoked(Status status) override {
         const auto self = shared_from_this();
         isRevoked = true;
         hotKeys_.release(*this);
-        answer(status);
+        claim.answer({status, {}});
     }
 
     void pressed() override {
         if (key_.press()) {
-            const HotKeyEvent event{id_};
+            const HotKeyEvent event = claim.press();
             hotKeys_.handlers_.notify(&event);
         }
     }
@@ -61,41 +61,20 @@ public:
     /// Nothing more is told of the key for now.
     void forget() { key_.forget(); }
 
-    /// The compositor, or what it offers, has gone.
-    void lose() {
-        if (isAnswered()) {
-            answer(hotKeyInvalidError);
-        }
-    }
-
-    [[nodiscard]] bool isAnswered() const { return status_.has_value(); }
-
     const std::uint32_t keyCode;
     const std::uint32_t modifiers;
+    HotKeyClaim claim;
     /// What was asked for last.
     HotKeyProtocol::Combination asked;
     std::unique_ptr<HotKeyObject> object;
     bool isRevoked = false;
 
 private:
-    void answer(Status status) {
-        if (status_ != status) {
-            status_ = status;
-            // Whoever is told may end this.
-            const AnswerReceiver receiver = answered_;
-            receiver({status, {}});
-        }
-    }
-
     CompositorHotKeys& hotKeys_;
-    const HotKeyId id_;
-    const AnswerReceiver answered_;
     HeldKey key_;
-    /// What was answered last.
-    std::optional<Status> status_;
 };
 
-CompositorHotKeys::CompositorHotKeys(EventLoop& loop, std::string compositor, CurrentLayout layout)
+CompositorHotKeys::CompositorHotKeys(EventLoop& loop, std::string compositor, keys::CurrentLayout layout)
     : loop_(loop),
       compositor_(std::move(compositor)),
       layout_(std::move(layout)),
@@ -178,7 +157,7 @@ void CompositorHotKeys::lose() {
     tell();
     const auto left = registrations_;
     for (const RegistrationRef& registration : left) {
-        registration->lose();
+        registration->claim.lose();
     }
 }
 
@@ -206,7 +185,7 @@ void CompositorHotKeys::remove(std::uint32_t name) {
     connection_->send([this] { protocol_.reset(); });
     const auto left = registrations_;
     for (const RegistrationRef& registration : left) {
-        registration->lose();
+        registration->claim.lose();
     }
     bindBest();
 }
@@ -268,11 +247,7 @@ Subscription CompositorHotKeys::registerHotKey(std::uint32_t keyCode, std::uint3
     const auto registration = std::make_shared<Registration>(*this, keyCode, modifiers, id, std::move(answered));
     registrations_.push_back(registration);
     bind(*registration);
-    return Subscription([this, observed = std::weak_ptr(registration)] {
-        if (const auto ending = observed.lock()) {
-            end(ending);
-        }
-    });
+    return registeredUntil(registration, [this](const RegistrationRef& ending) { end(ending); });
 }
 
 /// What the key gives by itself; 0 where that is nothing.
@@ -281,15 +256,10 @@ std::uint32_t CompositorHotKeys::symbolOf(std::uint32_t keyCode) const {
     if (!evdevCode) {
         return 0;
     }
-    const auto of = [&](const keys::KeyboardLayout& layout) {
+    return keys::fromLayout(layout_, [&](const keys::KeyboardLayout& layout) {
         const auto symbols = layout.symbolsOfPress(*evdevCode, 0);
         return symbols.empty() ? 0 : symbols.front().symbol;
-    };
-    if (const keys::KeyboardLayout* const layout = layout_ ? layout_() : nullptr) {
-        return of(*layout);
-    }
-    const auto byDefault = keys::KeyboardLayout::fromNames({});
-    return byDefault ? of(byDefault.value()) : 0;
+    });
 }
 
 void CompositorHotKeys::bind(Registration& registration) {

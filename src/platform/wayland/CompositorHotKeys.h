@@ -3,9 +3,8 @@
 #include "async/EventLoop.h"
 #include "async/Observers.h"
 #include "async/Published.h"
-#include "keys/KeyboardLayout.h"
+#include "keys/CurrentLayout.h"
 #include "platform/Desktop.h"
-#include "platform/HeldKey.h"
 #include "platform/HotKeys.h"
 #include "platform/wayland/HotKeyProtocol.h"
 #include "platform/wayland/WaylandConnection.h"
@@ -13,7 +12,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,12 +26,9 @@ namespace velloran::platform::wayland {
 /// times is left alone, as it may not like what it is asked. Main thread.
 class CompositorHotKeys final : public HotKeys {
 public:
-    /// The layout of the user's keyboard, as far as it is known; null where it is not.
-    using CurrentLayout = std::function<const keys::KeyboardLayout*()>;
-
     /// Connects to the compositor of that name, as `WaylandConnection::open`, without waiting for it. Without a
     /// `layout` it is the system's default.
-    CompositorHotKeys(EventLoop& loop, std::string compositor, CurrentLayout layout);
+    CompositorHotKeys(EventLoop& loop, std::string compositor, keys::CurrentLayout layout);
     CompositorHotKeys(const CompositorHotKeys&) = delete;
     CompositorHotKeys& operator=(const CompositorHotKeys&) = delete;
     ~CompositorHotKeys() override;
@@ -75,7 +70,7 @@ private:
 
     EventLoop& loop_;
     const std::string compositor_;
-    const CurrentLayout layout_;
+    const keys::CurrentLayout layout_;
     Published<Desktop> parts_;
     Observers<const HotKeyEvent*> handlers_;
     std::unique_ptr<WaylandConnection> connection_;

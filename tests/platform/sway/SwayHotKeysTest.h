@@ -82,7 +82,7 @@ protected:
     }
 
     std::unique_ptr<Sway> ownSway;
-    SwayHotKeys::CurrentLayout layout;
+    keys::CurrentLayout layout;
     std::unique_ptr<Witness> witness;
     std::unique_ptr<SwayHotKeys> hotKeys;
     Subscription handler;
