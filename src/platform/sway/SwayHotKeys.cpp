@@ -33,25 +33,25 @@ SwayHotKeys::SwayHotKeys(EventLoop& loop, const std::string& socket, keys::Curre
 }
 
 SwayHotKeys::~SwayHotKeys() {
-    if (!isConnected()) {
-        // What is bound still would swallow its key for good.
+    for (const auto& registration : registrations_) {
+        giveUp(registration);
+    }
+    if (!isConnected() && !leftBehind_.empty()) {
+        // What is bound still would swallow its key for good. There is no time left to look whose it is.
         disconnect();
-        const auto stillBound = [](const auto& registration) { return registration->isLeftBehind; };
-        if (!leftBehind_.empty() || std::any_of(registrations_.begin(), registrations_.end(), stillBound)) {
-            connect();
+        open();
+        for (const auto& registration : leftBehind_) {
+            unbind(registration);
         }
     }
     events_.reset();
-    for (const auto& registration : registrations_) {
-        unbind(*registration);
-    }
     if (commands_) {
         commands_->finish();
     }
 }
 
 /// Both connections or none; then `errno` says why.
-void SwayHotKeys::connect() {
+bool SwayHotKeys::open() {
     events_ = SwayConnection::open(
         loop_, socket_, [this](const Message& message) { onEvent(message); }, [this] { onLost(); });
     commands_ = events_
@@ -62,13 +62,18 @@ void SwayHotKeys::connect() {
         const int trouble = errno;
         events_.reset();
         errno = trouble;
+    }
+    return commands_ != nullptr;
+}
+
+void SwayHotKeys::connect() {
+    if (!open()) {
         return;
     }
     events_->send({MessageType::subscribe, R"(["binding", "workspace"])"});
-    for (const std::string& combination : std::exchange(leftBehind_, {})) {
-        removeBinding(combination);
-    }
-    const auto all = registrations_;
+    // What was given up first: somebody may have asked for the same again.
+    auto all = leftBehind_;
+    all.insert(all.end(), registrations_.begin(), registrations_.end());
     for (const auto& registration : all) {
         registration->isBound = std::exchange(registration->isLeftBehind, false);
         check(registration);
@@ -133,7 +138,7 @@ Subscription SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t mo
     return registeredUntil(registration, [this](const auto& ending) { end(ending); });
 }
 
-void SwayHotKeys::check(const std::shared_ptr<Registration>& registration) {
+void SwayHotKeys::check(const RegistrationRef& registration) {
     const HotKeyQuestion question(registration);
     const auto path = std::make_shared<std::string>();
     ask(MessageType::getVersion, {}, [path](const Message& message) {
@@ -153,9 +158,16 @@ void SwayHotKeys::check(const std::shared_ptr<Registration>& registration) {
     });
 }
 
-void SwayHotKeys::decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings) {
-    if (isTaken(registration->evdevCode, registration->modifiers, bindings, layout_ ? layout_() : nullptr)) {
+void SwayHotKeys::decide(const RegistrationRef& registration, const std::vector<UserBinding>& bindings) {
+    const bool isUsers =
+        isTaken(registration->evdevCode, registration->modifiers, bindings, layout_ ? layout_() : nullptr);
+    const auto left = std::find(leftBehind_.begin(), leftBehind_.end(), registration);
+    if (left != leftBehind_.end() && isUsers) {
         // By a reload since, which has dropped ours.
+        leftBehind_.erase(left);
+    } else if (left != leftBehind_.end()) {
+        unbind(registration);
+    } else if (isUsers) {
         registration->isBound = false;
         refuse(registration, hotKeyExistsError);
     } else {
@@ -163,7 +175,7 @@ void SwayHotKeys::decide(const std::shared_ptr<Registration>& registration, cons
     }
 }
 
-void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
+void SwayHotKeys::bind(const RegistrationRef& registration) {
     registration->isBound = true;
     // A held key repeats its binding, and not every version can be told otherwise. The release tells the next press
     // from a repetition.
@@ -179,21 +191,24 @@ void SwayHotKeys::bind(const std::shared_ptr<Registration>& registration) {
     run("bindcode --no-warn --release " + registration->combination + ' ' + registration->released, {});
 }
 
-void SwayHotKeys::unbind(Registration& registration) {
+void SwayHotKeys::giveUp(const RegistrationRef& registration) {
+    const bool isBound = std::exchange(registration->isBound, false);
+    if (isBound || std::exchange(registration->isLeftBehind, false)) {
+        leftBehind_.push_back(registration);
+    }
     // What the user has bound meanwhile would go with it.
-    if (std::exchange(registration.isBound, false)) {
-        removeBinding(registration.combination);
-    } else if (std::exchange(registration.isLeftBehind, false)) {
-        leftBehind_.push_back(registration.combination);
+    if (isBound) {
+        unbind(registration);
     }
 }
 
-void SwayHotKeys::removeBinding(const std::string& combination) {
-    run("unbindcode " + combination, {});
-    run("unbindcode --release " + combination, {});
+void SwayHotKeys::unbind(const RegistrationRef& registration) {
+    run("unbindcode " + registration->combination, {});
+    run("unbindcode --release " + registration->combination,
+        [this, registration](const Message&) { std::erase(leftBehind_, registration); });
 }
 
-void SwayHotKeys::refuse(const std::shared_ptr<Registration>& registration, Status status) {
+void SwayHotKeys::refuse(const RegistrationRef& registration, Status status) {
     // One that was granted once may be given back by the next reload.
     if (!registration->claim.isAnswered()) {
         end(registration);
@@ -212,9 +227,9 @@ void SwayHotKeys::run(const std::string& command, Answered answered) {
     ask(MessageType::runCommand, "mode \"default\" " + command, std::move(answered));
 }
 
-void SwayHotKeys::end(const std::shared_ptr<Registration>& registration) {
+void SwayHotKeys::end(const RegistrationRef& registration) {
     if (std::erase(registrations_, registration) > 0) {
-        unbind(*registration);
+        giveUp(registration);
     }
 }
 
@@ -258,6 +273,7 @@ void SwayHotKeys::onBinding(const std::string& command) {
 }
 
 void SwayHotKeys::onReload() {
+    leftBehind_.clear();
     const auto dropped = registrations_;
     for (const auto& registration : dropped) {
         registration->key.forget();

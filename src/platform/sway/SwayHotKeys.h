@@ -66,22 +66,24 @@ private:
         HeldKey key;
     };
 
+    using RegistrationRef = std::shared_ptr<Registration>;
     using Answered = std::function<void(const Message&)>;
 
-    void check(const std::shared_ptr<Registration>& registration);
-    void decide(const std::shared_ptr<Registration>& registration, const std::vector<UserBinding>& bindings);
-    void bind(const std::shared_ptr<Registration>& registration);
-    void unbind(Registration& registration);
-    void removeBinding(const std::string& combination);
-    void refuse(const std::shared_ptr<Registration>& registration, Status status);
+    void check(const RegistrationRef& registration);
+    void decide(const RegistrationRef& registration, const std::vector<UserBinding>& bindings);
+    void bind(const RegistrationRef& registration);
+    void giveUp(const RegistrationRef& registration);
+    void unbind(const RegistrationRef& registration);
+    void refuse(const RegistrationRef& registration, Status status);
     void ask(MessageType type, const std::string& words, Answered answered);
     void run(const std::string& command, Answered answered);
-    void end(const std::shared_ptr<Registration>& registration);
+    void end(const RegistrationRef& registration);
 
     void onAnswer(const Message& message);
     void onEvent(const Message& message);
     void onBinding(const std::string& command);
     void onReload();
+    bool open();
     void connect();
     void disconnect();
     void retry();
@@ -92,7 +94,9 @@ private:
     const keys::CurrentLayout layout_;
     UserConfiguration configuration_;
     Observers<const HotKeyEvent*> handlers_;
-    std::vector<std::shared_ptr<Registration>> registrations_;
+    std::vector<RegistrationRef> registrations_;
+    /// Have been given up, and may be bound still: sway has not said that they are not.
+    std::vector<RegistrationRef> leftBehind_;
     std::uint64_t lastNumber_ = 0;
     /// Who gets the answers to the commands that are under way, in order.
     std::deque<Answered> waiting_;
@@ -100,8 +104,6 @@ private:
     std::unique_ptr<SwayConnection> events_;
     std::unique_ptr<SwayConnection> commands_;
     bool isFound_ = false;
-    /// What may still be bound without anybody's wish, as it was given up while there was no connection.
-    std::vector<std::string> leftBehind_;
     ScheduledCall retry_;
 };
 

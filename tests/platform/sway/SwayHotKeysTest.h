@@ -81,6 +81,21 @@ protected:
         });
     }
 
+    /// What a configuration has to begin with that goes to another mode.
+    static inline const std::string otherMode = "mode other bindsym F12 nop\n";
+
+    /// Whether the user's binding of that key, which opens the other mode, is there. Leaves the mode again.
+    bool isUsers(Key key, unsigned modifiers) {
+        const std::size_t before = witness->keyPresses();
+        witness->tap(key.code, modifiers);
+        const bool isSwallowed = witness->keyPresses() == before;
+        // In the mode this key is nobody's, so the window gets it.
+        witness->tap(key.code, modifiers);
+        const bool isInMode = witness->keyPresses() == before + 1;
+        EXPECT_TRUE(ownSway->command("mode default"));
+        return isSwallowed && isInMode;
+    }
+
     std::unique_ptr<Sway> ownSway;
     keys::CurrentLayout layout;
     std::unique_ptr<Witness> witness;

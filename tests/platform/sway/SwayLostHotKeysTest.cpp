@@ -74,6 +74,47 @@ TEST_F(SwayLostHotKeysTest, WhatIsGivenUpMeanwhileIsGivenBack) {
     EXPECT_TRUE(untilWindowGets(f8, controlBit));
 }
 
+TEST_F(SwayLostHotKeysTest, WhatIsGivenUpBeforeTheLossIsHeardOfIsGivenBack) {
+    Subscription hotKey = registered(f8, controlModifier);
+    proxy->cut(true);
+    hotKey.cancel();
+    EXPECT_TRUE(untilWindowGets(f8, controlBit));
+}
+
+TEST_F(SwayLostHotKeysTest, WhatSwayDidNotAnswerAnyMoreIsGivenBack) {
+    Subscription hotKey = registered(f8, controlModifier);
+    ownSway->pause();
+    hotKey.cancel();
+    proxy->cut(true);
+    ownSway->goOn();
+    EXPECT_TRUE(untilWindowGets(f8, controlBit));
+}
+
+TEST_F(SwayLostHotKeysTest, WhatTheUserHasBoundMeanwhileStaysTheUsers) {
+    Subscription hotKey = registered(f8, controlModifier);
+    proxy->cut(false);
+    ASSERT_TRUE(until([this] { return answers.size() == 2; }));
+    hotKey.cancel();
+    ownSway->configure(otherMode + "bindcode Control+74 mode other\n");
+    ASSERT_TRUE(ownSway->command("reload"));
+    proxy->open();
+    const Subscription other = registered(f9, controlModifier);
+    EXPECT_EQ(answers, std::vector<Status>{noErr}) << "it is asked for after that";
+    EXPECT_TRUE(isUsers(f8, controlBit));
+}
+
+TEST_F(SwayLostHotKeysTest, WhatIsWantedAgainMeanwhileIsBoundAgain) {
+    Subscription hotKey = registered(f8, controlModifier);
+    proxy->cut(false);
+    ASSERT_TRUE(until([this] { return answers.size() == 2; }));
+    hotKey.cancel();
+    proxy->open();
+    hotKey = registered(f8, controlModifier);
+    EXPECT_EQ(answers, std::vector<Status>{noErr});
+    EXPECT_TRUE(untilItFires());
+    EXPECT_EQ(witness->keyPresses(), 0U);
+}
+
 TEST_F(SwayLostHotKeysTest, AnEndWithoutAConnectionGivesTheKeyBackToo) {
     const Subscription hotKey = registered(f8, controlModifier);
     proxy->cut(false);

@@ -9,24 +9,12 @@ namespace velloran::tests {
 class SwayTakenHotKeysTest : public SwayHotKeysTest {
 protected:
     void SetUp() override {}
-
-    /// Whether the user's binding of that key, which opens a mode, is there. Leaves the mode again.
-    bool isUsers(Key key, unsigned modifiers) {
-        witness->tap(key.code, modifiers);
-        // In the mode this key is nobody's, so the window gets it.
-        const std::size_t before = witness->keyPresses();
-        witness->tap(key.code, modifiers);
-        const bool isInMode = witness->keyPresses() > before;
-        EXPECT_TRUE(ownSway->command("mode default"));
-        return isInMode;
-    }
 };
 
 namespace {
 
 const std::vector<Status> taken{hotKeyExistsError};
 const std::vector<Status> granted{noErr};
-const std::string otherMode = "mode other bindsym F12 nop\n";
 
 } // namespace
 
