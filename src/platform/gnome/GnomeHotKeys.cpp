@@ -17,6 +17,9 @@ namespace {
 /// A bus that takes longer is not waited for any more, and heard all the same.
 constexpr std::uint64_t longestWait = 30 * nanosecondsPerSecond;
 
+/// How long settings that cannot be changed are left alone.
+constexpr std::uint64_t retryInterval = 10 * nanosecondsPerSecond;
+
 constexpr auto notAgreed = "You have not agreed to put the hotkey among your shortcuts.";
 constexpr auto notThere = "The shortcut is not among those in the desktop's settings any more.";
 constexpr auto noHotkey = "The global hotkey does not work here.";
@@ -241,11 +244,28 @@ void GnomeHotKeys::put(const RegistrationRef& registration) {
 
 void GnomeHotKeys::remove() {
     isBusy_ = true;
-    entry_.remove([this] {
+    entry_.remove([this](bool isAway) {
         isBusy_ = false;
-        state_ = Entry::isAway;
-        advance();
+        if (isAway) {
+            state_ = Entry::isAway;
+            advance();
+        } else {
+            tryAgain();
+        }
     });
+}
+
+/// Later, where it is known to be there; the end of the program tries once more in any case.
+void GnomeHotKeys::tryAgain() {
+    if (state_ == Entry::isThere) {
+        cleaning_ = ScheduledCall(loop_, loop_.callAfter(retryInterval, [this] { advance(); }));
+    }
+    if (registration_ && registration_->stage == Registration::Stage::isFree) {
+        const RegistrationRef waiting = registration_;
+        refuse(waiting, {hotKeyInvalidError, {}});
+    } else if (registration_) {
+        advance();
+    }
 }
 
 /// Its user may change it in the desktop's settings like any other shortcut.

@@ -84,6 +84,7 @@ private:
     void ask(const RegistrationRef& registration);
     void put(const RegistrationRef& registration);
     void remove();
+    void tryAgain();
     void tell(const RegistrationRef& registration, const ShortcutEntry::Found& found);
     void refuse(const RegistrationRef& registration, const HotKeyAnswer& answer);
     void pressed();

@@ -116,18 +116,22 @@ void ShortcutEntry::put(const Accelerator& wanted, std::function<void(bool)> don
     });
 }
 
-void ShortcutEntry::remove(std::function<void()> done) {
+void ShortcutEntry::remove(std::function<void(bool)> done) {
     readList([this, done = std::move(done)](const auto& paths) {
-        auto without = paths.value_or(std::vector<std::string>());
-        const auto away = [this, done](bool /*isDone*/) {
-            tool_.run({QStringLiteral("reset-recursively"), at(entryPath)}, [done](const auto&) { done(); });
-        };
-        if (std::erase(without, entryPath) > 0) {
-            writeList(without, away);
-        } else {
-            // Nothing of ours is bound, and an entry that nobody lists means nothing.
-            done();
+        if (!paths) {
+            done(false);
+            return;
         }
+        auto without = *paths;
+        if (std::erase(without, entryPath) == 0) {
+            // Nothing of ours is bound, and an entry that nobody lists means nothing.
+            done(true);
+            return;
+        }
+        writeList(without, [this, done](bool isWritten) {
+            tool_.run({QStringLiteral("reset-recursively"), at(entryPath)},
+                      [done, isWritten](const auto&) { done(isWritten); });
+        });
     });
 }
 

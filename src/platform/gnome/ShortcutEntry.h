@@ -44,8 +44,8 @@ public:
     /// Writes the entry, and then takes it into the list. False where that failed.
     void put(const Accelerator& wanted, std::function<void(bool isDone)> done);
 
-    /// Takes it out of the list, if it is in it, and then away.
-    void remove(std::function<void()> done);
+    /// Takes it out of the list, if it is in it, and then away. False where it may be in it still.
+    void remove(std::function<void(bool isAway)> done);
 
 private:
     using ListDone = std::function<void(const std::optional<std::vector<std::string>>& paths)>;

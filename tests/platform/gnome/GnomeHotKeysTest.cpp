@@ -83,6 +83,20 @@ protected:
         consent.asked.clear();
     }
 
+    /// With a hotkey that was given up while its list could not be read, and still cannot.
+    void leaveWhatCannotBeTakenAway() {
+        Hotkey hotkey;
+        ASSERT_NO_FATAL_FAILURE(bring());
+        ASSERT_NO_FATAL_FAILURE(bind(hotkey));
+        home.addTool("gsettings", "if [ $1 = get ] && [ ! -e " + home.path("mended") + " ]; then touch " +
+                                      home.path("tried") + "; exit 1; fi\nexec /usr/bin/gsettings \"$@\"\n");
+        hotkey.registered.cancel();
+        ASSERT_TRUE(until([this] { return std::filesystem::exists(home.path("tried")); }));
+        ASSERT_EQ(list(), "['" + path("velloran") + "']");
+    }
+
+    void mend() const { std::ofstream(home.path("mended")) << '.'; }
+
     /// Runs what the desktop runs for a press.
     [[nodiscard]] std::string runCommand() const {
         const QString command = QString::fromStdString(ours("command"));
@@ -257,6 +271,43 @@ TEST_F(GnomeHotKeysTest, WhatAKilledProgramHasLeftGoesWhereNobodyWantsIt) {
     ASSERT_NO_FATAL_FAILURE(bring());
     loop.advance(1);
     EXPECT_TRUE(until([this] { return list() == "@as []"; }));
+}
+
+TEST_F(GnomeHotKeysTest, WhatCannotBeTakenAwayIsTriedAgain) {
+    ASSERT_NO_FATAL_FAILURE(leaveWhatCannotBeTakenAway());
+    mend();
+    EXPECT_TRUE(until([this] {
+        loop.advance(1);
+        return list() == "@as []";
+    }));
+}
+
+TEST_F(GnomeHotKeysTest, WhatCannotBeTakenAwayGoesWithTheProgram) {
+    ASSERT_NO_FATAL_FAILURE(leaveWhatCannotBeTakenAway());
+    mend();
+    hotKeys.reset();
+    EXPECT_EQ(list(), "@as []");
+}
+
+TEST_F(GnomeHotKeysTest, WhatCannotBeTakenAwayIsNotTriedAllTheTime) {
+    ASSERT_NO_FATAL_FAILURE(leaveWhatCannotBeTakenAway());
+    const auto isTried = [this] { return std::filesystem::exists(home.path("tried")); };
+    std::filesystem::remove(home.path("tried"));
+    EXPECT_FALSE(QTest::qWaitFor(isTried, 300));
+    loop.advance(30);
+    EXPECT_TRUE(until(isTried));
+}
+
+TEST_F(GnomeHotKeysTest, AnotherIsRefusedWhereTheOldOneCannotBeTakenAway) {
+    ASSERT_NO_FATAL_FAILURE(leaveEntry("<Control>F9"));
+    ASSERT_NO_FATAL_FAILURE(bring());
+    // It can be looked at, and not be changed.
+    home.addTool("gsettings", "if [ $1 = set ]; then exit 1; fi\nexec /usr/bin/gsettings \"$@\"\n");
+    Hotkey hotkey;
+    want(hotkey);
+    EXPECT_TRUE(until([&] { return !hotkey.answers.empty(); }));
+    EXPECT_EQ(hotkey.answers, std::vector{refusal});
+    EXPECT_TRUE(consent.asked.empty());
 }
 
 TEST_F(GnomeHotKeysTest, TheCommandReachesItAndAHeldKeyCountsOnce) {
