@@ -60,6 +60,7 @@ protected:
         bracketKey = 34,
         shiftKey = 50,
         zKey = 52,
+        cKey = 54,
         commaKey = 59,
         altKey = 64,
         spaceKey = 65,

@@ -24,7 +24,7 @@ PopupMenu {
     PopupMenuItem {
         label: "Copy"
         enabled: root.field.selectedText !== ""
-        onTriggered: root.field.copy()
+        onTriggered: root.field.copySelection()
     }
 
     PopupMenuItem {

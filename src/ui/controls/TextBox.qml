@@ -29,6 +29,11 @@ T.TextField {
         return root.openedMenu;
     }
 
+    /// Puts what is selected onto the clipboard, for the keys and for the menu.
+    function copySelection() {
+        root.copy();
+    }
+
     font: Theme.font(root.size, root.weight)
     color: Theme.textPrimary
     selectedTextColor: Theme.textPrimary
@@ -40,6 +45,11 @@ T.TextField {
     Accessible.name: root.label
 
     Keys.onPressed: event => {
+        if (event.matches(StandardKey.Copy)) {
+            root.copySelection();
+            event.accepted = true;
+            return;
+        }
         event.accepted = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
         if (event.accepted)
             root.makeMenu().openBeside(Qt.rect(root.cursorRectangle.x, 0, root.cursorRectangle.width, root.height), true);

@@ -123,6 +123,14 @@ Item {
                     readOnly: true
                     // Some desktops take two.
                     text: root.hotkeyLine.replace("\n", " ↵ ")
+
+                    // A field of one line would lose where the next begins.
+                    function copySelection() {
+                        clipboard.text = lineBox.selectedText.replace(/ ?↵ ?/g, "\n");
+                        clipboard.selectAll();
+                        clipboard.copy();
+                    }
+
                     // Its beginning tells more than its end.
                     onTextChanged: lineBox.cursorPosition = 0
 
@@ -140,17 +148,14 @@ Item {
                     label: "Copy"
                     onTriggered: {
                         lineBox.selectAll();
-                        wholeText.selectAll();
-                        wholeText.copy();
+                        lineBox.copySelection();
                     }
                 }
 
-                // A field of one line would lose where the next begins.
                 TextEdit {
-                    id: wholeText
+                    id: clipboard
 
                     visible: false
-                    text: root.hotkeyLine
                 }
             }
         }

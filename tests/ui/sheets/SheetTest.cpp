@@ -318,6 +318,23 @@ TEST_F(SheetTest, AboutHasALineForTheHotkeyThatCanBeCopied) {
     keepPicture("about-hotkey-lines");
     click(get("Copy"));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "binding = F6\ncommand = toggle");
+    QQuickItem& line = get("Line for the hotkey");
+    const auto copies = [&](const QString& expected) {
+        QGuiApplication::clipboard()->clear();
+        tap(cKey, {controlKey});
+        return until([&] { return QGuiApplication::clipboard()->text() == expected; });
+    };
+    click(line);
+    tap(aKey, {controlKey});
+    EXPECT_TRUE(copies("binding = F6\ncommand = toggle"));
+    const QString part = QStringLiteral("F6 ↵ command");
+    const int begin = static_cast<int>(line.property("text").toString().indexOf(part));
+    QMetaObject::invokeMethod(&line, "select", Q_ARG(int, begin), Q_ARG(int, begin + static_cast<int>(part.size())));
+    EXPECT_TRUE(copies("F6\ncommand"));
+    QGuiApplication::clipboard()->clear();
+    click(line, 3);
+    click(get("Copy"));
+    EXPECT_TRUE(until([&] { return QGuiApplication::clipboard()->text() == "F6\ncommand"; }));
 }
 
 TEST_F(SheetTest, AboutWithoutLimitsSaysNothingOfThem) {
