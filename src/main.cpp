@@ -140,8 +140,13 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     platform::posix::ModuleSounds sounds(platform::posix::ModuleSounds::pathOf("velloran-sound"), VELLORAN_VERSION);
     platform::wayland::AbilitiesQuestion abilities(loop, compositorOfWindow());
     HotkeyConsentModel hotkeyConsent(preferences);
+    std::weak_ptr<AutoClickerStore> clicker;
+    const auto isActiveNow = [&clicker] {
+        const auto asked = clicker.lock();
+        return asked && isActive(asked->runtime().get().status);
+    };
     const Backends backends = realBackends(
-        loop, [] { endWithoutServer(); }, busAddress, &hotkeyConsent);
+        loop, [] { endWithoutServer(); }, busAddress, &hotkeyConsent, isActiveNow);
     Published<platform::Desktop> desktop(chooseDesktop(processEnvironment, backends));
     const Subscription serviceParts = followServices(processEnvironment, backends, desktop);
     std::set<QString> told;
@@ -161,6 +166,7 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
     const SharedHotkeys sharedHotkeys;
 
     const auto store = AutoClickerStore::create(loop, desktop, sounds, std::make_unique<PresetStore>(preferences));
+    clicker = store;
     // The sound library is of no use to anybody who hears no ticks.
     const Subscription soundWanted = store->config.stream().subscribe([&sounds](const AutoClickerConfig& config) {
         if (config.playClickSound) {

@@ -218,46 +218,49 @@ std::shared_ptr<const Published<Desktop>> connectPortal(EventLoop& loop, const s
 
 std::shared_ptr<const Published<Desktop>> connectGnome(EventLoop& loop, const std::string& sessionBus,
                                                        platform::HotkeyConsent* consent,
+                                                       const std::function<bool()>& isActive,
                                                        const std::shared_ptr<KeyboardOnce>& keyboard) {
-    if (sessionBus.empty() || consent == nullptr) {
+    if (sessionBus.empty() || consent == nullptr || !isActive) {
         return nullptr;
     }
-    const auto gnome = std::make_shared<platform::gnome::GnomeDesktop>(loop, busAt(sessionBus), *consent,
-                                                                       [keyboard] { return keyboard->layout(); });
+    const auto gnome = std::make_shared<platform::gnome::GnomeDesktop>(
+        loop, busAt(sessionBus), *consent, [keyboard] { return keyboard->layout(); }, isActive);
     return {gnome, &gnome->parts()};
 }
 
 } // namespace
 
 Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const std::string& sessionBus,
-                      platform::HotkeyConsent* consent) {
+                      platform::HotkeyConsent* consent, std::function<bool()> isActive) {
     const auto patience = std::make_shared<Patience>();
     const auto keyboard = std::make_shared<KeyboardOnce>(patience);
     const auto lacksPointer = std::make_shared<Published<bool>>(false);
-    return {
-        .x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
-        .virtualPointer =
-            [&loop, sessionBus, lacksPointer, patience](const std::string& compositor) {
-                return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer, *patience);
-            },
-        .sway =
-            [&loop, keyboard](const std::string& compositor, const std::string& socket) {
-                return connectSway(loop, socket, keyboard->of(loop, compositor));
-            },
-        .compositor = [&loop, keyboard](
-                          const std::string& compositor) { return connectCompositor(keyboard->of(loop, compositor)); },
-        .compositorHotKeys =
-            [&loop, keyboard, patience](const std::string& compositor) {
-                return connectCompositorHotKeys(loop, compositor, keyboard, *patience);
-            },
-        .hyprland =
-            [&loop, patience](const std::string& compositor, const std::string& folder) {
-                return connectHyprland(loop, compositor, folder, *patience);
-            },
-        .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
-        .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
-        .gnome = [&loop, sessionBus, consent, keyboard] { return connectGnome(loop, sessionBus, consent, keyboard); },
-        .lacksPointer = lacksPointer};
+    return {.x11 = [&loop, onServerLost = std::move(onServerLost)] { return connectX11(loop, onServerLost); },
+            .virtualPointer =
+                [&loop, sessionBus, lacksPointer, patience](const std::string& compositor) {
+                    return connectVirtualPointer(loop, compositor, sessionBus, lacksPointer, *patience);
+                },
+            .sway =
+                [&loop, keyboard](const std::string& compositor, const std::string& socket) {
+                    return connectSway(loop, socket, keyboard->of(loop, compositor));
+                },
+            .compositor =
+                [&loop, keyboard](const std::string& compositor) {
+                    return connectCompositor(keyboard->of(loop, compositor));
+                },
+            .compositorHotKeys =
+                [&loop, keyboard, patience](const std::string& compositor) {
+                    return connectCompositorHotKeys(loop, compositor, keyboard, *patience);
+                },
+            .hyprland =
+                [&loop, patience](const std::string& compositor, const std::string& folder) {
+                    return connectHyprland(loop, compositor, folder, *patience);
+                },
+            .plasma = [&loop, sessionBus, keyboard] { return connectPlasma(loop, sessionBus, keyboard); },
+            .portal = [&loop, sessionBus, keyboard] { return connectPortal(loop, sessionBus, keyboard); },
+            .gnome = [&loop, sessionBus, consent, isActive = std::move(isActive),
+                      keyboard] { return connectGnome(loop, sessionBus, consent, isActive, keyboard); },
+            .lacksPointer = lacksPointer};
 }
 
 } // namespace velloran

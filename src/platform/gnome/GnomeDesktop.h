@@ -7,13 +7,17 @@
 #include "platform/bus/SessionBus.h"
 #include "platform/gnome/GnomeHotKeys.h"
 
+#include <functional>
+
 namespace velloran::platform::gnome {
 
 /// What GNOME does for programs beside its portal, on a connection to the session bus of its own. Main thread.
 class GnomeDesktop {
 public:
-    /// `session` names the bus. `loop`, `consent`, and what tells the `layout`, have to outlive this.
-    GnomeDesktop(EventLoop& loop, const bus::BusPlace& session, HotkeyConsent& consent, keys::CurrentLayout layout);
+    /// `session` names the bus; `wouldEnd` tells whether a press of the hotkey would end something now. `loop`,
+    /// `consent`, and what these and the `layout` ask, have to outlive this.
+    GnomeDesktop(EventLoop& loop, const bus::BusPlace& session, HotkeyConsent& consent, keys::CurrentLayout layout,
+                 std::function<bool()> wouldEnd);
     GnomeDesktop(const GnomeDesktop&) = delete;
     GnomeDesktop& operator=(const GnomeDesktop&) = delete;
 

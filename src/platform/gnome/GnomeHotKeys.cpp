@@ -1,11 +1,8 @@
 #include "platform/gnome/GnomeHotKeys.h"
 
-#include <QDBusConnection>
-#include <QDBusPendingCall>
 #include <QVariant>
 
 #include "keys/KeyCodes.h"
-#include "platform/bus/ApplicationObject.h"
 
 #include <string>
 #include <utility>
@@ -24,18 +21,7 @@ constexpr auto notAgreed = "You have not agreed to put the hotkey among your sho
 constexpr auto notThere = "The shortcut is not among those in the desktop's settings any more.";
 constexpr auto noHotkey = "The global hotkey does not work here.";
 
-/// Not the program's name, for which the bus would start it.
-const auto ourName = QStringLiteral("app.velloran.Velloran.Hotkey");
-const auto ourPath = QStringLiteral("/app/velloran/Velloran");
-const auto pressAction = QStringLiteral("press-hotkey");
-
 const auto settingsPath = QStringLiteral("/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings");
-
-QString command() {
-    return QStringLiteral("gdbus call --session --timeout 5 --dest %1 --object-path %2 "
-                          "--method org.freedesktop.Application.ActivateAction %3 [] {}")
-        .arg(ourName, ourPath, pressAction);
-}
 
 DesktopPart<HotKeys> awaited() {
     return {nullptr, "The session bus has not said yet whether GNOME binds keys here.", noHotkey, true};
@@ -44,12 +30,13 @@ DesktopPart<HotKeys> awaited() {
 } // namespace
 
 GnomeHotKeys::GnomeHotKeys(EventLoop& loop, bus::SessionBus& bus, const QString& address, HotkeyConsent& consent,
-                           keys::CurrentLayout layout)
+                           keys::CurrentLayout layout, std::function<bool()> wouldEnd)
     : loop_(loop),
-      bus_(bus),
       consent_(consent),
       layout_(std::move(layout)),
+      wouldEnd_(std::move(wouldEnd)),
       service_(bus, QStringLiteral("org.gnome.SettingsDaemon.MediaKeys")),
+      command_(bus),
       part_(awaited()),
       patience_(loop, loop.callAfter(longestWait,
                                      [this] {
@@ -58,13 +45,8 @@ GnomeHotKeys::GnomeHotKeys(EventLoop& loop, bus::SessionBus& bus, const QString&
                                          }
                                      })),
       tool_(address),
-      entry_(tool_, command()) {
-    auto* const object = new bus::ApplicationObject(this);
-    connect(object, &bus::ApplicationObject::actionActivated, this, [this](const QString& name) {
-        if (name == pressAction) {
-            pressed();
-        }
-    });
+      entry_(tool_, PressCommand::text()) {
+    connect(&command_, &PressCommand::pressed, this, &GnomeHotKeys::pressed);
     connect(&service_, &bus::BusService::appeared, this, &GnomeHotKeys::probe);
     connect(&service_, &bus::BusService::missing, this, [this] { part_.set({}); });
 }
@@ -95,12 +77,7 @@ void GnomeHotKeys::offer() {
 }
 
 void GnomeHotKeys::serve() {
-    bus_.connection().registerObject(ourPath, this, QDBusConnection::ExportAdaptors);
-    QDBusMessage request =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
-    request << ourName << 0U;
-    bus_.connection().asyncCall(request);
+    command_.serve();
     service_.listen(QStringLiteral("/ca/desrt/dconf/Writer/user"), QStringLiteral("ca.desrt.dconf.Writer"),
                     QStringLiteral("Notify"), this, SLOT(settingsChanged(QDBusMessage)));
 }
@@ -116,7 +93,7 @@ Subscription GnomeHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t m
         answered({registration_ ? hotKeyExistsError : hotKeyInvalidError, {}});
         return {};
     }
-    const auto registration = std::make_shared<Registration>(loop_, id, std::move(answered), [this, id] {
+    const auto registration = std::make_shared<Registration>(id, std::move(answered), loop_, wouldEnd_, [this, id] {
         const HotKeyEvent event{id};
         handlers_.notify(&event);
     });

@@ -14,6 +14,7 @@
 #include "platform/HotkeyConsent.h"
 #include "platform/bus/BusService.h"
 #include "platform/gnome/Accelerator.h"
+#include "platform/gnome/PressCommand.h"
 #include "platform/gnome/RepetitionFilter.h"
 #include "platform/gnome/SettingsTool.h"
 #include "platform/gnome/ShortcutEntry.h"
@@ -33,10 +34,10 @@ class GnomeHotKeys final : public QObject, public HotKeys {
     Q_OBJECT
 
 public:
-    /// `address` is where the bus is. Without a `layout` it is the system's default. All that is given has to outlive
-    /// this.
+    /// `address` is where the bus is. Without a `layout` it is the system's default. `wouldEnd` tells whether a press
+    /// would end something now. All that is given has to outlive this.
     GnomeHotKeys(EventLoop& loop, bus::SessionBus& bus, const QString& address, HotkeyConsent& consent,
-                 keys::CurrentLayout layout);
+                 keys::CurrentLayout layout, std::function<bool()> wouldEnd);
     GnomeHotKeys(const GnomeHotKeys&) = delete;
     GnomeHotKeys& operator=(const GnomeHotKeys&) = delete;
     /// Takes the entry away. Waits for that, a second at most for each command that it takes.
@@ -59,8 +60,9 @@ private:
         /// How far it has come.
         enum class Stage { isNew, isFree, isAsking, isAgreed, isBound };
 
-        Registration(EventLoop& loop, HotKeyId id, AnswerReceiver answered, std::function<void()> pressed)
-            : claim(id, std::move(answered)), filter(loop, std::move(pressed)) {}
+        Registration(HotKeyId id, AnswerReceiver answered, EventLoop& loop, const std::function<bool()>& wouldEnd,
+                     std::function<void()> pressed)
+            : claim(id, std::move(answered)), filter(loop, wouldEnd, std::move(pressed)) {}
 
         HotKeyClaim claim;
         Accelerator wanted;
@@ -91,10 +93,11 @@ private:
     [[nodiscard]] std::string symbolOf(std::uint32_t keyCode) const;
 
     EventLoop& loop_;
-    bus::SessionBus& bus_;
     HotkeyConsent& consent_;
     const keys::CurrentLayout layout_;
+    const std::function<bool()> wouldEnd_;
     bus::BusService service_;
+    PressCommand command_;
     Published<DesktopPart<HotKeys>> part_;
     ScheduledCall patience_;
     ScheduledCall cleaning_;

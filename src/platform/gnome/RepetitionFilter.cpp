@@ -4,15 +4,20 @@
 
 namespace velloran::platform::gnome {
 
-RepetitionFilter::RepetitionFilter(EventLoop& loop, std::function<void()> pressed)
-    : loop_(loop), pressed_(std::move(pressed)) {}
+RepetitionFilter::RepetitionFilter(EventLoop& loop, std::function<bool()> wouldEnd, std::function<void()> pressed)
+    : loop_(loop), wouldEnd_(std::move(wouldEnd)), pressed_(std::move(pressed)) {}
 
 void RepetitionFilter::hear() {
     const Moment now = loop_.monotonicNow();
     const auto last = std::exchange(last_, now);
     const std::uint64_t pause = last ? nanosecondsBetween(*last, now) : longestDelay;
-    if (std::exchange(isDoubtful_, false)) {
-        decision_.cancel();
+    const bool wasDoubtful = std::exchange(isDoubtful_, false);
+    decision_.cancel();
+    if (wouldEnd_()) {
+        end(now, pause < longestDelay);
+        return;
+    }
+    if (wasDoubtful) {
         isHeld_ = true;
         return;
     }
@@ -29,6 +34,15 @@ void RepetitionFilter::hear() {
         isDoubtful_ = false;
         pressed_();
     }));
+}
+
+/// What follows may be repetitions, and is not to begin anything.
+void RepetitionFilter::end(Moment now, bool mayBeHeld) {
+    isHeld_ = mayBeHeld;
+    if (!end_ || nanosecondsBetween(*end_, now) >= shortestPause) {
+        end_ = now;
+        pressed_();
+    }
 }
 
 } // namespace velloran::platform::gnome

@@ -42,7 +42,8 @@ protected:
     };
 
     void make() {
-        hotKeys.emplace(loop, session, QString::fromStdString(bus.address()), consent, nullptr);
+        hotKeys.emplace(loop, session, QString::fromStdString(bus.address()), consent, nullptr,
+                        [this] { return isRunning; });
         handler = hotKeys->installHandler([this](const HotKeyEvent* event) {
             presses.push_back(event->hotKeyId);
             return noErr;
@@ -105,6 +106,7 @@ protected:
 
     std::optional<GnomeHotKeys> hotKeys;
     std::vector<HotKeyId> presses;
+    bool isRunning = false;
     Subscription handler;
 };
 
@@ -322,6 +324,18 @@ TEST_F(GnomeHotKeysTest, TheCommandReachesItAndAHeldKeyCountsOnce) {
     }
     loop.advance(10);
     EXPECT_EQ(presses.size(), 1U);
+    EXPECT_EQ(runCommand(), "()");
+    EXPECT_EQ(presses.size(), 2U);
+}
+
+TEST_F(GnomeHotKeysTest, AStopIsNotWaitedFor) {
+    ASSERT_NO_FATAL_FAILURE(bring());
+    Hotkey hotkey;
+    ASSERT_NO_FATAL_FAILURE(bind(hotkey));
+    EXPECT_EQ(runCommand(), "()");
+    EXPECT_EQ(presses.size(), 1U);
+    isRunning = true;
+    loop.advance(0.5);
     EXPECT_EQ(runCommand(), "()");
     EXPECT_EQ(presses.size(), 2U);
 }
