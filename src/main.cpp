@@ -48,6 +48,7 @@
 #include "ui/window/DesktopLimits.h"
 #include "ui/window/DesktopWindowButtons.h"
 #include "ui/window/WindowManagerMenu.h"
+#include "ui/window/WorkArea.h"
 
 #include <algorithm>
 #include <chrono>
@@ -162,7 +163,6 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
         });
     }
     const platform::PlatformInstallation installation({loop, desktop, log});
-
     const SharedHotkeys sharedHotkeys;
 
     const auto store = AutoClickerStore::create(loop, desktop, sounds, std::make_unique<PresetStore>(preferences));
@@ -224,7 +224,10 @@ int run(platform::bus::SessionBus& bus, const std::string& busAddress, platform:
         platform::waylandwindow::keepLeastSize(*window, window->property("least").toSizeF().toSize());
     };
     keepLeastSize();
-    QObject::connect(window, &QWindow::screenChanged, window, keepLeastSize);
+    WorkArea workArea;
+    workArea.setWindow(window);
+    // Later: the view has one of its own, and what it makes of it has to be known by then.
+    QObject::connect(&workArea, &WorkArea::sizeChanged, window, keepLeastSize, Qt::QueuedConnection);
     const auto showLimits = [window, &desktop] {
         const auto limits = DesktopLimits::of(desktop.get(), HotkeyManager::shared().answer());
         window->setProperty("desktopLimits", QVariant::fromValue(limits));

@@ -14,6 +14,7 @@ TAB = 15
 SCREEN = (1280, 720)
 HALF = SCREEN[0] // 2
 LEAST_WIDTH = 920
+LEAST_HEIGHT = 736
 APPEARANCE = "org.freedesktop.appearance"
 NO_SCHEME, DARK, LIGHT = (GLib.Variant("u", number) for number in range(3))
 
@@ -104,6 +105,29 @@ class SwayTiles(CompositorCase):
             return place == HALF and self.tile()["width"] == LEAST_WIDTH and self.has_taken_its_size()
         until(is_at_its_least, self.sizes)
         stays(is_at_its_least, "it becomes smaller", 0.3)
+        self.witness.release_button(LEFT)
+
+    def test_its_least_size_follows_the_resolution_of_its_screen(self):
+        """Which at first is less tall than it would be."""
+        screen = across, down = 1280, 1000
+        self.desktop.command(f"output * mode --custom {across}x{down}")
+
+        def is_there():
+            if self.has_taken_its_size() and size_of(self.tile()) == screen:
+                return True
+            self.desktop.command(f'[title="^Velloran$"] floating enable, resize set {across} px {down} px, move absolute position 0 0')
+            return False
+        until(is_there, self.sizes)
+        self.witness.move(across // 2, down - 2, screen)
+        self.witness.press_button(LEFT)
+        place = down - 2
+
+        def is_at_its_least():
+            nonlocal place
+            place = max(place - 10, down // 2)
+            self.witness.move(across // 2, place, screen)
+            return place == down // 2 and self.tile()["height"] == LEAST_HEIGHT and self.has_taken_its_size()
+        until(is_at_its_least, self.sizes)
         self.witness.release_button(LEFT)
 
 
