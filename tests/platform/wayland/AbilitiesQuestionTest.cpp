@@ -53,6 +53,7 @@ protected:
         EXPECT_EQ(question.answer().get(), all) << "nobody has told anything yet";
         EXPECT_TRUE(until([&] { return question.isOver(); }));
         EXPECT_TRUE(until([this] { return !shell || shell->windows == 0; }));
+        EXPECT_EQ(compositor->errors, 0) << "it was thrown out";
         return question.answer().get();
     }
 

@@ -8,6 +8,7 @@
 #include <wlr-virtual-pointer-unstable-v1-server-protocol.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace velloran::tests {
 
@@ -25,7 +26,19 @@ void destroyed(wl_client* /*client*/, wl_resource* resource) {
 } // namespace
 
 FakeCompositor::FakeCompositor(EventLoop& loop, std::string path)
-    : loop_(loop), path_(std::move(path)), display_(wl_display_create()) {
+    : loop_(loop),
+      path_(std::move(path)),
+      display_(wl_display_create()),
+      logger_(wl_display_add_protocol_logger(
+          display_,
+          [](void* compositor, wl_protocol_logger_type type, const wl_protocol_logger_message* message) {
+              const bool isError = wl_resource_get_class(message->resource) == std::string_view("wl_display") &&
+                                   message->message->name == std::string_view("error");
+              if (type == WL_PROTOCOL_LOGGER_EVENT && isError) {
+                  ++static_cast<FakeCompositor*>(compositor)->errors;
+              }
+          },
+          this)) {
     const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -39,6 +52,7 @@ FakeCompositor::FakeCompositor(EventLoop& loop, std::string path)
 FakeCompositor::~FakeCompositor() {
     watch_.reset();
     wl_display_destroy_clients(display_);
+    wl_protocol_logger_destroy(logger_);
     wl_display_destroy(display_);
     unlink(path_.c_str());
 }

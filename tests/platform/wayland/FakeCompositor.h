@@ -66,6 +66,8 @@ public:
     [[nodiscard]] std::size_t bytesWaiting() const;
 
     std::vector<Deed> deeds;
+    /// How many clients were thrown out because of what they asked for.
+    int errors = 0;
     /// How many pointers of clients there are.
     int pointers = 0;
 
@@ -90,6 +92,7 @@ private:
     EventLoop& loop_;
     const std::string path_;
     wl_display* const display_;
+    wl_protocol_logger* const logger_;
     wl_global* manager_ = nullptr;
     std::list<Seat> seats_;
     std::unique_ptr<EventLoop::Watch> watch_;
