@@ -1,5 +1,4 @@
-"""The program's window on sway: its frame, its looks at each scale, the keys that it takes, how it comes to the front, and its
-rest."""
+"""The program's window on sway: its frame, its looks at each scale, how it comes to the front, and its rest."""
 
 import os
 import subprocess
@@ -8,12 +7,11 @@ from PIL import Image, ImageChops, ImageStat
 
 from harness import cursors, picture, processes
 from harness.compositor import SwayWithPointers
-from harness.compositor_case import CompositorCase, HELD, LEFT, RIGHT, S
+from harness.compositor_case import CompositorCase, LEFT, RIGHT
 from harness.program import PROGRAM
 from harness.waiting import pause, stays, until
 
 FLOATING = 'default_border normal\nfor_window [title="^Velloran$"] floating enable\n'
-SUPER = 64
 D = 32
 
 
@@ -124,39 +122,6 @@ class SwayFrame(CompositorCase):
         self.program.find("menu item", "Minimize")
         self.program.find("menu item", "Maximize")
         self.program.find("menu item", "Close")
-
-
-class SwayRecorder(CompositorCase):
-    """The keys that the compositor keeps for itself reach the recorder, while it records."""
-
-    def configure(self):
-        self.done = os.path.join(self.desktop.folder, "compositor", "done")
-        self.desktop.configure(f"bindsym Mod4+d exec touch {self.done}\n")
-        self.desktop.command("reload")
-
-    def setUp(self):
-        super().setUp()
-        self.configure()
-        self.program = self.start_with()
-        self.desktop.focus("Velloran")
-
-    def record(self):
-        self.program.find("push button", "⌃⌥S").do()
-        self.program.wait_for_text("Press keys to record…")
-
-    def test_a_combination_of_the_compositors_is_recorded_and_works_again_afterwards(self):
-        self.record()
-        self.witness.tap(D, SUPER)
-        self.program.wait_for_text("⌘D")
-        self.assertFalse(os.path.exists(self.done), "the compositor has taken it")
-        self.witness.tap(D, SUPER)
-        until(lambda: os.path.exists(self.done), "the compositor does not get its combination back")
-
-    def test_the_hotkey_of_the_moment_can_be_recorded_and_starts_nothing(self):
-        self.record()
-        self.witness.tap(S, HELD)
-        until(lambda: not self.program.shows_text("Press keys to record…"), "it goes on recording")
-        stays(lambda: self.program.headline == "Ready", "it starts a run", 0.3)
 
 
 class SwayActivation(CompositorCase):
