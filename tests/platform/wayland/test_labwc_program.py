@@ -7,18 +7,23 @@ from harness.compositor_case import LEFT, MIDDLE, RIGHT, CompositorCase
 from harness.waiting import until
 
 F6 = 64
+# The window does not get between the mouse and the witness.
+CONFIGURATION = """
+    <keyboard><keybind key="C-F6"><action name="Execute" command="gapplication action app.velloran.Velloran toggle"/></keybind></keyboard>
+    <windowRules><windowRule title="Velloran"><action name="MoveTo" x="800" y="20"/></windowRule></windowRules>"""
+
+
+def press_bound_key(witness):
+    witness.tap(F6, witness.CONTROL)
 
 
 @unittest.skipUnless(Labwc.is_installed(), "labwc is not installed: not every release has it")
 class LabwcClicks(CompositorCase):
     COMPOSITOR = Labwc
-    # The window does not get between the mouse and the witness.
-    CONFIGURATION = """
-        <keyboard><keybind key="C-F6"><action name="Execute" command="gapplication action app.velloran.Velloran toggle"/></keybind></keyboard>
-        <windowRules><windowRule title="Velloran"><action name="MoveTo" x="800" y="20"/></windowRule></windowRules>"""
+    CONFIGURATION = CONFIGURATION
 
     def press(self):
-        self.witness.tap(F6, self.witness.CONTROL)
+        press_bound_key(self.witness)
 
     def test_three_buttons_are_exact_and_the_users_binding_starts_and_stops(self):
         for name, button in (("left", LEFT), ("right", RIGHT), ("middle", MIDDLE)):
@@ -40,3 +45,12 @@ class LabwcClicks(CompositorCase):
         program.find("push button", "Menu").do()
         program.find("menu item", "About Velloran").do()
         self.assertIn('<keybind key="C-F6">', program.find("text", "Line for the hotkey").text)
+
+
+@unittest.skipUnless(Labwc.is_installed(), "labwc is not installed: not every release has it")
+class LabwcKills(CompositorCase):
+    COMPOSITOR = Labwc
+    CONFIGURATION = CONFIGURATION
+
+    def test_no_button_stays_down(self):
+        self.assert_kills_leave_no_button_down(lambda: press_bound_key(self.witness))
