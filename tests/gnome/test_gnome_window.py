@@ -4,12 +4,12 @@ import subprocess
 
 from PIL import Image, ImageChops, ImageStat
 
+from gnome_case import GnomeCase
 from harness import picture
 from harness.gnome import LETTERS
 from harness.gnome_windows import GnomeWithWindows
 from harness.program import PROGRAM
 from harness.waiting import stays, until
-from test_gnome import GnomeCase
 
 D = LETTERS["d"]
 SUPER, UP, LEFT_ARROW, DOWN = 125, 103, 105, 108
@@ -20,14 +20,21 @@ class GnomeWindowCase(GnomeCase):
     SIZE = (1920, 1080)
 
     def make_desktop(self):
-        return GnomeWithWindows(self.SIZE)
+        return GnomeWithWindows(self.SIZE, self.WAY)
 
     def setUp(self):
         super().setUp()
-        self.program = self.start_granted()
+        self.program = self.start_program()
+
+    def start_program(self):
+        return self.start_granted()
 
     def window(self):
         return self.desktop.windows()[NAME]
+
+    def place(self):
+        """Left, top, right and bottom, as soon as it shows."""
+        return until(lambda: self.desktop.place_of(self.window()["size"]), "the window does not show")
 
     def is_in_front(self):
         return self.window()["active"]
@@ -70,6 +77,58 @@ class GnomeWindow(GnomeWindowCase):
         self.wait_for_size(width // 2, height)
 
 
+class GnomeFrame(GnomeWindowCase):
+    """What the mouse does at the edges of the window, on a screen that has room around it."""
+
+    SIZE = (2400, 1600)
+
+    def setUp(self):
+        super().setUp()
+        self.come_to_front()
+
+    def drag(self, x, y, step_x, step_y):
+        """Drags with the left button, step by step, until something has come of it. Returns by how much each edge has moved."""
+        before = self.place()
+        self.desktop.point_at(x, y)
+        self.hand.press_button()
+
+        def has_changed():
+            self.hand.move(step_x, step_y)
+            return self.place() != before
+        until(has_changed, "the window stays as it is")
+        self.hand.release_button()
+        until(lambda: self.has_size(*self.window()["size"]), "the window and the compositor do not agree on its size")
+        return [now - was for was, now in zip(before, self.place())]
+
+    def test_the_title_bar_moves_it(self):
+        left, top, right, _ = self.place()
+        moved = self.drag((left + right) // 2, top + 16, 7, 3)
+        self.assertGreater(moved[0], 0)
+        self.assertEqual(moved[:2], moved[2:], "it changes its size")
+
+    def test_each_edge_and_corner_changes_its_size(self):
+        for across in (-1, 0, 1):
+            for down in (-1, 0, 1):
+                if across or down:
+                    with self.subTest(across=across, down=down):
+                        left, top, right, bottom = self.place()
+                        x = {-1: left + 2, 0: (left + right) // 2, 1: right - 3}[across]
+                        y = {-1: top + 2, 0: (top + bottom) // 2, 1: bottom - 3}[down]
+                        moved = self.drag(x, y, 3 * across, 3 * down)
+                        self.assertEqual([(number > 0) - (number < 0) for number in moved],
+                                         [min(across, 0), min(down, 0), max(across, 0), max(down, 0)])
+
+    def test_a_double_click_on_the_title_fills_the_screen_and_gives_it_back(self):
+        usual = self.window()["size"]
+        for is_large in (True, False):
+            left, top, right, _ = self.place()
+            self.desktop.point_at((left + right) // 2, top + 16)
+            self.hand.click()
+            self.hand.click()
+            until(lambda: (self.window()["size"][0] == self.SIZE[0]) == is_large, lambda: f"it is {self.window()}")
+        self.wait_for_size(*usual)
+
+
 class GnomeActivation(GnomeWindowCase):
     """A window comes to the front for those who hand on what the compositor gave them for a key of the user's."""
 
@@ -95,18 +154,11 @@ class GnomeScales(GnomeWindowCase):
     SIZE = (3000, 2400)
 
     def shown(self, scale):
-        """The window in the pixels of the screen: it stands before a black one, below the desktop's bar."""
         wanted = [scale * length for length in self.program.window.extents[2:]]
 
         def look():
-            screen = self.desktop.picture()
-            bar = round(scale * 40)
-            box = screen.crop((0, bar, *screen.size)).point(lambda value: 255 if value > 4 else 0).getbbox()
-            # The desktop may round half a pixel up or down.
-            if box is None or max(abs(box[2] - box[0] - wanted[0]), abs(box[3] - box[1] - wanted[1])) >= 1:
-                return None
-            part = screen.crop((box[0], box[1] + bar, box[2], box[3] + bar))
-            return part if len(part.getcolors(1 << 24) or []) > 500 else None
+            part = self.desktop.shown(wanted, scale)
+            return part if part and len(part.getcolors(1 << 24) or []) > 500 else None
         return until(look, lambda: f"no window of {wanted} pixels shows")
 
     def test_it_keeps_its_size_in_points_and_is_drawn_in_the_pixels_of_each(self):

@@ -10,8 +10,7 @@ from gi.repository import GLib
 from . import processes
 from .kwin_windows import KWIN, KWinWindows
 from .login import LoginManager
-from .portal_compositor import FRONT_END, PortalCompositor
-from .waiting import pause, until
+from .portal_compositor import ALT, CONTROL, ESCAPE, FRONT_END, LETTERS, Hand, PortalCompositor
 
 SOCKET = "wayland-plasma"
 BACK_END = "org.freedesktop.impl.portal.desktop.kde"
@@ -20,10 +19,8 @@ SHORTCUTS, SCREEN_LOCK = "org.kde.kglobalaccel", "org.freedesktop.ScreenSaver"
 HAND = os.environ.get("VELLORAN_KWIN_HAND", "none")
 VERSION = 6 if shutil.which("kbuildsycoca6") else 5
 
-# Keys and buttons by evdev's codes.
-ESCAPE, ENTER, CONTROL, ALT, F4 = 1, 28, 29, 56, 62
-LETTERS = {"s": 31, "d": 32}
-LEFT_BUTTON = 0x110
+# By evdev's codes.
+ENTER, F4 = 28, 62
 
 # The witness stays below the program's window when it is clicked on.
 SETTINGS = {
@@ -32,10 +29,6 @@ SETTINGS = {
     "kdeglobals": "[KDE]\nAnimationDurationFactor=0\n",
     "kxkbrc": "[Layout]\nUse=true\nLayoutList=us,de\n",
 }
-
-# Clicks go by one of these, so nobody may do the other.
-WAYS = {"libei": "NotifyPointerButton", "calls": "ConnectToEIS"}
-FORBIDDEN = """<deny send_interface="org.freedesktop.portal.RemoteDesktop" send_member="{}"/>"""
 
 # Where KWin has no door for emulated input: it asks the entry of a program what that may have.
 HAND_ENTRY = f"""[Desktop Entry]
@@ -47,8 +40,8 @@ X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input
 """
 
 
-class Hand:
-    """The user's mouse and keyboard, for as long as it is held: the seat has none besides."""
+class PlasmaHand(Hand):
+    """A program that asks KWin for it."""
 
     def __init__(self, environment):
         self._process = processes.start([HAND], environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
@@ -61,28 +54,11 @@ class Hand:
     def move(self, right, down):
         self._do("move", right, down)
 
-    def press(self, *codes):
-        for code in codes:
-            self._do("press", code)
+    def _key(self, code, is_down):
+        self._do("press" if is_down else "release", code)
 
-    def release(self, *codes):
-        for code in reversed(codes):
-            self._do("release", code)
-
-    def tap(self, *codes):
-        self.press(*codes)
-        pause(0.02)
-        self.release(*codes)
-
-    def press_button(self, code=LEFT_BUTTON):
-        self._do("down", code)
-
-    def release_button(self, code=LEFT_BUTTON):
-        self._do("up", code)
-
-    def click(self):
-        self.press_button()
-        self.release_button()
+    def _button(self, code, is_down):
+        self._do("down" if is_down else "up", code)
 
     def close(self):
         self._process.stdin.close()
@@ -91,35 +67,24 @@ class Hand:
 
 
 class Plasma(PortalCompositor):
-    """Its portal takes clicks in one of the `WAYS` only. It may be one that can be locked, with a login manager, and which wakes up
-    locked or not; and one with several outputs beside each other."""
+    """It may be one that can be locked, with a login manager, and which wakes up locked or not; and one with several outputs beside
+    each other."""
 
     NAME = "KDE"
     BACK_END = BACK_END
     BACK_END_PROGRAM = "xdg-desktop-portal-kde"
 
     def __init__(self, size=(1920, 1080), way="libei", has_lock=False, wakes_locked=True, outputs=1):
-        self._way = way
         self._has_lock = has_lock
         self._wakes_locked = wakes_locked
         self._outputs = outputs
         self.login = None
         self._windows = None
-        super().__init__(size)
+        super().__init__(size, way)
 
     @staticmethod
     def is_installed():
         return shutil.which("kwin_wayland") is not None and os.path.exists(HAND)
-
-    def _start_bus(self):
-        super()._start_bus()
-        path = os.path.join(self.folder, "bus.conf")
-        with open(path, encoding="ascii") as file:
-            configuration = file.read()
-        with open(path, "w", encoding="ascii") as file:
-            file.write(configuration.replace("</policy>", FORBIDDEN.format(WAYS[self._way]) + "</policy>"))
-        self.bus_connection = self._connect(self.environment["DBUS_SESSION_BUS_ADDRESS"])
-        self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ReloadConfig")
 
     def _start_compositor(self):
         self.environment.update({"XDG_SESSION_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": str(VERSION),
@@ -161,7 +126,7 @@ class Plasma(PortalCompositor):
         self.server = self._run("kwin", command, pass_fds=[self._listener.fileno()])
         for name in (KWIN, SHORTCUTS, "org.kde.keyboard"):
             self.wait_for_name(name)
-        self.hand = Hand(self.environment)
+        self.hand = PlasmaHand(self.environment)
         self.hand.move(2 * self._size[0], 2 * self._size[1])
         self.hand.move(-10, -10)
 
@@ -186,10 +151,6 @@ class Plasma(PortalCompositor):
     def set_layout(self, number):
         self.call("org.kde.keyboard", "/Layouts", "org.kde.KeyboardLayouts", "setLayout", GLib.Variant("(u)", (number,)))
 
-    @property
-    def size(self):
-        return self._size
-
     def has_script(self):
         """Whether KWin has the program's."""
         return self.call(KWIN, "/Scripting", "org.kde.kwin.Scripting", "isScriptLoaded",
@@ -205,10 +166,6 @@ class Plasma(PortalCompositor):
     def set_output(self, number, what):
         """Changes an output, counted from 1, in the words of Plasma's own tool."""
         self.run_tool("kscreen-doctor", f"output.{number}.{what}")
-
-    def point_at(self, x, y):
-        self.hand.move(-2 * self._size[0], -2 * self._size[1])
-        self.hand.move(x, y)
 
     def lock(self):
         self.call(SCREEN_LOCK, "/ScreenSaver", SCREEN_LOCK, "Lock")

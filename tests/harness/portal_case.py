@@ -31,15 +31,16 @@ class PortalCase(unittest.TestCase):
     def grant(self):
         raise NotImplementedError
 
-    def dialogs(self):
-        return self.desktop.dialogs(self.desktop.BACK_END)
+    def dialogs(self, service=None):
+        """Those of that service; of the part of the desktop behind the portal where none is named."""
+        return self.desktop.dialogs(service or self.desktop.BACK_END)
 
-    def wait_for_dialog(self):
+    def wait_for_dialog(self, service=None):
         """Waits until the desktop asks, and takes keys for the answer."""
-        until(lambda: any("active" in frame.states for frame in self.dialogs()), "the desktop does not ask")
+        until(lambda: any("active" in frame.states for frame in self.dialogs(service)), "the desktop does not ask")
 
-    def wait_until_answered(self):
-        until(lambda: not self.dialogs(), "the dialog stays")
+    def wait_until_answered(self, service=None):
+        until(lambda: not self.dialogs(service), "the dialog stays")
 
     def launch(self, environment=None, **config):
         """Starts the program with the default configuration and these changes; the desktop may ask its user then."""

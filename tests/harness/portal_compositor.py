@@ -11,6 +11,17 @@ from .desktop import CALL_LIMIT
 from .waiting import pause, until
 
 FRONT_END = "org.freedesktop.portal.Desktop"
+BUS, BUS_PATH = "org.freedesktop.DBus", "/org/freedesktop/DBus"
+
+# Keys and buttons by evdev's codes.
+ESCAPE, CONTROL, ALT = 1, 29, 56
+ROWS = ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm"))
+LETTERS = {letter: code for first, row in ROWS for code, letter in enumerate(row, first)}
+LEFT_BUTTON = 0x110
+
+# Clicks go by one of these, so nobody may do the other.
+WAYS = {"libei": "NotifyPointerButton", "calls": "ConnectToEIS"}
+FORBIDDEN = """<deny send_interface="org.freedesktop.portal.RemoteDesktop" send_member="{}"/>"""
 
 
 def executable(name):
@@ -20,16 +31,64 @@ def executable(name):
     return found[0]
 
 
+class Hand:
+    """The user's mouse and keyboard, for as long as it is held: the seat has none besides."""
+
+    def move(self, right, down):
+        raise NotImplementedError
+
+    def _key(self, code, is_down):
+        raise NotImplementedError
+
+    def _button(self, code, is_down):
+        raise NotImplementedError
+
+    def press(self, *codes):
+        for code in codes:
+            self._key(code, True)
+
+    def release(self, *codes):
+        for code in reversed(codes):
+            self._key(code, False)
+
+    def tap(self, *codes):
+        self.press(*codes)
+        pause(0.02)
+        self.release(*codes)
+
+    def press_button(self, code=LEFT_BUTTON):
+        self._button(code, True)
+
+    def release_button(self, code=LEFT_BUTTON):
+        self._button(code, False)
+
+    def click(self):
+        self.press_button()
+        self.release_button()
+
+
 class PortalCompositor(Compositor):
-    """The program's data folder has to be that of the desktop: its portal looks for the program's entry there."""
+    """Its portal takes clicks in one of the `WAYS` only. The program's data folder has to be that of the desktop: its portal looks
+    for the program's entry there."""
 
     BACK_END = None
     BACK_END_PROGRAM = None
 
-    def __init__(self, size=(1920, 1080)):
+    def __init__(self, size=(1920, 1080), way="libei"):
+        self._way = way
         self.hand = None
         self._portal = {}
         super().__init__(size)
+
+    def _start_bus(self):
+        super()._start_bus()
+        path = os.path.join(self.folder, "bus.conf")
+        with open(path, encoding="ascii") as file:
+            configuration = file.read()
+        with open(path, "w", encoding="ascii") as file:
+            file.write(configuration.replace("</policy>", FORBIDDEN.format(WAYS[self._way]) + "</policy>"))
+        self.bus_connection = self._connect(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self.read_services_anew()
 
     @property
     def data_home(self):
@@ -39,14 +98,24 @@ class PortalCompositor(Compositor):
     def config_home(self):
         return os.path.join(self.environment["HOME"], ".config")
 
+    @property
+    def size(self):
+        return self._size
+
+    def point_at(self, x, y):
+        self.hand.move(-2 * self._size[0], -2 * self._size[1])
+        self.hand.move(x, y)
+
     def call(self, name, path, interface, method, arguments=None):
         """Calls somebody on the session bus, and returns what is answered."""
         return self.bus_connection.call_sync(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, CALL_LIMIT,
                                              None).unpack()
 
     def ask_bus(self, method, name):
-        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-                         GLib.Variant("(s)", (name,)))[0]
+        return self.call(BUS, BUS_PATH, BUS, method, GLib.Variant("(s)", (name,)))[0]
+
+    def read_services_anew(self):
+        self.call(BUS, BUS_PATH, BUS, "ReloadConfig")
 
     def wait_for_name(self, name, seconds=90.0):
         until(lambda: self.ask_bus("NameHasOwner", name), f"nobody takes the name {name}", seconds)

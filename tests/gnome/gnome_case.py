@@ -1,0 +1,63 @@
+"""What the test classes on GNOME stand on: one private desktop a test, whose dialogs a hand answers."""
+
+import unittest
+
+from harness.gnome import ALT, BACK_END, ESCAPE, LETTERS, SHORTCUTS, Gnome
+from harness.portal_case import PortalCase
+from harness.waiting import pause, until
+
+
+@unittest.skipUnless(Gnome.is_installed(), "GNOME is not installed")
+class GnomeCase(PortalCase):
+    # What the desktop prefers.
+    WAY = "libei"
+
+    def make_desktop(self):
+        return Gnome(way=self.WAY)
+
+    def grant(self):
+        """That it be remembered is ticked already."""
+        self.wait_for_dialog()
+        self.hand.tap(ALT, LETTERS["i"])
+        until(self.may_share, "there is nothing to share")
+        self.hand.tap(ALT, LETTERS["s"])
+        self.wait_until_answered()
+
+    def may_share(self):
+        """Whether the dialog can be granted: what is asked for is switched on."""
+        return any("sensitive" in button.states for frame in self.dialogs() for button in frame.find_all("button", "Share"))
+
+    def refuse(self, service=None):
+        self.wait_for_dialog(service)
+        self.hand.tap(ESCAPE)
+        self.wait_until_answered(service)
+
+    def add_shortcut(self):
+        self.wait_for_dialog(SHORTCUTS)
+        self.hand.tap(ALT, LETTERS["a"])
+        self.wait_until_answered(SHORTCUTS)
+
+    def start_with_both(self, **config):
+        """For the first time on this desktop, which asks for the clicks and for a hotkey."""
+        program = self.launch(**config)
+        self.answer_both()
+        self.wait_for_permission(program)
+        self.desktop.focus("witness")
+        return program
+
+    def answer_both(self):
+        """In whatever order they come, and whichever is in front of the other."""
+        def asking():
+            return {service for service in (BACK_END, SHORTCUTS) if self.dialogs(service)}
+
+        asked = set()
+
+        def are_answered():
+            for service, key in ((BACK_END, "s"), (SHORTCUTS, "a")):
+                frames = self.dialogs(service)
+                asked.update({service} if frames else ())
+                if any("active" in frame.states for frame in frames):
+                    self.hand.tap(ALT, LETTERS[key if service == SHORTCUTS or self.may_share() else "i"])
+                    pause(0.5)
+            return asked == {BACK_END, SHORTCUTS} and not asking()
+        until(are_answered, lambda: f"asked was {asked}, and is {asking()}")
