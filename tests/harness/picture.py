@@ -15,7 +15,7 @@ def keep(picture, name):
     """Saves the picture where the caller of the tests wants to look at it."""
     if FOLDER:
         os.makedirs(FOLDER, exist_ok=True)
-        picture.save(os.path.join(FOLDER, name + ".png"))
+        picture.save(os.path.join(FOLDER, name + ".png"), optimize=True)
 
 
 def colour(red, green, blue):
