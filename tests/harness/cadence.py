@@ -10,6 +10,7 @@ from .program import Program
 from .waiting import until
 
 BARE_THREAD = os.environ.get("VELLORAN_BARE_THREAD", "")
+BARE_INPUT_THREAD = os.environ.get("VELLORAN_BARE_INPUT_THREAD", "")
 PLACE_OF_CLICKS = (1450, 150)  # in the observer's window
 
 
@@ -78,13 +79,27 @@ class OnX11:
         return [int(line.split()[-1]) / 1e9 for line in seen()]
 
 
-def compare(name, moments, interval):
-    """Prints how evenly these presses came, which were seen on the desktop called so, beside as many on X11."""
+def of_bare_thread_on(desktop, count, interval):
+    """When the presses came that a thread made which does nothing but click, over emulated input; nothing where the build has none.
+    The mouse is on the witness."""
+    if not BARE_INPUT_THREAD:
+        return None
+    before = desktop.witness.releases()
+    desktop.witness.report()
+    subprocess.run([BARE_INPUT_THREAD, str(count), str(interval)], env=desktop.environment, check=True,
+                   timeout=60 + 4 * count * interval)
+    desktop.witness.wait_for_releases(before + count)
+    return [moment for kind, _, moment in desktop.witness.timed_report() if kind == "down"]
+
+
+def compare(name, moments, bare, interval):
+    """Prints how evenly these presses came, which were seen on the desktop called so, beside those of a bare thread there, and as
+    many on X11."""
     count = len(moments)
-    busy = load()
+    print(f"\n{count} clicks asked for at {interval * 1000:g} ms, seen {name}: {count}, {describe(moments)} apart, with {load()}")
     with OnX11() as screen:
-        print(f"\n{count} clicks asked for at {interval * 1000:g} ms, seen {name}: {count}, {describe(moments)} apart, with {busy}")
-        for who, seen in (("Velloran", screen.of_program(count, interval)), ("a bare thread", screen.of_bare_thread(count, interval))):
+        for who, seen in (("there by a bare thread over libei", bare), ("on X11 by Velloran", screen.of_program(count, interval)),
+                          ("on X11 by a bare thread", screen.of_bare_thread(count, interval))):
             if seen is not None:
-                assert len(seen) == count, f"{len(seen)} clicks of {who} on X11, not {count}"
-                print(f"the same on X11 by {who}: {len(seen)}, {describe(seen)} apart, with {load()}")
+                assert len(seen) == count, f"{len(seen)} clicks {who}, not {count}"
+                print(f"the same {who}: {len(seen)}, {describe(seen)} apart, with {load()}")
