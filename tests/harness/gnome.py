@@ -123,14 +123,12 @@ class Gnome(PortalCompositor):
             return False
         until(is_left, "the overview stays")
 
-    def _set_locked(self, is_locked):
-        self.call(SHIELD, SHIELD_PATH, SCREEN_LOCK, "SetActive", GLib.Variant("(b)", (is_locked,)))
-
     def lock(self):
-        self._set_locked(True)
+        """As its user does: what an idle one would get is taken back by a click before it is complete."""
+        self.call(SHIELD, SHIELD_PATH, SCREEN_LOCK, "Lock")
 
     def unlock(self):
-        self._set_locked(False)
+        self.call(SHIELD, SHIELD_PATH, SCREEN_LOCK, "SetActive", GLib.Variant("(b)", (False,)))
 
     def is_locked(self):
         return self.call(SHIELD, SHIELD_PATH, SCREEN_LOCK, "GetActive")[0]

@@ -194,7 +194,7 @@ class LockTests(_LostAndFound):
         until(self.desktop.is_locked, "it is not locked")
         program.wait_for_headline("Ready")
         print("\nlocked:", program.message)
-        self.assertTrue(program.shows("push button", GRANT))
+        program.find("push button", GRANT)
         self.toggle()
         stays(lambda: program.headline != "Running", "it runs on a locked screen", 1)
         self.desktop.unlock()
