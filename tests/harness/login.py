@@ -36,6 +36,7 @@ DESCRIPTION = """<node>
 </interface>
 <interface name="org.gnome.DisplayManager.Manager">
   <method name="RegisterSession"><arg type="a{sv}" direction="in"/></method>
+  <method name="OpenReauthenticationChannel"><arg type="s" direction="in"/><arg type="s" direction="out"/></method>
   <property name="Version" type="s" access="read"/>
 </interface></node>"""
 
@@ -101,6 +102,9 @@ class LoginManager:
             invocation.return_value_with_unix_fd_list(GLib.Variant("(h)", (descriptors.append(writing),)), descriptors)
             os.close(reading)
             os.close(writing)
+        elif method == "OpenReauthenticationChannel":
+            # A click on the lock screen asks for a password. Told that there is nobody to check it, the shell would ask on and on.
+            pass
         elif method == "SetLockedHint":
             self.set_locked(arguments.unpack()[0])
             invocation.return_value(None)
