@@ -70,6 +70,10 @@ class GnomeLock(LockTests, GnomeCase):
     pass
 
 
+class GnomeLockByCalls(GnomeLock):
+    WAY = "calls"
+
+
 class GnomeLoss(LossTests, GnomeCase):
     pass
 
