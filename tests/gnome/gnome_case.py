@@ -2,7 +2,7 @@
 
 import unittest
 
-from harness.gnome import ALT, BACK_END, ESCAPE, LETTERS, SHORTCUTS, Gnome
+from harness.gnome import ALT, BACK_END, ESCAPE, LETTERS, SHORTCUTS, SPACE, Gnome
 from harness.portal_case import PortalCase
 from harness.waiting import pause, until
 
@@ -18,14 +18,27 @@ class GnomeCase(PortalCase):
     def grant(self):
         """That it be remembered is ticked already."""
         self.wait_for_dialog()
-        self.hand.tap(ALT, LETTERS["i"])
+        self.switch_on()
         until(self.may_share, "there is nothing to share")
         self.hand.tap(ALT, LETTERS["s"])
         self.wait_until_answered()
 
+    def grant_again(self):
+        if not self.desktop.remembers():
+            self.grant()
+
+    def switch_on(self):
+        """What is asked for. The keyboard is on it from the beginning where it has no key of its own."""
+        rows = [row for frame in self.dialogs() for row in frame.find_all("list item")]
+        if any("focused" in row.states for row in rows):
+            self.hand.tap(SPACE)
+        else:
+            self.hand.tap(ALT, LETTERS["i"])
+
     def may_share(self):
-        """Whether the dialog can be granted: what is asked for is switched on."""
-        return any("sensitive" in button.states for frame in self.dialogs() for button in frame.find_all("button", "Share"))
+        """Whether the dialog can be granted: what is asked for is switched on. Some toolkits name a button by its key as well."""
+        return any("sensitive" in button.states for frame in self.dialogs()
+                   for button in frame.find_all("button", lambda name: name.endswith("Share")))
 
     def refuse(self, service=None):
         self.wait_for_dialog(service)
@@ -57,7 +70,10 @@ class GnomeCase(PortalCase):
                 frames = self.dialogs(service)
                 asked.update({service} if frames else ())
                 if any("active" in frame.states for frame in frames):
-                    self.hand.tap(ALT, LETTERS[key if service == SHORTCUTS or self.may_share() else "i"])
+                    if service == BACK_END and not self.may_share():
+                        self.switch_on()
+                    else:
+                        self.hand.tap(ALT, LETTERS[key])
                     pause(0.5)
             return asked == {BACK_END, SHORTCUTS} and not asking()
         until(are_answered, lambda: f"asked was {asked}, and is {asking()}")

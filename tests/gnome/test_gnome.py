@@ -3,6 +3,7 @@
 from gnome_case import GnomeCase
 from harness import preferences
 from harness.gnome import ALT, CONTROL, LETTERS, SHORTCUTS
+from harness.portal_case import GRANT
 from harness.portal_tests import ClickTests, HotkeyTests, KillTests, LockTests, LossTests, PermissionTests
 from harness.waiting import stays, until
 
@@ -67,7 +68,11 @@ class GnomeHotkey(HotkeyTests, GnomeCase):
 
 
 class GnomeLock(LockTests, GnomeCase):
-    pass
+    def is_unlocked(self, program):
+        if not self.desktop.remembers():
+            stays(lambda: not self.dialogs(), "it asks by itself", 2)
+            program.find("push button", GRANT).do()
+            self.grant()
 
 
 class GnomeLockByCalls(GnomeLock):

@@ -7,7 +7,7 @@ from gi.repository import Gio, GLib
 
 from .desktop import CALL_LIMIT
 from .login import LoginManager
-from .portal_compositor import ALT, CONTROL, ESCAPE, FRONT_END, LETTERS, Hand, PortalCompositor, executable
+from .portal_compositor import ALT, CONTROL, ESCAPE, FRONT_END, LETTERS, SPACE, Hand, PortalCompositor, executable, executables
 from .waiting import until
 
 SOCKET = "wayland-gnome"
@@ -15,7 +15,8 @@ ROBOT, ROBOT_PATH = "org.gnome.Mutter.RemoteDesktop", "/org/gnome/Mutter/RemoteD
 SHELL, SHELL_PATH = "org.gnome.Shell", "/org/gnome/Shell"
 SHIELD, SHIELD_PATH, SCREEN_LOCK = "org.gnome.Shell.ScreenShield", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"
 BACK_END = "org.freedesktop.impl.portal.desktop.gnome"
-SHORTCUTS = "org.gnome.Settings.GlobalShortcutsProvider"
+SHORTCUTS, PROVIDER = "org.gnome.Settings.GlobalShortcutsProvider", "gnome-control-center-global-shortcuts-provider"
+USERS_SHORTCUTS = "org.gnome.SettingsDaemon.MediaKeys"
 
 # By evdev's code.
 F24 = 194
@@ -61,6 +62,11 @@ class Gnome(PortalCompositor):
     def is_installed():
         return shutil.which("gnome-shell") is not None
 
+    @staticmethod
+    def binds_for_programs():
+        """Whether programs can have shortcuts of their own, through the portal; else there are those of the user only."""
+        return bool(executables(PROVIDER))
+
     def _start_compositor(self):
         self.environment.update({"XDG_SESSION_DESKTOP": "gnome", "XDG_SESSION_ID": "1", "LIBGL_ALWAYS_SOFTWARE": "1",
                                  "GDK_BACKEND": "wayland", "GSK_RENDERER": "cairo", "GSETTINGS_BACKEND": "keyfile"})
@@ -79,13 +85,16 @@ class Gnome(PortalCompositor):
         until(lambda: os.path.exists(socket), "the compositor has no socket")
         self.environment["WAYLAND_DISPLAY"] = socket
         self._start_service("permission-store", "xdg-permission-store", "org.freedesktop.impl.portal.PermissionStore")
-        self._offer_service(SHORTCUTS, executable("gnome-control-center-global-shortcuts-provider"))
+        if self.binds_for_programs():
+            self._offer_service(SHORTCUTS, executable(PROVIDER))
         self.start_back_end()
         self.start_front_end()
         self.hand = GnomeHand(self.bus_connection)
         self.hand.move(2 * self._size[0], 2 * self._size[1])
         self.hand.move(-10, -10)
         self._leave_overview()
+        if not self.binds_for_programs():
+            self._start_service("keys", "gsd-media-keys", USERS_SHORTCUTS)
         return socket
 
     def _start_system_bus(self):
@@ -139,4 +148,4 @@ class Gnome(PortalCompositor):
             self._login.close()
 
 
-__all__ = ["ALT", "BACK_END", "CONTROL", "ESCAPE", "FRONT_END", "LETTERS", "SHORTCUTS", "Gnome"]
+__all__ = ["ALT", "BACK_END", "CONTROL", "ESCAPE", "FRONT_END", "LETTERS", "SHORTCUTS", "SPACE", "Gnome"]

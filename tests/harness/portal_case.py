@@ -31,6 +31,9 @@ class PortalCase(unittest.TestCase):
     def grant(self):
         raise NotImplementedError
 
+    def grant_again(self):
+        """What was granted before: for a desktop that asks once more."""
+
     def dialogs(self, service=None):
         """Those of that service; of the part of the desktop behind the portal where none is named."""
         return self.desktop.dialogs(service or self.desktop.BACK_END)
@@ -53,6 +56,7 @@ class PortalCase(unittest.TestCase):
     def start(self, **config):
         """The same, and the permission to click is granted; the witness has the keyboard."""
         program = self.launch(**config)
+        self.grant_again()
         self.wait_for_permission(program)
         self.desktop.focus("witness")
         return program

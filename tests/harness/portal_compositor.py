@@ -14,7 +14,7 @@ FRONT_END = "org.freedesktop.portal.Desktop"
 BUS, BUS_PATH = "org.freedesktop.DBus", "/org/freedesktop/DBus"
 
 # Keys and buttons by evdev's codes.
-ESCAPE, CONTROL, ALT = 1, 29, 56
+ESCAPE, CONTROL, ALT, SPACE = 1, 29, 56, 57
 ROWS = ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm"))
 LETTERS = {letter: code for first, row in ROWS for code, letter in enumerate(row, first)}
 LEFT_BUTTON = 0x110
@@ -24,9 +24,13 @@ WAYS = {"libei": "NotifyPointerButton", "calls": "ConnectToEIS"}
 FORBIDDEN = """<deny send_interface="org.freedesktop.portal.RemoteDesktop" send_member="{}"/>"""
 
 
+def executables(name):
+    """Where the system keeps a program that is not for users; nothing where it has none."""
+    return [path for folder in ("/usr/libexec/", "/usr/lib/*/libexec/", "/usr/lib/*/") for path in glob.glob(folder + name)]
+
+
 def executable(name):
-    """Where the system keeps a program that is not for users."""
-    found = [path for folder in ("/usr/libexec/", "/usr/lib/*/libexec/", "/usr/lib/*/") for path in glob.glob(folder + name)]
+    found = executables(name)
     assert found, f"there is no {name}"
     return found[0]
 
@@ -116,6 +120,11 @@ class PortalCompositor(Compositor):
 
     def read_services_anew(self):
         self.call(BUS, BUS_PATH, BUS, "ReloadConfig")
+
+    def remembers(self):
+        """Whether its portal knows what was granted before; the first version does not."""
+        return self.call(FRONT_END, "/org/freedesktop/portal/desktop", "org.freedesktop.DBus.Properties", "Get",
+                         GLib.Variant("(ss)", ("org.freedesktop.portal.RemoteDesktop", "version")))[0] > 1
 
     def wait_for_name(self, name, seconds=90.0):
         until(lambda: self.ask_bus("NameHasOwner", name), f"nobody takes the name {name}", seconds)

@@ -18,9 +18,25 @@ S = LETTERS["s"]
 
 
 class PermissionTests:
-    """For a desktop that asks, and remembers what it was told."""
+    """For a desktop that asks."""
+
+    def test_it_is_asked_for_at_each_start_where_it_cannot_be_remembered(self):
+        if self.desktop.remembers():
+            self.skipTest("its portal remembers")
+        for _ in range(2):
+            program = self.launch(maxClicks=20, clickIntervalSeconds=0.02)
+            self.wait_for_dialog()
+            self.assertTrue(program.shows("push button", GRANT))
+            self.grant()
+            self.wait_for_permission(program)
+            self.desktop.focus("witness")
+            self.assert_run(program, 20)
+            self.assertEqual(program.end(), 0)
+        self.assertFalse(os.path.exists(os.path.join(self.desktop.data_home, "velloran", "remote-desktop-token")))
 
     def test_it_is_asked_for_once_and_remembered(self):
+        if not self.desktop.remembers():
+            self.skipTest("its portal remembers nothing")
         program = self.launch(maxClicks=20, clickIntervalSeconds=0.02)
         self.wait_for_dialog()
         self.assertTrue(program.shows("push button", GRANT))
@@ -214,6 +230,7 @@ class LossTests(_LostAndFound):
     def assert_comes_back(self, program):
         """By the user's wish."""
         program.find("push button", GRANT).do()
+        self.grant_again()
         self.assert_clicks_again(program)
 
     def test_of_the_back_end(self):
