@@ -1,8 +1,10 @@
 """The whole program on GNOME, as another window sees it; a hand answers the desktop's dialogs."""
 
+import unittest
+
 from gnome_case import GnomeCase
 from harness import preferences
-from harness.gnome import ALT, CONTROL, LETTERS, SHORTCUTS
+from harness.gnome import ALT, CONTROL, LETTERS, SHORTCUTS, Gnome
 from harness.portal_case import GRANT
 from harness.portal_tests import ClickTests, HotkeyTests, KillTests, LockTests, LossTests, PermissionTests
 from harness.waiting import stays, until
@@ -32,6 +34,7 @@ class GnomeKillsByCalls(GnomeKills):
     WAY = "calls"
 
 
+@unittest.skipUnless(Gnome.binds_for_programs(), "the hotkey is a shortcut of the user's")
 class GnomeHotkey(HotkeyTests, GnomeCase):
     def start_with_hotkey(self):
         return self.start_with_both(**self.HOTKEY)
