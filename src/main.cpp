@@ -33,6 +33,7 @@
 #include "platform/waylandwindow/CompositorMenu.h"
 #include "platform/waylandwindow/ShortcutsInhibitor.h"
 #include "platform/waylandwindow/leastSize.h"
+#include "platform/waylandwindow/mouse.h"
 #include "platform/windowmanager/WindowRaiser.h"
 #include "platform/windowmanager/buttonEvents.h"
 #include "platform/windowmanager/windowManagerMenu.h"
@@ -277,6 +278,7 @@ int main(int argc, char* argv[]) {
         qunsetenv("XDG_ACTIVATION_TOKEN");
     }
     platform::windowmanager::leaveOutButtonsOfOthers();
+    platform::waylandwindow::ensureMouse();
     QApplication::setApplicationName(QStringLiteral("velloran"));
     QApplication::setApplicationDisplayName(QStringLiteral("Velloran"));
     QApplication::setApplicationVersion(QStringLiteral(VELLORAN_VERSION));

@@ -115,6 +115,12 @@ class SwayFrame(CompositorCase):
                 self.move(*place)
                 until(is_shown, f"the pointer is no {shape}", 5)
 
+    def test_a_left_click_on_the_title_opens_no_menu(self):
+        self.move(700, 130)
+        self.witness.press_button(LEFT)
+        self.witness.release_button(LEFT)
+        stays(lambda: not self.program.shown("menu item"), "a menu opens", 0.5)
+
     def test_a_right_click_on_the_title_opens_the_small_menu_where_the_compositor_has_none(self):
         self.move(700, 130)
         self.witness.press_button(RIGHT)
