@@ -4,13 +4,14 @@ import unittest
 
 from harness.gnome import ALT, BACK_END, ESCAPE, LETTERS, SHORTCUTS, SPACE, Gnome
 from harness.portal_case import PortalCase
+from harness.portal_compositor import HAS_LIBEI
 from harness.waiting import pause, until
 
 
 @unittest.skipUnless(Gnome.is_installed(), "GNOME is not installed")
 class GnomeCase(PortalCase):
     # What the desktop prefers.
-    WAY = "libei"
+    WAY = "libei" if HAS_LIBEI else "calls"
 
     def make_desktop(self):
         return Gnome(way=self.WAY)

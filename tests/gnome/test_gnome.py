@@ -6,6 +6,7 @@ from gnome_case import GnomeCase
 from harness import preferences
 from harness.gnome import ALT, CONTROL, LETTERS, SHORTCUTS, Gnome
 from harness.portal_case import GRANT
+from harness.portal_compositor import HAS_LIBEI
 from harness.portal_tests import ClickTests, HotkeyTests, KillTests, LockTests, LossTests, PermissionTests
 from harness.waiting import stays, until
 
@@ -22,6 +23,7 @@ class GnomeClicks(ClickTests, GnomeCase):
     pass
 
 
+@unittest.skipUnless(HAS_LIBEI, "there is no other way")
 class GnomeClicksByCalls(GnomeClicks):
     WAY = "calls"
 
@@ -30,6 +32,7 @@ class GnomeKills(KillTests, GnomeCase):
     pass
 
 
+@unittest.skipUnless(HAS_LIBEI, "there is no other way")
 class GnomeKillsByCalls(GnomeKills):
     WAY = "calls"
 
@@ -86,5 +89,6 @@ class GnomeLoss(LossTests, GnomeCase):
     pass
 
 
+@unittest.skipUnless(HAS_LIBEI, "there is no other way")
 class GnomeLossByCalls(GnomeLoss):
     WAY = "calls"

@@ -2,13 +2,15 @@
 
 import os
 import shutil
+import signal
 
 from gi.repository import Gio, GLib
 
+from . import processes
 from .desktop import CALL_LIMIT
 from .login import LoginManager
 from .portal_compositor import ALT, CONTROL, ESCAPE, FRONT_END, LETTERS, SPACE, Hand, PortalCompositor, executable, executables
-from .waiting import until
+from .waiting import TookTooLong, until
 
 SOCKET = "wayland-gnome"
 ROBOT, ROBOT_PATH = "org.gnome.Mutter.RemoteDesktop", "/org/gnome/Mutter/RemoteDesktop"
@@ -79,6 +81,7 @@ class Gnome(PortalCompositor):
         self.set("org.gnome.desktop.wm.preferences", "raise-on-click", "false")
         self.server = self._run("shell", ["gnome-shell", "--headless", "--wayland", "--no-x11", f"--wayland-display={SOCKET}",
                                           "--virtual-monitor", f"{self._size[0]}x{self._size[1]}"])
+        self._wait_for_shell()
         for name in (SHELL, ROBOT):
             self.wait_for_name(name)
         socket = os.path.join(self.environment["XDG_RUNTIME_DIR"], SOCKET)
@@ -96,6 +99,18 @@ class Gnome(PortalCompositor):
         if not self.binds_for_programs():
             self._start_service("keys", "gsd-media-keys", USERS_SHORTCUTS)
         return socket
+
+    def _wait_for_shell(self):
+        """A program that GNOME Shell 43 starts while it comes up may stand still before it is one, and the shell waits for it: it can
+        do without any."""
+        def is_up():
+            return "GNOME Shell started" in processes.read_all(os.path.join(self.folder, "shell.log"))
+        try:
+            until(is_up, "the shell does not come up", 20)
+        except TookTooLong:
+            for child in processes.children(self.server.pid):
+                os.kill(child, signal.SIGKILL)
+            until(is_up, "the shell does not come up")
 
     def _start_system_bus(self):
         folder = os.path.join(self.folder, "system")

@@ -19,8 +19,9 @@ ROWS = ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm"))
 LETTERS = {letter: code for first, row in ROWS for code, letter in enumerate(row, first)}
 LEFT_BUTTON = 0x110
 
-# Clicks go by one of these, so nobody may do the other.
+# Clicks go by one of these, so nobody may do the other. A system without the library has the other only.
 WAYS = {"libei": "NotifyPointerButton", "calls": "ConnectToEIS"}
+HAS_LIBEI = bool(glob.glob("/usr/lib/*/libei.so.1"))
 FORBIDDEN = """<deny send_interface="org.freedesktop.portal.RemoteDesktop" send_member="{}"/>"""
 
 

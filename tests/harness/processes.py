@@ -35,6 +35,11 @@ def read_all(path):
         return file.read()
 
 
+def children(pid):
+    """The processes that the main thread of a process has started, and that have not ended."""
+    return [int(child) for child in read_all(f"/proc/{pid}/task/{pid}/children").split()]
+
+
 def mapped_files(pid):
     """The names, without their folders, of all files that a process has in its memory."""
     lines = read_all(f"/proc/{pid}/maps").splitlines()
