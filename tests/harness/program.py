@@ -58,6 +58,15 @@ class Program:
     def is_running(self):
         return self.process.poll() is None
 
+    def toolkit_version(self):
+        """The first two numbers of it."""
+        found = [name for name in processes.mapped_files(self.pid) if name.startswith("libQt6Gui.so.")]
+        return tuple(int(part) for part in found[0].split(".")[2:4])
+
+    def follows_scales(self):
+        """Whether its window is drawn anew when its output gets another scale, and at scales between whole numbers."""
+        return self.toolkit_version() > (6, 4)
+
     def wait_for_window(self):
         self._window = until(self._find_window, lambda: f"no window appeared; the program says: {self.log}")
         return self

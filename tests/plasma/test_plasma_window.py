@@ -1,6 +1,7 @@
 """The program's window on Plasma: its frame, its place, its looks at each scale, how it comes to the front, and the keys that it
 takes."""
 
+import math
 import re
 import subprocess
 
@@ -219,12 +220,28 @@ class PlasmaScales(PlasmaWindowCase):
         sizes = re.findall(r"create_buffer\(new id wl_buffer[@#]\d+, \d+, (\d+), (\d+),", self.program.log)
         return tuple(int(length) for length in sizes[-1])
 
+    def assert_drawn_with(self, scale):
+        pixels = tuple(round(scale * length) for length in self.START[2:])
+        until(lambda: self.drawn() == pixels, lambda: f"it is drawn with {self.drawn()} pixels, not with {pixels}")
+        until(lambda: self.rect()[2:] == self.START[2:] == tuple(self.program.window.extents[2:]),
+              lambda: f"it is {self.rect()}, the program says {self.program.window.extents}")
+
     def test_it_keeps_its_size_in_points_and_is_drawn_in_the_pixels_of_each(self):
+        if not self.program.follows_scales():
+            self.skipTest("the toolkit does not follow them")
         self.put_back()
         for scale in (1.25, 1.5, 2, 1):
             with self.subTest(scale):
                 self.desktop.set_output(1, f"scale.{scale}")
-                pixels = tuple(round(scale * length) for length in self.START[2:])
-                until(lambda: self.drawn() == pixels, lambda: f"it is drawn with {self.drawn()} pixels, not with {pixels}")
-                until(lambda: self.rect()[2:] == self.START[2:] == tuple(self.program.window.extents[2:]),
-                      lambda: f"it is {self.rect()}, the program says {self.program.window.extents}")
+                self.assert_drawn_with(scale)
+
+    def test_started_at_each_it_is_drawn_in_no_fewer_pixels(self):
+        if self.program.follows_scales():
+            self.skipTest("it follows them")
+        for scale in (1.25, 1.5, 2, 1):
+            with self.subTest(scale):
+                self.assertEqual(self.program.end(), 0)
+                self.desktop.set_output(1, f"scale.{scale}")
+                self.program = self.launch(self.ENVIRONMENT)
+                self.put_back()
+                self.assert_drawn_with(math.ceil(scale))
