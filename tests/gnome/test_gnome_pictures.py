@@ -1,5 +1,8 @@
 """What the window looks like on GNOME."""
 
+import unittest
+
+from harness.gnome import Gnome
 from harness.portal_pictures import CONFIG, PictureTests
 from harness.waiting import pause, until
 from test_gnome_window import GnomeWindowCase
@@ -8,6 +11,7 @@ from test_gnome_window import GnomeWindowCase
 HEIGHT = 1080
 
 
+@unittest.skipUnless(Gnome.binds_for_programs(), "the hotkey is a shortcut of the user's")
 class GnomePictures(PictureTests, GnomeWindowCase):
     SIZE = (1920, 1200)
     PICTURES = "gnome"

@@ -4,9 +4,10 @@ import time
 import unittest
 
 from harness import preferences
+from harness.compositor_case import LEFT
 from harness.plasma import ALT, CONTROL, F4, LETTERS, VERSION
 from harness.portal_case import GRANT
-from harness.portal_tests import LOST, ClickTests, HotkeyTests, KillTests, LockTests, LossTests, PermissionTests
+from harness.portal_tests import LOST, ClickTests, HotkeyTests, Kills, KillTests, LockTests, LossTests, PermissionTests
 from harness.waiting import pause, until
 from plasma_case import PlasmaCase
 
@@ -44,6 +45,34 @@ class PlasmaKills(KillTests, PlasmaCase):
 
 class PlasmaKillsByCalls(PlasmaKills):
     WAY = "calls"
+
+
+@unittest.skipUnless(VERSION == 5, "the newer release lets go of a button")
+class PlasmaKillsThatLeaveButtons(Kills, PlasmaCase):
+    def test_what_stays_down_is_let_go_of_by_the_next_click(self):
+        down = 0
+        for number in self.kills():
+            report = self.settled_report()
+            presses = [kind for kind, _ in report if kind == "down"]
+            self.assertIn(2 * len(presses) - len(report), (0, 1), f"kill {number}: {report[-4:]}")
+            if report[-1][0] == "down":
+                down += 1
+                self.hand.click()
+                self.assertEqual(self.settled_report()[-1:], [("up", LEFT)], f"kill {number}")
+        print(f"\n50 kills over {self.WAY}: after {down} a button was down")
+
+    def settled_report(self):
+        """What the buttons have done, once they rest."""
+        report = []
+
+        def rests():
+            report.extend(self.witness.report())
+            pause(0.5)
+            more = self.witness.report()
+            report.extend(more)
+            return report and not more
+        until(rests, "the buttons do not rest")
+        return report
 
 
 class PlasmaHotkey(HotkeyTests, PlasmaCase):
