@@ -110,7 +110,7 @@ class Gnome(PortalCompositor):
         except TookTooLong:
             for child in processes.children(self.server.pid):
                 os.kill(child, signal.SIGKILL)
-            until(is_up, "the shell does not come up")
+            until(is_up, "the shell does not come up", 90)
 
     def _start_system_bus(self):
         folder = os.path.join(self.folder, "system")
