@@ -1,5 +1,5 @@
-// A thread that does nothing but click, at absolute deadlines, over a connection for emulated input that KWin or GNOME's
-// shell gives it without a question: the exactest rhythm to be had from this machine and desktop. Usage:
+// A thread that does nothing but click, at absolute deadlines, over a connection for emulated input that KWin or
+// GNOME's shell gives it without a question: the exactest rhythm to be had from this machine and desktop. Usage:
 // bare-input-thread COUNT SECONDS
 
 #include "Schedule.h"

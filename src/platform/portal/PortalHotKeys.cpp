@@ -127,7 +127,7 @@ void PortalHotKeys::bind(const RegistrationRef& registration) {
             take(asked, words);
         }
     });
-    connect(shortcut, &PortalShortcut::unbound, this, [this, observed] {
+    connect(shortcut, &PortalShortcut::unbound, this, [observed] {
         if (const auto asked = observed.lock()) {
             asked->claim.answer({hotKeyInvalidError, {}});
         }
