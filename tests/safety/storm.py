@@ -111,6 +111,8 @@ class Storms:
         self._observer.move(*PLACE_OF_CLICKS)
 
     def _clicks(self):
+        # Whatever the server has been sent is counted then, however late the observer is.
+        self._observer.ask("position")
         return self._observer.report()["buttons"].get(MIDDLE, 0)
 
     # The storm itself
