@@ -1,11 +1,10 @@
 #include <QApplication>
-#include <QFontDatabase>
-#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
 
+#include "applicationLooks.h"
 #include "chooseDesktop.h"
 #include "donation/DonationManager.h"
 #include "donation/view/DonationModel.h"
@@ -44,7 +43,6 @@
 #include "ui/cards/ConfigModel.h"
 #include "ui/cards/RunModel.h"
 #include "ui/theme/DesktopAppearance.h"
-#include "ui/theme/PngReader.h"
 #include "ui/theme/Providers.h"
 #include "ui/window/DesktopLimits.h"
 #include "ui/window/DesktopWindowButtons.h"
@@ -78,25 +76,6 @@ bool hasDisplay() {
         }
     }
     return false;
-}
-
-/// A desktop that names no typeface leaves the toolkit with a generic name, which may stand for anything. Then one is
-/// taken that has all the weights of the window, if it is installed.
-void chooseTypeface() {
-    QFont font = QApplication::font();
-    const QString preferred = QStringLiteral("Inter");
-    if (font.family().startsWith(QLatin1String("Sans"), Qt::CaseInsensitive) && QFontDatabase::hasFamily(preferred)) {
-        font.setFamily(preferred);
-        QApplication::setFont(font);
-    }
-}
-
-QIcon windowIcon() {
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128}) {
-        icon.addPixmap(QPixmap::fromImage(PngReader(QStringLiteral(":/window-icon/%1.png").arg(size)).read()));
-    }
-    return icon;
 }
 
 /// Takes the registered hotkey away again, before the backend that holds it goes.
