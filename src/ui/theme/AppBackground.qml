@@ -1,7 +1,7 @@
 import QtQuick
+import Velloran
 
-/// The ground of the window: a dark gradient and a soft blue glow in its top left corner. Both follow the window's size at no
-/// cost: the gradient is drawn, and the glow is one picture that only ever adds light.
+/// The ground of the window: a dark gradient and a soft blue glow in its top left corner, which only ever adds light.
 Rectangle {
     id: root
 
@@ -14,12 +14,10 @@ Rectangle {
     }
     clip: true
 
-    Image {
-        source: "image://background/glow?start=20&radius=" + root.glowRadius + "&color="
-                + Theme.faded(Theme.accentBlue, 0.12).toString().slice(1)
-        sourceSize.width: root.glowRadius
-        sourceSize.height: root.glowRadius
+    Glow {
         width: root.glowRadius
         height: root.glowRadius
+        start: 20
+        color: Theme.faded(Theme.accentBlue, 0.12)
     }
 }

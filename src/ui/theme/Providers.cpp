@@ -1,6 +1,5 @@
 #include "ui/theme/Providers.h"
 
-#include "ui/theme/BackgroundProvider.h"
 #include "ui/theme/IconProvider.h"
 #include "ui/theme/ShadowProvider.h"
 
@@ -12,7 +11,6 @@ namespace velloran {
 void registerProviders(QQmlEngine& engine) {
     engine.addImageProvider("icon", new IconProvider);
     engine.addImageProvider("shadow", new ShadowProvider);
-    engine.addImageProvider("background", new BackgroundProvider);
 }
 
 } // namespace velloran
