@@ -44,6 +44,7 @@
 #include "ui/cards/RunModel.h"
 #include "ui/theme/DesktopAppearance.h"
 #include "ui/theme/Providers.h"
+#include "ui/theme/firstFonts.h"
 #include "ui/window/DesktopLimits.h"
 #include "ui/window/DesktopWindowButtons.h"
 #include "ui/window/WindowManagerMenu.h"
@@ -276,5 +277,7 @@ int main(int argc, char* argv[]) {
     }
     QApplication::setWindowIcon(windowIcon());
     chooseTypeface();
+    // Meanwhile the types of the views are still being read.
+    openFirstFonts();
     return run(bus, busPlace.address.toStdString(), instance, std::move(views));
 }
