@@ -24,29 +24,41 @@ std::array<int, 3> averageWidths(double deviation) {
     return widths;
 }
 
-// One moving average over `line`, `width` values wide and centred.
-void average(std::span<const float> line, std::span<float> result, int width) {
+// One moving average over lines that lie beside each other, `width` values wide and centred: value after value of all
+// of them, as that is the order in which they lie in memory.
+void average(std::span<const float> values, std::span<float> result, std::size_t lines, int width) {
     const std::size_t half = static_cast<std::size_t>(width / 2);
-    float sum = 0;
-    for (std::size_t i = 0; i < std::min(half, line.size()); ++i) {
-        sum += line[i];
+    const std::size_t length = values.size() / lines;
+    std::vector<float> sums(lines);
+    const auto add = [&](std::size_t at) {
+        for (std::size_t line = 0; line < lines; ++line) {
+            sums[line] += values[at * lines + line];
+        }
+    };
+    for (std::size_t i = 0; i < std::min(half, length); ++i) {
+        add(i);
     }
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (i + half < line.size()) {
-            sum += line[i + half];
+    for (std::size_t i = 0; i < length; ++i) {
+        if (i + half < length) {
+            add(i + half);
         }
         if (i > half) {
-            sum -= line[i - half - 1];
+            for (std::size_t line = 0; line < lines; ++line) {
+                sums[line] -= values[(i - half - 1) * lines + line];
+            }
         }
-        result[i] = sum / static_cast<float>(width);
+        for (std::size_t line = 0; line < lines; ++line) {
+            result[i * lines + line] = sums[line] / static_cast<float>(width);
+        }
     }
 }
 
-void blurLine(std::vector<float>& line, const std::array<int, 3>& widths, std::vector<float>& scratch) {
-    scratch.resize(line.size());
+void blurLines(std::vector<float>& values, std::size_t lines, const std::array<int, 3>& widths,
+               std::vector<float>& scratch) {
+    scratch.resize(values.size());
     for (const int width : widths) {
-        average(line, scratch, width);
-        std::swap(line, scratch);
+        average(values, scratch, lines, width);
+        std::swap(values, scratch);
     }
 }
 
@@ -65,18 +77,15 @@ void blur(QImage& alpha, double deviation) {
         // Most rows of a shape with straight sides are as the one above.
         if (y == 0 || !std::equal(source, source + columns, alpha.constScanLine(static_cast<int>(y - 1)))) {
             line.assign(source, source + columns);
-            blurLine(line, widths, scratch);
+            blurLines(line, 1, widths, scratch);
         }
         std::copy(line.begin(), line.end(), values.begin() + static_cast<std::ptrdiff_t>(y * columns));
     }
-    line.resize(rows);
-    for (std::size_t x = 0; x < columns; ++x) {
-        for (std::size_t y = 0; y < rows; ++y) {
-            line[y] = values[y * columns + x];
-        }
-        blurLine(line, widths, scratch);
-        for (std::size_t y = 0; y < rows; ++y) {
-            alpha.scanLine(static_cast<int>(y))[x] = static_cast<uchar>(std::lround(line[y]));
+    blurLines(values, columns, widths, scratch);
+    for (std::size_t y = 0; y < rows; ++y) {
+        uchar* const target = alpha.scanLine(static_cast<int>(y));
+        for (std::size_t x = 0; x < columns; ++x) {
+            target[x] = static_cast<uchar>(std::lround(values[y * columns + x]));
         }
     }
 }
