@@ -146,6 +146,16 @@ class HotkeyTests:
             return True
         until(runs, "the hotkey does not start it")
 
+    def wait_until_free(self):
+        """Until the window that has the keyboard gets the key as well as the modifiers."""
+        self.desktop.focus("witness")
+
+        def is_free():
+            keys = self.witness.keys()
+            self.hand.tap(CONTROL, ALT, S)
+            return self.witness.keys() == keys + 3
+        until(is_free, "the window does not get the former hotkey")
+
     def stop(self, program):
         self.hand.tap(CONTROL, ALT, S)
         program.wait_for_headline("Ready")

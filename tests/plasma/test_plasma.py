@@ -80,13 +80,7 @@ class PlasmaHotkey(HotkeyTests, PlasmaCase):
         program = self.start_granted(**self.HOTKEY)
         self.press_until_bound(program, CONTROL, ALT, S)
         self.assertEqual(program.end(), 0)
-        self.desktop.focus("witness")
-
-        def is_free():
-            keys = self.witness.keys()
-            self.hand.tap(CONTROL, ALT, S)
-            return self.witness.keys() == keys + 3
-        until(is_free, "the window does not get the former hotkey")
+        self.wait_until_free()
 
     def test_a_taken_one_is_refused_and_its_holder_named(self):
         program = self.launch(**{**self.HOTKEY, "hotkey": OPTION_F4})
