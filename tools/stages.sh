@@ -75,7 +75,7 @@ stage_tests() {
     [ "$stage_failed" -eq 0 ]
 }
 
-# stage_script NAME SECONDS COMMAND...: a step with stages of its own, which prints what it does, and the sum of them.
+# stage_script NAME SECONDS COMMAND...: a step with stages of its own, which prints what it does, and one sum of them or several.
 stage_script() {
     stage_name=$1
     stage_limit=$2
@@ -84,14 +84,13 @@ stage_script() {
     stage_begin=$(date +%s)
     echo "== $stage_name"
     { with_limit "$stage_limit" "$@" 2>&1 || echo "ended with $?"; } | tee "$stage_log" | sed -u 's/^/   /'
-    stage_sum=$(grep -E '^[0-9]+ passed, [0-9]+ failed$' "$stage_log" | tail -n 1)
-    stage_failed=$(echo "$stage_sum" | sed 's/.*, \([0-9]*\) failed/\1/')
-    if [ -n "$stage_sum" ]; then
-        passed=$((passed + ${stage_sum%% *}))
-        failed=$((failed + stage_failed))
-    fi
+    stage_passed=$(sed -n 's/^\([0-9]*\) passed, [0-9]* failed$/+ \1/p' "$stage_log" | tr '\n' ' ')
+    stage_failed=$(sed -n 's/^[0-9]* passed, \([0-9]*\) failed$/+ \1/p' "$stage_log" | tr '\n' ' ')
+    passed=$((passed $stage_passed))
+    stage_failed=$((0 $stage_failed))
+    failed=$((failed + stage_failed))
     # Where no test has failed, something else has.
-    if grep -q '^ended with ' "$stage_log" && [ "${stage_failed:-0}" -eq 0 ]; then
+    if grep -q '^ended with ' "$stage_log" && [ "$stage_failed" -eq 0 ]; then
         failed=$((failed + 1))
         echo "   FAILED: $stage_name (whole output in $stage_log)"
     fi
