@@ -41,8 +41,17 @@ void ClickEngine::post(Button button) const {
     events_->flush();
 }
 
-bool ClickEngine::isBehind() const {
-    return events_ && ((clicksUnderWay_ > 0 && events_->waitsForDesktop()) || events_->isKeeping());
+void ClickEngine::noteHandedOver(Moment due) {
+    lastDue_ = due;
+    ++clicksUnderWay_;
+}
+
+bool ClickEngine::isBehind(Moment now) const {
+    if (!events_) {
+        return false;
+    }
+    const bool waitsForPost = clicksUnderWay_ > 0 && (lastDue_ < now || events_->waitsForDesktop());
+    return waitsForPost || events_->isKeeping();
 }
 
 ClickEngine::Button engineButton(MouseButton button) {

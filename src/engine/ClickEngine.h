@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Moment.h"
 #include "model/MouseButton.h"
 #include "platform/PointerEvents.h"
 
@@ -24,17 +25,21 @@ public:
     /// is left out; nothing is reported.
     void post(Button button) const;
 
-    /// One click more has been handed over to be posted, or one less is left. From any thread.
-    void noteHandedOver() { ++clicksUnderWay_; }
+    /// One click more has been handed over, to be posted at that moment. On the thread that hands over.
+    void noteHandedOver(Moment due);
 
+    /// One of them is posted. From any thread.
     void notePosted() { --clicksUnderWay_; }
 
-    /// Whether another click would pile up behind one that a slow desktop has yet to take. From any thread.
-    [[nodiscard]] bool isBehind() const;
+    /// Whether another click would pile up: behind one that should have been posted by now, or that a slow desktop has
+    /// yet to take. On the thread that hands over.
+    [[nodiscard]] bool isBehind(Moment now) const;
 
 private:
     const std::shared_ptr<platform::PointerEvents> events_;
     std::atomic<int> clicksUnderWay_ = 0;
+    /// Of the click that was handed over last.
+    Moment lastDue_;
 };
 
 /// The engine's button for a configured one.

@@ -107,8 +107,9 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
             co_return;
         }
 
-        // Clicks that piled up in front of a slow desktop would go on after a stop, and after the end of the count.
-        while (!hasEnded() && store->engine_->isBehind()) {
+        // Clicks that piled up in front of a slow desktop, or of a thread that gets no processor, would go on after a
+        // stop, and after the end of the count.
+        while (!hasEnded() && store->engine_->isBehind(loop.monotonicNow())) {
             co_await taskSleep(backlogPoll);
         }
         if (hasEnded()) {
@@ -138,7 +139,7 @@ Task AutoClickerStore::runClickLoop(EventLoop& loop, std::weak_ptr<AutoClickerSt
 }
 
 void AutoClickerStore::click(const AutoClickerConfig& snapshot, std::uint64_t run, Moment due) {
-    engine_->noteHandedOver();
+    engine_->noteHandedOver(due);
     loop_.keepQuiet(due);
     engineQueue_->asyncAt(due, [engine = engine_, button = engineButton(snapshot.mouseButton)] {
         engine->post(button);

@@ -93,16 +93,21 @@ TEST_F(ClickEngineTest, NothingToClickWithIsNoClick) {
 TEST_F(ClickEngineTest, IsBehindWhereAnotherClickWouldPileUp) {
     const auto events = std::make_shared<WaitedForEvents>();
     ClickEngine slow(events);
-    EXPECT_FALSE(slow.isBehind());
-    slow.noteHandedOver();
-    EXPECT_FALSE(slow.isBehind()) << "a desktop that is not waited for takes what comes";
+    const Moment due = later(Moment(), nanosecondsPerSecond);
+    const Moment before = later(Moment(), nanosecondsPerSecond - 1);
+    const Moment behind = later(Moment(), nanosecondsPerSecond + 1);
+    EXPECT_FALSE(slow.isBehind(behind)) << "there is nothing to wait for";
+    slow.noteHandedOver(due);
+    EXPECT_FALSE(slow.isBehind(before));
+    EXPECT_FALSE(slow.isBehind(due)) << "it may be posted this very moment";
+    EXPECT_TRUE(slow.isBehind(behind)) << "it should have been posted";
     events->waits = true;
-    EXPECT_TRUE(slow.isBehind());
+    EXPECT_TRUE(slow.isBehind(before)) << "the desktop has yet to take it";
     slow.notePosted();
-    EXPECT_FALSE(slow.isBehind());
+    EXPECT_FALSE(slow.isBehind(behind));
     events->keeps = true;
-    EXPECT_TRUE(slow.isBehind());
-    EXPECT_FALSE(ClickEngine(nullptr).isBehind());
+    EXPECT_TRUE(slow.isBehind(before));
+    EXPECT_FALSE(ClickEngine(nullptr).isBehind(behind));
 }
 
 TEST_F(ClickEngineTest, ConfiguredButtonsMapToThoseOfTheSameName) {

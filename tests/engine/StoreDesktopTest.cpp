@@ -64,10 +64,11 @@ private:
     std::optional<std::thread::id>& endedOn_;
 };
 
-/// Clicks that wait for a slow desktop, until they are let go.
+/// Clicks that are not posted until they are let go: they wait for a slow desktop, or the thread does not get on.
 class WaitingEvents final : public platform::PointerEvents {
 public:
-    explicit WaitingEvents(std::shared_future<void> release) : release_(std::move(release)) {}
+    explicit WaitingEvents(std::shared_future<void> release, bool waitsForDesktop = true)
+        : release_(std::move(release)), waitsForDesktop_(waitsForDesktop) {}
 
     std::optional<platform::Point> location() override { return std::nullopt; }
 
@@ -76,7 +77,7 @@ public:
         return std::nullopt;
     }
 
-    [[nodiscard]] bool waitsForDesktop() const override { return true; }
+    [[nodiscard]] bool waitsForDesktop() const override { return waitsForDesktop_; }
 
     void post(const platform::MouseEvent& /*event*/) override {}
 
@@ -89,6 +90,7 @@ public:
 
 private:
     std::shared_future<void> release_;
+    bool waitsForDesktop_;
 };
 
 /// The permission of another backend.
@@ -121,6 +123,33 @@ protected:
             desktop.clicks = {nullptr, "The portal is gone", {}};
             desktop.trust = {};
         });
+    }
+
+    /// Three clicks, of which the first is not posted for a long time, a stop, and three more.
+    void expectNoClickPilesUp(bool waitsForDesktop) {
+        platform.loop.usesThreads = true;
+        std::promise<void> release;
+        const auto clicks = std::make_shared<WaitingEvents>(release.get_future().share(), waitsForDesktop);
+        change([&](Desktop& desktop) { desktop.clicks.part = clicks; });
+        open(counted(3));
+        store->start();
+        platform.loop.runDue();
+        advance(21.0);
+        EXPECT_EQ(runtime().clicksCompleted, 1) << "the others wait for the first";
+        EXPECT_EQ(status(), ClickerStatus::running) << "for they are still to come";
+        store->stop();
+        store->start();
+        advance(21.0);
+        EXPECT_EQ(runtime().clicksCompleted, 0) << "the new run waits for what is left of the old one";
+        release.set_value();
+        while (status() == ClickerStatus::running) {
+            advance(0.01);
+        }
+        EXPECT_EQ(status(), ClickerStatus::completed);
+        EXPECT_EQ(runtime().clicksCompleted, 3);
+        change([](Desktop& desktop) { desktop.clicks.part = nullptr; });
+        store.reset(); // waits for the clicks
+        EXPECT_EQ(clicks->begun, 4) << "the one that was under way, and those of the new run";
     }
 
     [[nodiscard]] bool hasPermission() const { return store->hasAccessibilityPermission().get(); }
@@ -187,29 +216,11 @@ TEST_F(StoreDesktopTest, WhatClickedEndsOnTheMainThread) {
 }
 
 TEST_F(StoreDesktopTest, NoClickPilesUpBehindASlowDesktop) {
-    platform.loop.usesThreads = true;
-    std::promise<void> release;
-    const auto clicks = std::make_shared<WaitingEvents>(release.get_future().share());
-    change([&](Desktop& desktop) { desktop.clicks.part = clicks; });
-    open(counted(3));
-    store->start();
-    platform.loop.runDue();
-    advance(21.0);
-    EXPECT_EQ(runtime().clicksCompleted, 1) << "the others wait for the first";
-    EXPECT_EQ(status(), ClickerStatus::running) << "for they are still to come";
-    store->stop();
-    store->start();
-    advance(21.0);
-    EXPECT_EQ(runtime().clicksCompleted, 0) << "the new run waits for what is left of the old one";
-    release.set_value();
-    while (status() == ClickerStatus::running) {
-        advance(0.01);
-    }
-    EXPECT_EQ(status(), ClickerStatus::completed);
-    EXPECT_EQ(runtime().clicksCompleted, 3);
-    change([](Desktop& desktop) { desktop.clicks.part = nullptr; });
-    store.reset(); // waits for the clicks
-    EXPECT_EQ(clicks->begun, 4) << "the one that was under way, and those of the new run";
+    expectNoClickPilesUp(true);
+}
+
+TEST_F(StoreDesktopTest, NoClickPilesUpInFrontOfAThreadThatStandsStill) {
+    expectNoClickPilesUp(false);
 }
 
 TEST_F(StoreDesktopTest, WaitForASlowDesktopEndsWithItsRun) {

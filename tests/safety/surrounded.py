@@ -4,6 +4,7 @@ import contextlib
 import os
 import shutil
 import tempfile
+import time
 
 from harness import preferences
 from harness.desktop import Desktop
@@ -76,6 +77,24 @@ class Surrounded:
         self.press_hotkey()
         self.expect_rest(seconds)
         assert self.clicks() - before <= most, (before, self.clicks())
+
+    def stop_slow_run(self, program, interval, seconds):
+        """Stops by the hotkey a run that nobody can say when it hears of that. One loop makes no more until the status says so, and behind
+        that follows what was under way at most."""
+        before, begin = self.settled_clicks(), time.monotonic()
+        self.press_hotkey()
+        program.wait_for_headline("Ready", seconds)
+        clicks = self.settled_clicks() - before
+        most = (time.monotonic() - begin) / interval + 1
+        assert clicks <= most, f"{clicks} clicks from the stop to Ready, where one loop makes {most:.1f} at most"
+        self.expect_rest(seconds)
+        behind = self.clicks() - before - clicks
+        assert behind <= 1, f"{behind} clicks behind the end"
+
+    def settled_clicks(self):
+        """Those that the server had been told of, however late the observer is."""
+        self.observer.ask("position")
+        return self.clicks()
 
     def expect_rest(self, seconds=10.0):
         """The clicks come to an end, within `seconds`; every press had its release."""
