@@ -13,7 +13,7 @@ QAccessibleInterface& accessible(QQuickItem& item) {
 
 /// The one button inside a control.
 QQuickItem& button(const Stage& stage, const QString& name) {
-    return *Stage::itemsOf("CheckBox", stage.item(name)).at(0);
+    return *Stage::itemsOf("AbstractButton", stage.item(name)).at(0);
 }
 
 const QByteArray checkboxes =
@@ -28,6 +28,7 @@ TEST(Checkbox, TogglesWhereverItsRowIsPressed) {
     for (const double x : {15.0, 60.0, 305.0}) {
         stage.clickAt({x, row.center().y()});
         EXPECT_EQ(stage.takeLog(), QStringList("off to true")) << x;
+        EXPECT_FALSE(accessible(button(stage, "off")).state().checked) << "nobody has told it to be on";
     }
     stage.click(stage.item("on"));
     EXPECT_EQ(stage.takeLog(), QStringList("on to false"));
