@@ -41,7 +41,8 @@ stage_check() {
     stage "$@" && passed=$((passed + 1))
 }
 
-# stage_tests NAME SECONDS BUILD CTEST-ARGUMENT...: runs tests of a build and counts each.
+# stage_tests NAME SECONDS BUILD CTEST-ARGUMENT...: runs tests of a build and counts each but those that are skipped. These are named
+# with their reasons, and the figures that tests have printed follow.
 stage_tests() {
     stage_name=$1
     stage_limit=$2
@@ -50,6 +51,9 @@ stage_tests() {
     stage_log=$(log_of "$stage_name")
     stage_begin=$(date +%s)
     echo "== $stage_name"
+    # What each test has said; of an earlier run it would be taken for this one's.
+    stage_said=$stage_build/Testing/Temporary/LastTest.log
+    rm -f "$stage_said"
     with_limit "$stage_limit" ctest --test-dir "$stage_build" --output-on-failure -j 2 "$@" >"$stage_log" 2>&1
     stage_status=$?
     # "98% tests passed, 2 tests failed out of 100"
@@ -66,12 +70,19 @@ stage_tests() {
     fi
     stage_failed=${stage_sum% *}
     stage_total=${stage_sum#* }
+    # ctest takes them for passed.
+    stage_skipped=$(grep -c -E '^ *[0-9]+/[0-9]+ Test +#.*\*\*\*Skipped' "$stage_log")
+    stage_passed=$((stage_total - stage_failed - stage_skipped))
     failed=$((failed + stage_failed))
-    passed=$((passed + stage_total - stage_failed))
+    passed=$((passed + stage_passed))
     if [ "$stage_failed" -ne 0 ]; then
         grep -v -E '^ *[0-9]+/[0-9]+ Test +#.* Passed|^ +Start ' "$stage_log" | tail -n 200
     fi
-    echo "   $((stage_total - stage_failed)) passed, $stage_failed failed in $(($(date +%s) - stage_begin)) s"
+    tools/what-tests-said "$stage_log" "$stage_said" | sed 's/^/   /'
+    cp "$stage_said" "${stage_log%.log}-said.log"
+    stage_words="$stage_passed passed, $stage_failed failed"
+    [ "$stage_skipped" -eq 0 ] || stage_words="$stage_words, $stage_skipped skipped"
+    echo "   $stage_words in $(($(date +%s) - stage_begin)) s"
     [ "$stage_failed" -eq 0 ]
 }
 

@@ -24,10 +24,10 @@ class RealKWinTest : public RealPlasmaBench {
 protected:
     void SetUp() override {
         if (!isInstalled("kwin_wayland")) {
-            GTEST_SKIP() << "skipped: kwin_wayland is not installed";
+            GTEST_SKIP() << "kwin_wayland is not installed";
         }
         if (getuid() == 0) {
-            GTEST_SKIP() << "skipped: KWin does not run as the administrator";
+            GTEST_SKIP() << "KWin does not run as the administrator";
         }
         std::ofstream(folder("config") + "/kxkbrc") << "[Layout]\nUse=true\nLayoutList=us,de\n";
         // What is granted to the program's file lets it start only where that can be granted.

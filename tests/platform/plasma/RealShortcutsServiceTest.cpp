@@ -28,7 +28,7 @@ protected:
             }
         }
         if (program.empty()) {
-            GTEST_SKIP() << "skipped: neither kglobalaccel5 nor kglobalacceld is installed";
+            GTEST_SKIP() << "neither kglobalaccel5 nor kglobalacceld is installed";
         }
         ASSERT_TRUE(server.isUp());
         // The first key of another keyboard has the service grab its keys anew, perhaps too late for that very key.
