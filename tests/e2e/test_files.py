@@ -5,6 +5,7 @@ import os
 
 from harness import preferences
 from harness.case import DesktopCase
+from harness.file_dialogs import choose_file, name_field, open_dialog, wait_until_closed, wait_until_open
 from harness.waiting import until
 
 
@@ -20,35 +21,10 @@ class ImportAndExport(DesktopCase):
         program.find("dialog", "Presets and Options")
         return program
 
-    def open_dialog(self, program, name):
-        program.click_on("push button", name)
-        return self.wait_until_open(program, name)
-
-    def wait_until_open(self, program, name):
-        dialog = until(lambda: program.frames.get(name), lambda: f"the dialog {name} does not open; there is {program.frames}")
-        until(lambda: "active" in dialog.states, "the dialog does not become active")
-        return dialog
-
-    def name_field(self, dialog):
-        return until(lambda: next(iter(dialog.find_all("text")), None), "the dialog has no field for the name")
-
-    def wait_until_closed(self, program):
-        until(lambda: len(program.frames) == 1, lambda: f"still open: {program.frames}")
-        until(lambda: "active" in program.window.states, "the window does not become active again")
-
-    def choose_file(self, program, name, path):
-        dialog = self.open_dialog(program, name)
-        field = self.name_field(dialog)
-        self.observer.press("a", "control")
-        self.observer.type(path)
-        until(lambda: field.text == path, lambda: field.text)
-        self.observer.press("Return")
-        self.wait_until_closed(program)
-
     def test_an_exported_configuration_comes_back_by_import(self):
         program = self.start_with_options(**self.CONFIG)
         path = os.path.join(program.folder, "export.json")
-        self.choose_file(program, "Export", path)
+        choose_file(program, "Export", path)
         until(lambda: os.path.exists(path), "nothing was written")
         with open(path, encoding="utf-8") as file:
             text = file.read()
@@ -63,7 +39,7 @@ class ImportAndExport(DesktopCase):
         program.wait_for_stored(**preferences.DEFAULTS, hotkey=None)
         self.observer.press(",", "control")
         program.find("dialog", "Presets and Options")
-        self.choose_file(program, "Import", path)
+        choose_file(program, "Import", path)
         program.wait_for_stored(**self.CONFIG)
         program.wait_for_hotkey("s", "control", "alt")
 
@@ -73,21 +49,21 @@ class ImportAndExport(DesktopCase):
             path = os.path.join(program.folder, name)
             with open(path, "w", encoding="utf-8") as file:
                 json.dump({**self.CONFIG, "stopMode": "after_clicks", "maxClicks": count}, file)
-            self.choose_file(program, "Import", path)
+            choose_file(program, "Import", path)
             program.wait_for_stored(maxClicks=count)
             program.wait_for_text(f"Stop After: {count} clicks")
             exported = path + ".out.json"
-            self.choose_file(program, "Export", exported)
+            choose_file(program, "Export", exported)
             until(lambda: os.path.exists(exported), "nothing was written")
             with open(exported, encoding="utf-8") as file:
                 self.assertEqual(json.load(file)["maxClicks"], count)
 
     def test_the_proposed_name(self):
         program = self.start_with_options()
-        dialog = self.open_dialog(program, "Export")
-        until(lambda: self.name_field(dialog).text == "Velloran-config.json", lambda: self.name_field(dialog).text)
+        dialog = open_dialog(program, "Export")
+        until(lambda: name_field(dialog).text == "Velloran-config.json", lambda: name_field(dialog).text)
         self.observer.press("Escape")
-        self.wait_until_closed(program)
+        wait_until_closed(program)
         self.assertEqual([name for name in os.listdir(program.folder) if name.endswith(".json")], [])
 
     def test_what_is_no_configuration_changes_nothing(self):
@@ -98,7 +74,7 @@ class ImportAndExport(DesktopCase):
             path = os.path.join(program.folder, name)
             with open(path, "wb") as file:
                 file.write(content)
-            self.choose_file(program, "Import", path)
+            choose_file(program, "Import", path)
         program.settle()
         # A change that does arrive shows that the others were through.
         program.click_on("check box", "Play click sound")
@@ -109,30 +85,30 @@ class ImportAndExport(DesktopCase):
         place = program.find("push button", "Import").centre
         for _ in range(3):
             self.observer.click(*place)
-            dialog = self.wait_until_open(program, "Import")
-            self.name_field(dialog)
+            dialog = wait_until_open(program, "Import")
+            name_field(dialog)
             self.observer.press("Escape")
-            self.wait_until_closed(program)
+            wait_until_closed(program)
 
     def test_the_window_below_a_dialog_cannot_be_used(self):
         program = self.start_with_options()
         sound = program.find("check box", "Play click sound").centre
-        self.open_dialog(program, "Import")
+        open_dialog(program, "Import")
         self.observer.click(*sound)
         program.settle()
         self.observer.press("Escape")
-        self.wait_until_closed(program)
+        wait_until_closed(program)
         program.click_on("check box", "Minimize to menu bar")
         program.wait_for_stored(minimizeToTray=True, playClickSound=False)
 
     def test_a_failing_export_says_nothing(self):
         program = self.start_with_options()
-        dialog = self.open_dialog(program, "Export")
+        dialog = open_dialog(program, "Export")
         self.observer.press("a", "control")
-        field = self.name_field(dialog)
+        field = name_field(dialog)
         self.observer.type("/sys/velloran.json")
         until(lambda: field.text == "/sys/velloran.json", lambda: field.text)
         self.observer.press("Return")
-        self.wait_until_closed(program)
+        wait_until_closed(program)
         self.assertTrue(program.shows("push button", "Export"))
         self.assertEqual(program.log, "")
