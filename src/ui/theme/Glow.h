@@ -6,8 +6,8 @@
 namespace velloran {
 
 /// A quarter of a round glow with its middle in the top left corner, full up to its start and gone at its end, which is
-/// as far as the item is wide. Laid over an opaque ground it adds its light to what is there. It is worked out where and
-/// when it is painted: most of it lies below cards, and kept as a picture it would take a megabyte.
+/// as far as the item is wide. Laid over an opaque ground it adds its light to what is there. It is worked out where
+/// and when it is painted: most of it lies below cards, and kept as a picture it would take a megabyte.
 class Glow : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
