@@ -263,7 +263,10 @@ class Program:
     def wait_for_stored(self, **fields):
         """Waits until the stored configuration has these fields; None stands for a field that is not there."""
         def has_fields():
-            config = self.stored_config()
+            try:
+                config = self.stored_config()
+            except ValueError:
+                return False  # what a test has damaged is not replaced yet
             return config is not None and all(config.get(name) == value for name, value in fields.items())
         until(has_fields, lambda: f"stored is {self.stored_config()}, not {fields}")
 
