@@ -1,7 +1,7 @@
 #include "platform/portal/InputPipe.h"
 
-#include <linux/sockios.h>
-#include <sys/ioctl.h>
+#include "async/hasUnread.h"
+
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -74,8 +74,7 @@ bool InputPipe::send() {
 }
 
 bool InputPipe::isKeeping() const {
-    int unread = 0;
-    return ioctl(desktop_, SIOCOUTQ, &unread) == 0 && unread > 0;
+    return hasUnread(desktop_);
 }
 
 bool InputPipe::receive() {

@@ -11,8 +11,6 @@ namespace {
 
 /// A button and the frame around it take 28 bytes, and compositors read 4096 at a time.
 constexpr std::size_t mostEventsUnderWay = 128;
-/// After how many events the compositor is asked how far it is. Each answer costs the main thread a turn.
-constexpr std::size_t eventsBetweenQuestions = 32;
 
 std::uint32_t buttonCode(EventButton button) {
     switch (button) {
@@ -54,8 +52,7 @@ void VirtualPointerEvents::detach() {
     const std::lock_guard lock(mutex_);
     connection_ = nullptr;
     question_.reset();
-    sentBeforeQuestion_ = 0;
-    sentSince_ = 0;
+    underWay_ = 0;
 }
 
 bool VirtualPointerEvents::canPost() const {
@@ -81,7 +78,7 @@ std::optional<MouseEvent> VirtualPointerEvents::makeMouseEvent(MouseEventType ty
 
 bool VirtualPointerEvents::isKeeping() const {
     const std::lock_guard lock(mutex_);
-    return !kept_.empty();
+    return !kept_.empty() || (isReady() && connection_->isKeeping());
 }
 
 void VirtualPointerEvents::post(const MouseEvent& event) {
@@ -99,16 +96,18 @@ void VirtualPointerEvents::flush() {
 }
 
 bool VirtualPointerEvents::hasRoomFor(const Events& events) const {
-    const std::size_t underWay = sentBeforeQuestion_ + sentSince_;
-    return underWay == 0 || underWay + events.size() <= mostEventsUnderWay;
+    return underWay_ == 0 || underWay_ + events.size() <= mostEventsUnderWay;
 }
 
 void VirtualPointerEvents::sendKept() {
+    if (!connection_->isKeeping()) {
+        underWay_ = 0;
+    }
     while (!kept_.empty() && hasRoomFor(kept_.front())) {
         request(kept_.front());
         kept_.pop_front();
     }
-    if (!question_ && (!kept_.empty() || sentSince_ >= eventsBetweenQuestions)) {
+    if (!question_ && !kept_.empty()) {
         ask();
     }
 }
@@ -120,7 +119,7 @@ void VirtualPointerEvents::request(const Events& events) {
                                                            : WL_POINTER_BUTTON_STATE_RELEASED);
         zwlr_virtual_pointer_v1_frame(pointer_.get());
     }
-    sentSince_ += events.size();
+    underWay_ += events.size();
 }
 
 void VirtualPointerEvents::ask() {
@@ -131,13 +130,11 @@ void VirtualPointerEvents::ask() {
     };
     question_.reset(wl_display_sync(connection_->display()));
     wl_callback_add_listener(question_.get(), &listener, this);
-    sentBeforeQuestion_ = std::exchange(sentSince_, 0);
 }
 
 void VirtualPointerEvents::takeAnswer() {
     const std::lock_guard lock(mutex_);
     question_.reset();
-    sentBeforeQuestion_ = 0;
     if (pointer_) {
         connection_->send([this] { sendKept(); });
     }

@@ -13,10 +13,12 @@
 namespace velloran::platform::wayland {
 
 /// Clicks through a pointer of the program's own at the compositor. What is flushed together leaves in one write, and
-/// no call waits: while the compositor takes nothing in, further clicks are kept here, and follow when it goes on.
+/// no call waits. What the compositor has yet to read counts as kept, so that whoever heeds `isKeeping` never has more
+/// than one click under way: it is all that a compositor that stands still can make up for after a stop.
 ///
 /// A compositor reads a connection in pieces and may see the end of one before its last pieces. So that whoever is
-/// killed has clicked wholly or not at all, there is never more under way than fits into one piece.
+/// killed has clicked wholly or not at all, there is never more under way than fits into one piece; clicks beyond that
+/// wait here until all that was sent has been read.
 ///
 /// The interface belongs to one thread at a time, `attach` and the like to the main thread, `canPost` to any.
 class VirtualPointerEvents final : public PointerEvents {
@@ -64,8 +66,8 @@ private:
     std::deque<Events> kept_;
     /// Open until the compositor has read everything up to it.
     WaylandOwned<wl_callback> question_;
-    std::size_t sentBeforeQuestion_ = 0;
-    std::size_t sentSince_ = 0;
+    /// How many events were sent since the compositor was last known to have read everything.
+    std::size_t underWay_ = 0;
 };
 
 } // namespace velloran::platform::wayland

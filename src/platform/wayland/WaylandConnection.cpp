@@ -1,5 +1,7 @@
 #include "platform/wayland/WaylandConnection.h"
 
+#include "async/hasUnread.h"
+
 #include <poll.h>
 
 #include <utility>
@@ -29,6 +31,10 @@ void WaylandConnection::flush() {
     if (wl_display_flush(display_) < 0) {
         loss_.report();
     }
+}
+
+bool WaylandConnection::isKeeping() const {
+    return hasUnread(wl_display_get_fd(display_));
 }
 
 void WaylandConnection::waitAndRead(std::chrono::milliseconds atMost) {

@@ -15,8 +15,8 @@
 namespace velloran::platform::wayland {
 
 /// A connection to the compositor beside the toolkit's: with a descriptor of its own, read in turns of the main loop.
-/// Nothing but `waitAndRead` waits for the compositor. `send` and `isLost` may be called on any thread, the rest
-/// belongs to the main thread.
+/// Nothing but `waitAndRead` waits for the compositor. `send`, `isLost` and `isKeeping` may be called on any thread,
+/// the rest belongs to the main thread.
 class WaylandConnection {
 public:
     /// Connects to the compositor of that name: one below the user's run-time folder, or a whole path. `onLost` is
@@ -33,6 +33,9 @@ public:
 
     /// Whether the connection has broken, told already or not.
     [[nodiscard]] bool isLost() const { return loss_.isLost(); }
+
+    /// Whether the compositor has yet to read something that was sent.
+    [[nodiscard]] bool isKeeping() const;
 
     /// Waits until the compositor has sent something, at most that long, and takes it in.
     void waitAndRead(std::chrono::milliseconds atMost);

@@ -170,6 +170,26 @@ TEST_F(VirtualPointerTest, ClicksWaitForNoCompositorAndNoneIsLost) {
     EXPECT_FALSE(pointer->pointerEvents().isKeeping());
 }
 
+TEST_F(VirtualPointerTest, AClickThatIsNotReadCountsAsKept) {
+    connectToUsualCompositor();
+    platform::PointerEvents& events = pointer->pointerEvents();
+    for (int round = 1; round <= 3; ++round) {
+        ASSERT_TRUE(until([&events] { return !events.isKeeping(); }));
+        compositor->pause();
+        click(events);
+        EXPECT_TRUE(events.isKeeping());
+        compositor->goOn();
+        ASSERT_TRUE(untilDeeds(static_cast<std::size_t>(4 * round)));
+    }
+    EXPECT_FALSE(events.isKeeping());
+    // What is still on its way to a pointer that is gone keeps nobody waiting.
+    compositor->pause();
+    click(events);
+    compositor->endClients();
+    ASSERT_TRUE(untilMissing());
+    EXPECT_FALSE(events.isKeeping());
+}
+
 TEST_F(VirtualPointerTest, WhatIsUnderWayIsReadInOnePiece) {
     connectToUsualCompositor();
     constexpr std::size_t onePiece = 4096;
