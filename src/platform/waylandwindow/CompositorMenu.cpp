@@ -24,7 +24,11 @@ constexpr auto longestWait = 200ms;
 CompositorMenu::CompositorMenu() {
     patience_.setSingleShot(true);
     patience_.setInterval(longestWait);
-    connect(&patience_, &QTimer::timeout, this, [this] { conclude(false); });
+    connect(&patience_, &QTimer::timeout, this, [this] {
+        if (const auto missing = stopWaiting()) {
+            missing();
+        }
+    });
 }
 
 void CompositorMenu::prepare() {
@@ -34,15 +38,14 @@ void CompositorMenu::prepare() {
 bool CompositorMenu::show(QWindow& window, QPoint place, std::function<void()> missing) {
     xdg_toplevel* const toplevel = toplevelOf(window);
     wl_seat* const seat = toolkitSeat();
-    if (hasMenu_ == false || toplevel == nullptr || seat == nullptr) {
+    if (toplevel == nullptr || seat == nullptr) {
         return false;
     }
-    if (!hasMenu_ && !window_) {
-        window_ = &window;
-        missing_ = std::move(missing);
-        window.installEventFilter(this);
-        patience_.start();
-    }
+    stopWaiting();
+    window_ = &window;
+    missing_ = std::move(missing);
+    window.installEventFilter(this);
+    patience_.start();
     xdg_toplevel_show_window_menu(toplevel, seat, serial_, place.x(), place.y());
     wl_display_flush(toolkitDisplay());
     return true;
@@ -51,22 +54,18 @@ bool CompositorMenu::show(QWindow& window, QPoint place, std::function<void()> m
 bool CompositorMenu::eventFilter(QObject* watched, QEvent* event) {
     const bool passed = QObject::eventFilter(watched, event);
     if (event->type() == QEvent::Leave || event->type() == QEvent::FocusOut) {
-        conclude(true);
+        stopWaiting();
     }
     return passed;
 }
 
-void CompositorMenu::conclude(bool hasMenu) {
+std::function<void()> CompositorMenu::stopWaiting() {
     patience_.stop();
-    hasMenu_ = hasMenu;
     if (window_) {
         window_->removeEventFilter(this);
         window_ = nullptr;
     }
-    const auto missing = std::exchange(missing_, nullptr);
-    if (!hasMenu && missing) {
-        missing();
-    }
+    return std::exchange(missing_, nullptr);
 }
 
 } // namespace velloran::platform::waylandwindow
