@@ -10,7 +10,8 @@ namespace velloran {
 
 namespace {
 
-/// What the desktop and the login manager tell of the lock of the screen, heard on connections of its own.
+/// What the desktop and the login manager tell of the lock of the screen, heard on connections of its own. The login
+/// manager needs no session bus, and there are sessions without one.
 class LockWatch {
 public:
     explicit LockWatch(const std::string& sessionBus)
@@ -35,9 +36,6 @@ private:
 
 std::shared_ptr<platform::InputTrust> whileUnlocked(std::shared_ptr<platform::InputTrust> trust,
                                                     const std::string& sessionBus) {
-    if (sessionBus.empty()) {
-        return trust;
-    }
     const auto watch = std::make_shared<const LockWatch>(sessionBus);
     const std::shared_ptr<const Published<bool>> isLocked(watch, &watch->isLocked());
     return std::make_shared<platform::TrustWhileUnlocked>(std::move(trust), isLocked);

@@ -33,7 +33,9 @@ SessionBus::SessionBus(BusPlace place, Start start) : address_(std::move(place.a
     retry_.setInterval(firstRetry);
     connect(&retry_, &QTimer::timeout, this, &SessionBus::reconnect);
     if (start == Start::inBackground) {
-        reconnect();
+        if (!address_.isEmpty()) {
+            reconnect();
+        }
         return;
     }
     isKeptFromOthers_ = place.state == BusState::silent;
