@@ -126,7 +126,10 @@ Desktop chooseDesktop(const Environment& environment, const Backends& backends) 
     explain(desktop.hotKeys, "Nothing here registers hotkeys.", "The global hotkey does not work here.");
     // What is bound by others on Wayland may be refused, and come and go.
     if (!desktop.hotKeys.part || isWayland(environment)) {
-        desktop.hotkeyAdvice = hotkeyAdvice(environment);
+        desktop.hotkeyAdvice = hotkeyAdvice(environment, [&]() -> std::optional<std::string> {
+            const auto compositor = setValue(environment, "WAYLAND_DISPLAY");
+            return compositor && backends.compositorProgram ? backends.compositorProgram(*compositor) : std::nullopt;
+        });
     }
     explain(desktop.keyCharacters, "Nothing here tells the keyboard's layout.", {});
     return desktop;

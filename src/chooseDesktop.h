@@ -24,6 +24,8 @@ struct Backends {
     std::function<Result<platform::Desktop>(const std::string& compositor)> virtualPointer;
     /// Where that compositor takes commands at `socket`, as sway does.
     std::function<Result<platform::Desktop>(const std::string& compositor, const std::string& socket)> sway;
+    /// Which program the compositor of that name is. Null where nobody looks.
+    std::function<std::optional<std::string>(const std::string& compositor)> compositorProgram = {};
     /// What every compositor tells.
     std::function<Result<platform::Desktop>(const std::string& compositor)> compositor;
     /// The hot keys that the compositor of that name binds for programs. Null where there are none to be had.

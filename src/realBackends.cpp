@@ -11,6 +11,7 @@
 #include "platform/qt/monitors.h"
 #include "platform/sway/SwayHotKeys.h"
 #include "platform/wayland/CompositorHotKeys.h"
+#include "platform/wayland/compositorProgram.h"
 #include "platform/wayland/SeatKeyboard.h"
 #include "platform/wayland/VirtualPointer.h"
 #include "platform/x11/X11Server.h"
@@ -244,6 +245,7 @@ Backends realBackends(EventLoop& loop, std::function<void()> onServerLost, const
                 [&loop, keyboard](const std::string& compositor, const std::string& socket) {
                     return connectSway(loop, socket, keyboard->of(loop, compositor));
                 },
+            .compositorProgram = platform::wayland::compositorProgram,
             .compositor =
                 [&loop, keyboard](const std::string& compositor) {
                     return connectCompositor(keyboard->of(loop, compositor));

@@ -224,16 +224,16 @@ TEST_F(ChooseDesktopTest, WithoutAHotkeyTheUserIsToldWhatToDo) {
     const auto advice = [this](const std::string& desktop) {
         return choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"XDG_CURRENT_DESKTOP", desktop}}).hotkeyAdvice;
     };
-    const std::string command = "gapplication action app.velloran.Velloran toggle";
-    EXPECT_EQ(advice("river").place, "~/.config/river/init");
-    EXPECT_EQ(advice("river").line, "riverctl map normal Control F6 spawn \"" + command + '"');
-    EXPECT_EQ(advice("ubuntu:GNOME").line, command);
-    EXPECT_NE(advice("ubuntu:GNOME").place, "");
-    EXPECT_EQ(advice("labwc:wlroots").line,
-              R"(<keybind key="C-F6"><action name="Execute" command=")" + command + R"("/></keybind>)");
-    EXPECT_EQ(advice("Wayfire").place, "the [command] section of ~/.config/wayfire.ini");
-    EXPECT_EQ(advice("Wayfire").line, "binding_velloran = <ctrl> KEY_F6\ncommand_velloran = " + command);
-    EXPECT_EQ(advice("nobody knows it"), (platform::HotkeyAdvice{"", command}));
+    EXPECT_EQ(advice("labwc:wlroots").place, "the keyboard section of ~/.config/labwc/rc.xml");
+    const platform::HotkeyAdvice commandAlone = advice("nobody knows it");
+    EXPECT_EQ(commandAlone.place, "");
+    EXPECT_EQ(choose({{"XDG_SESSION_TYPE", "wayland"}}).hotkeyAdvice, commandAlone);
+    backends.compositorProgram = [](const std::string& compositor) {
+        return compositor == "wayland-1" ? std::optional<std::string>("wayfire") : std::nullopt;
+    };
+    EXPECT_EQ(choose({{"WAYLAND_DISPLAY", "wayland-1"}}).hotkeyAdvice.place,
+              "the [command] section of ~/.config/wayfire.ini");
+    EXPECT_EQ(choose({{"WAYLAND_DISPLAY", "wayland-2"}}).hotkeyAdvice, commandAlone);
     ofSway.hotKeys = whole.hotKeys;
     const Desktop onSway =
         choose({{"WAYLAND_DISPLAY", "wayland-1"}, {"SWAYSOCK", "/run/sway"}, {"XDG_CURRENT_DESKTOP", "sway"}});
@@ -593,6 +593,14 @@ TEST(RealBackends, SwayHasNoHotKeysOfItsOwnForPrograms) {
     const auto keys = realBackends(loop, {}).compositorHotKeys(sway.display());
     ASSERT_NE(keys, nullptr);
     EXPECT_EQ(keys->get(), Desktop()) << "it has said so before there is a window";
+}
+
+TEST(RealBackends, TheCompositorsProgramIsNamed) {
+    const tests::Sway sway;
+    ASSERT_TRUE(sway.isUp()) << "sway must be installed";
+    fakes::VirtualLoop loop;
+    EXPECT_EQ(realBackends(loop, {}).compositorProgram(sway.display()), "sway");
+    EXPECT_EQ(realBackends(loop, {}).compositorProgram("/no/such/compositor"), std::nullopt);
 }
 
 TEST(RealBackends, HyprlandThatIsNotThereTellsNothing) {
