@@ -70,6 +70,13 @@ class PortalHotkey(DesktopCase):
         self.wait_for_help(program, "Start / Stop Hotkey")
         second.press()
         program.wait_for_headline("Error")
+        second.close()
+        self.start_portal("Ctrl+Alt+S").wait_for("toggle-ctrl-alt-s")
+        # By now each sentence was true at least twice.
+        told = [line for line in program.log.splitlines() if line.startswith("This desktop: ")]
+        self.assertEqual(sorted(told), sorted(set(told)))
+        for sentence in (REASON, "The global hotkey does not work here: the desktop's portal does not answer."):
+            self.assertIn("This desktop: " + sentence, told)
 
     def test_hotkey_that_is_cleared_is_given_back(self):
         portal = self.start_portal("Ctrl+Alt+S")

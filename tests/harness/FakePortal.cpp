@@ -104,6 +104,8 @@ bool FakePortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
             }
         }
         answer(message, {QVariant::fromValue(told)});
+    } else if (method == "Register" && !takesNames) {
+        bus_.send(message.createErrorReply(QDBusError::UnknownMethod, "no such interface"));
     } else if (method == "Register") {
         names.append(message.arguments().value(0).toString());
         answer(message, {});

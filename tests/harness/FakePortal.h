@@ -88,6 +88,8 @@ public:
     uint version = 3;
     /// The interfaces that it has not.
     QStringList missing;
+    /// Whether it takes names from programs; one of old knows of none.
+    bool takesNames = true;
     /// What was done to buttons: "272 down".
     QStringList buttons;
     /// What becomes of buttons.

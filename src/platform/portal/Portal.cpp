@@ -29,6 +29,11 @@ QDBusMessage messageOf(const PortalCall& call) {
     return message;
 }
 
+/// Whether nobody there has heard of what was called.
+bool isUnknown(QDBusError::ErrorType error) {
+    return error == QDBusError::UnknownMethod || error == QDBusError::UnknownInterface;
+}
+
 /// The watcher belongs to nobody: who is told may end whoever asked.
 void tellWhenDone(const QDBusPendingCall& call, QObject* context, std::function<void(const QDBusMessage&)> done) {
     auto* const watcher = new QDBusPendingCallWatcher(call);
@@ -153,6 +158,7 @@ void Portal::setOwner(const QString& owner) {
     }
     owner_ = owner;
     nameError_.clear();
+    takesNames_ = true;
     if (std::exchange(isThere_, false)) {
         emit vanished();
     }
@@ -175,6 +181,7 @@ void Portal::introduce() {
          this, [this, owner = owner_](const QDBusMessage& answer) {
              if (owner == owner_) {
                  nameError_ = answer.errorMessage();
+                 takesNames_ = !isUnknown(QDBusError(answer).type());
                  announce();
              }
          });

@@ -47,6 +47,9 @@ public:
     /// Why the portal there does not take the name; empty when it does, or has not been told any.
     [[nodiscard]] const QString& nameError() const { return nameError_; }
 
+    /// Whether the portal there takes names from programs at all. One of old goes by what it sees.
+    [[nodiscard]] bool takesNames() const { return takesNames_; }
+
     /// Whether it, and nobody else on the bus, has sent this.
     [[nodiscard]] bool isFrom(const QDBusMessage& message) const {
         return !owner_.isEmpty() && message.service() == owner_;
@@ -110,6 +113,7 @@ private:
     QString owner_;
     bool isThere_ = false;
     QString nameError_;
+    bool takesNames_ = true;
 };
 
 } // namespace velloran::platform::portal

@@ -24,6 +24,15 @@ DesktopPart<HotKeys> awaited() {
     return {nullptr, "The desktop's portal has not said yet whether it offers a hotkey.", noHotkey, true};
 }
 
+/// Newer portals bind keys only for programs that they know, and some desktops discard those of others.
+std::string limitOf(const Portal& portal) {
+    if (portal.nameError().isEmpty() || !portal.takesNames()) {
+        return {};
+    }
+    return "This desktop does not know the program by its name, so it may refuse the hotkey: " +
+           portal.nameError().toStdString();
+}
+
 /// Whoever answers all the same is heard.
 bool stopAwaiting(DesktopPart<HotKeys>& part) {
     return std::exchange(part.isAwaited, false);
@@ -65,7 +74,7 @@ void PortalHotKeys::offer(uint version) {
     // Not owned: this is no more shared than the portal.
     part_.set({std::shared_ptr<HotKeys>(std::shared_ptr<void>(), this),
                "The hotkey is a shortcut of the desktop's portal, which may ask before it binds one.",
-               {}});
+               limitOf(portal_)});
 }
 
 void PortalHotKeys::withdraw(const std::string& limit) {
