@@ -9,7 +9,7 @@ from harness import cursors, picture, processes
 from harness.compositor import SwayWithPointers
 from harness.compositor_case import CompositorCase, LEFT, RIGHT
 from harness.program import PROGRAM
-from harness.waiting import pause, stays, until
+from harness.waiting import TookTooLong, pause, stays, until
 
 FLOATING = 'default_border normal\nfor_window [title="^Velloran$"] floating enable\n'
 D = 32
@@ -121,13 +121,30 @@ class SwayFrame(CompositorCase):
         self.witness.release_button(LEFT)
         stays(lambda: not self.program.shown("menu item"), "a menu opens", 0.5)
 
-    def test_a_right_click_on_the_title_opens_the_small_menu_where_the_compositor_has_none(self):
+    def press_title(self):
         self.move(700, 130)
         self.witness.press_button(RIGHT)
         self.witness.release_button(RIGHT)
+
+    def test_a_right_click_on_the_title_opens_the_small_menu_where_the_compositor_has_none(self):
+        self.press_title()
         self.program.find("menu item", "Minimize")
         self.program.find("menu item", "Maximize")
         self.program.find("menu item", "Close")
+
+    def test_whether_it_has_one_is_found_out_at_each_right_click(self):
+        """A pointer that leaves the window at once looks as if the compositor's had opened."""
+        self.press_title()
+        self.move(50, 50)
+
+        def opens():
+            # Where one was late to leave, the menu is open, and is closed by this.
+            self.press_title()
+            try:
+                return until(lambda: self.program.shown("menu item", "Minimize"), "no menu opens", 3)
+            except TookTooLong:
+                return None
+        until(opens, "no menu opens any more", 10)
 
 
 class SwayActivation(CompositorCase):

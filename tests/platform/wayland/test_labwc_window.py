@@ -1,14 +1,17 @@
 """The program's frame on labwc, which does with windows what sway does not."""
 
+import itertools
 import os
+import signal
 import unittest
 
 from PIL import Image
 
 from harness.compositor import Labwc
-from harness.compositor_case import LEFT, CompositorCase
-from harness.waiting import until
+from harness.compositor_case import LEFT, RIGHT, CompositorCase
+from harness.waiting import stays, until
 
+ESCAPE = 1
 # What labwc gives itself.
 SCREEN = (1280, 720)
 HALF = SCREEN[0] // 2, SCREEN[1]
@@ -27,6 +30,7 @@ class LabwcWindow(CompositorCase):
         super().setUp()
         self.program = self.start_with()
         self.size = self.program.window.extents[2:]
+        self.places_beside = itertools.cycle((400, 500))
 
     def move(self, x, y):
         self.witness.move(x, y, SCREEN)
@@ -110,3 +114,64 @@ class LabwcWindow(CompositorCase):
         self.drag_title(600, (600, 60), (600, 30), (600, 10), (600, 0))
         until(lambda: self.has_size(*SCREEN), lambda: f"it is {self.program.window.extents[2:]} large")
         self.program.find("push button", "Restore")
+
+    def menu_place(self):
+        """What is on the screen where a menu opens for a press at the middle of the title: of the program alone, or with a menu on it."""
+        path = os.path.join(self.desktop.folder, "menu.png")
+        self.desktop.run_tool("grim", "-g", "610,70 80x80", path)
+        with Image.open(path) as shown:
+            return shown.convert("RGB").tobytes()
+
+    def settled_place(self):
+        """The same, once it is drawn and rests."""
+        def rests():
+            before = self.menu_place()
+            stays(lambda: self.menu_place() == before, "it moves", 0.3)
+            return before
+        return self.wait_for(rests)
+
+    @staticmethod
+    def wait_for(look):
+        def tried():
+            try:
+                return look()
+            except AssertionError:
+                return None
+        return until(tried, "it does not come to rest")
+
+    def press_title(self):
+        self.click(600, 30, RIGHT)
+
+    def assert_compositors_menu_opens(self, without):
+        self.press_title()
+        until(lambda: self.menu_place() != without, "no menu opens")
+        stays(lambda: not self.program.shown("menu item"), "the small one opens as well", 0.5)
+
+    def close_menus(self, without):
+        """The compositor's by a key, the program's by a press beside it: each time at another place, or it would be a double click."""
+        def are_closed():
+            self.witness.tap(ESCAPE)
+            self.click(next(self.places_beside), 30)
+            return not self.program.shown("menu item") and self.menu_place() == without
+        until(are_closed, "the menus stay")
+
+    def test_a_right_click_on_the_title_opens_the_compositors_menu_and_no_other(self):
+        without = self.settled_place()
+        for _ in range(2):
+            self.assert_compositors_menu_opens(without)
+            self.close_menus(without)
+        self.assertEqual(tuple(self.program.window.extents[2:]), tuple(self.size))
+
+    def test_one_that_came_too_late_is_tried_again_at_the_next_press(self):
+        without = self.settled_place()
+        # The program hears of the press when the compositor stands still already.
+        self.program.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.program.process.send_signal, signal.SIGCONT)
+        self.press_title()
+        self.desktop.server.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.desktop.server.send_signal, signal.SIGCONT)
+        self.program.process.send_signal(signal.SIGCONT)
+        self.program.find("menu item", "Minimize")
+        self.desktop.server.send_signal(signal.SIGCONT)
+        self.close_menus(without)
+        self.assert_compositors_menu_opens(without)
