@@ -1,13 +1,12 @@
 """What the test classes stand on that drive the whole program through a desktop's own portal."""
 
-import os
 import unittest
 
-from . import preferences, processes
+from . import preferences
 from .bus import Bus
 from .compositor_case import LEFT
 from .program import Program
-from .waiting import pause, stays, until
+from .waiting import stays, until
 
 GRANT = "Grant Accessibility Permission"
 
@@ -106,14 +105,3 @@ class PortalCase(unittest.TestCase):
         self.assert_clicks([(kind, code) for kind, code, _ in report], count, button)
         stays(lambda: not self.witness.report(), "clicks come after the last", 0.3)
         return [moment for kind, _, moment in report if kind == "down"]
-
-    @staticmethod
-    def effort(program):
-        """The seconds that the processor has worked for it."""
-        fields = processes.read_all(f"/proc/{program.pid}/stat").rsplit(")", 1)[1].split()
-        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
-
-    def assert_comes_to_rest(self, program):
-        before = self.effort(program)
-        pause(2)
-        self.assertLess(self.effort(program) - before, 0.2, "it does not come to rest")

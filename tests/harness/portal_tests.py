@@ -7,7 +7,7 @@ import signal
 import statistics
 import time
 
-from . import cadence, preferences
+from . import cadence, preferences, processes
 from .compositor_case import LEFT, MIDDLE, RIGHT
 from .portal_case import GRANT
 from .portal_compositor import ALT, CONTROL, FRONT_END, LETTERS
@@ -241,7 +241,7 @@ class LossTests(_LostAndFound):
         program.find("push button", GRANT)
         program.wait_for_headline("Ready")
         self.assertEqual(self.dialogs(), [])
-        self.assert_comes_to_rest(program)
+        processes.wait_for_rest(program.pid)
         self.assert_nothing_is_down("loss")
 
     def assert_comes_back(self, program):

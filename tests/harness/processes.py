@@ -5,6 +5,8 @@ import os
 import signal
 import subprocess
 
+from .waiting import pause, until
+
 _libc = ctypes.CDLL(None, use_errno=True)
 _PR_SET_PDEATHSIG = 1
 
@@ -58,3 +60,12 @@ def voluntary_switches(pid, thread_name=None):
             continue
         total += next(int(line.split()[1]) for line in status.splitlines() if line.startswith("voluntary_ctxt_switches"))
     return total
+
+
+def wait_for_rest(pid):
+    """Until nothing wakes a process any more: whatever happened, nothing goes round in it."""
+    def rests():
+        before = voluntary_switches(pid)
+        pause(0.5)
+        return voluntary_switches(pid) == before
+    until(rests, "it does not come to rest", 20)

@@ -27,12 +27,7 @@ class PlasmaSessionCase(PlasmaCase):
         stays(lambda: self.witness.releases() <= ended + 1, "clicks come after the stop", 0.3)
         report = self.witness.report()
         self.assert_clicks(report, len(report) // 2)
-
-        def sleeps():
-            before = processes.voluntary_switches(program.pid)
-            pause(0.5)
-            return processes.voluntary_switches(program.pid) == before
-        until(sleeps, "the program does not come to rest", 20)
+        processes.wait_for_rest(program.pid)
 
     def sleep(self, program):
         """What a machine that sleeps does to the desktop and the program, for a hundred clicks' time."""
@@ -76,7 +71,7 @@ class PlasmaSleepWithLock(PlasmaSessionCase):
         until(self.desktop.is_locked, "it is not locked")
         program.wait_for_headline("Ready")
         self.assertTrue(program.shows("push button", GRANT))
-        self.assert_comes_to_rest(program)
+        processes.wait_for_rest(program.pid)
         self.desktop.unlock()
         until(lambda: not self.desktop.is_locked(), "it stays locked")
         self.assert_nothing_is_down("sleep")

@@ -14,15 +14,6 @@ from harness.screen_lock import ScreenLock
 from harness.waiting import pause, stays, until
 
 
-def wait_for_rest(program):
-    """Until the program sleeps: whatever happened, nothing goes round in it."""
-    def sleeps():
-        before = processes.voluntary_switches(program.pid)
-        pause(0.5)
-        return processes.voluntary_switches(program.pid) == before
-    until(sleeps, "the program does not come to rest", 20)
-
-
 class SwayLock(CompositorCase):
     def setUp(self):
         super().setUp()
@@ -72,7 +63,7 @@ class SwayLogin(CompositorCase):
         self.assert_ended("clicks come after the stop")
         seen = self.witness.report()
         self.assert_clicks(seen, len(seen) // 2)
-        wait_for_rest(program)
+        processes.wait_for_rest(program.pid)
 
     def test_a_lock_that_it_tells_of_ends_the_run(self):
         program = self.start_run()
@@ -173,4 +164,4 @@ class SwayOutputs(CompositorCase):
         picture.keep(until(self.is_drawn, "the window stays empty"), "sway after no output")
         self.press_hotkey()
         program.wait_for_headline("Ready")
-        wait_for_rest(program)
+        processes.wait_for_rest(program.pid)
