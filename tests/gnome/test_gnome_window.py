@@ -12,7 +12,7 @@ from harness.program import PROGRAM
 from harness.waiting import pause, stays, until
 
 D = LETTERS["d"]
-SUPER, UP, LEFT_ARROW, DOWN = 125, 103, 105, 108
+SUPER, LEFT_SHIFT, UP, LEFT_ARROW, RIGHT_ARROW, DOWN = 125, 42, 103, 105, 106, 108
 NAME = "Velloran"
 
 

@@ -56,8 +56,9 @@ class Gnome(PortalCompositor):
     BACK_END = BACK_END
     BACK_END_PROGRAM = "xdg-desktop-portal-gnome"
 
-    def __init__(self, size=(1920, 1080), way="libei"):
-        self._login = None
+    def __init__(self, size=(1920, 1080), way="libei", outputs=1):
+        self._outputs = outputs
+        self.login = None
         super().__init__(size, way)
 
     @staticmethod
@@ -79,8 +80,8 @@ class Gnome(PortalCompositor):
         self.set("org.gnome.desktop.interface", "enable-hot-corners", "false")
         # The witness stays below the program's window when it is clicked on.
         self.set("org.gnome.desktop.wm.preferences", "raise-on-click", "false")
-        self.server = self._run("shell", ["gnome-shell", "--headless", "--wayland", "--no-x11", f"--wayland-display={SOCKET}",
-                                          "--virtual-monitor", f"{self._size[0]}x{self._size[1]}"])
+        monitors = ["--virtual-monitor", f"{self._size[0]}x{self._size[1]}"] * self._outputs
+        self.server = self._run("shell", ["gnome-shell", "--headless", "--wayland", "--no-x11", f"--wayland-display={SOCKET}", *monitors])
         self._wait_for_shell()
         for name in (SHELL, ROBOT):
             self.wait_for_name(name)
@@ -93,8 +94,8 @@ class Gnome(PortalCompositor):
         self.start_back_end()
         self.start_front_end()
         self.hand = GnomeHand(self.bus_connection)
-        self.hand.move(2 * self._size[0], 2 * self._size[1])
-        self.hand.move(-10, -10)
+        # What opens comes to the output of the mouse.
+        self.point_at(self._size[0] - 10, self._size[1] - 10)
         self._leave_overview()
         if not self.binds_for_programs():
             self._start_service("keys", "gsd-media-keys", USERS_SHORTCUTS)
@@ -123,7 +124,7 @@ class Gnome(PortalCompositor):
                   pass_fds=[writing])
         address = self._first_line(reading, writing)
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
-        self._login = LoginManager(address)
+        self.login = LoginManager(address)
 
     def set(self, schema, key, value):
         self.run_tool("gsettings", "set", schema, key, value)
@@ -159,8 +160,8 @@ class Gnome(PortalCompositor):
 
     def close(self):
         super().close()
-        if self._login:
-            self._login.close()
+        if self.login:
+            self.login.close()
 
 
 __all__ = ["ALT", "BACK_END", "CONTROL", "ESCAPE", "FRONT_END", "LETTERS", "SHORTCUTS", "SPACE", "Gnome"]

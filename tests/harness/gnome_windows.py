@@ -55,6 +55,20 @@ class GnomeWithWindows(Gnome):
         place = self.place_of(size, scale, screen)
         return screen.crop(place) if place else None
 
+    def is_drawn_on(self, number):
+        """Whether that output, counted from 1, shows the program's many colours."""
+        width, height = self._size
+        screen = self.picture()
+        part = screen.crop(((number - 1) * width, 0, number * width, height))
+        return number * width <= screen.width and len(part.getcolors(1 << 24) or []) > 500
+
+    def show_outputs(self, count):
+        """Has that many, beside each other; the others are switched off."""
+        serial, monitors, _, _ = self._ask(DISPLAYS, "GetCurrentState")
+        shown = [(number * self._size[0], 0, 1, 0, number == 0, [(connector, modes[0][0], {})])
+                 for number, ((connector, *_), modes, _) in enumerate(sorted(monitors)[:count])]
+        self._ask(DISPLAYS, "ApplyMonitorsConfig", GLib.Variant("(uua(iiduba(ssa{sv}))a{sv})", (serial, TEMPORARY, shown, {})))
+
     def set_scale(self, scale):
         """The nearest to it that the monitor can have. Returns that."""
         serial, monitors, _, _ = self._ask(DISPLAYS, "GetCurrentState")
