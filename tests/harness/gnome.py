@@ -7,6 +7,7 @@ import signal
 from gi.repository import Gio, GLib
 
 from . import processes
+from .accessible import applications
 from .desktop import CALL_LIMIT
 from .login import LoginManager
 from .portal_compositor import ALT, CONTROL, ESCAPE, FRONT_END, LETTERS, SPACE, Hand, PortalCompositor, executable, executables
@@ -20,8 +21,8 @@ BACK_END = "org.freedesktop.impl.portal.desktop.gnome"
 SHORTCUTS, PROVIDER = "org.gnome.Settings.GlobalShortcutsProvider", "gnome-control-center-global-shortcuts-provider"
 USERS_SHORTCUTS = "org.gnome.SettingsDaemon.MediaKeys"
 
-# By evdev's code.
-F24 = 194
+# By evdev's codes.
+ENTER, F4, F24 = 28, 62, 194
 
 
 class GnomeHand(Hand):
@@ -158,10 +159,15 @@ class Gnome(PortalCompositor):
     def is_locked(self):
         return self.call(SHIELD, SHIELD_PATH, SCREEN_LOCK, "GetActive")[0]
 
+    def shows(self, text):
+        """Whether the shell itself does, not a window."""
+        shell = applications(self.accessibility).get(self.server.pid)
+        return any(stage.find_all("label", text) for stage in (shell.children if shell else []))
+
     def close(self):
         super().close()
         if self.login:
             self.login.close()
 
 
-__all__ = ["ALT", "BACK_END", "CONTROL", "ESCAPE", "FRONT_END", "LETTERS", "SHORTCUTS", "SPACE", "Gnome"]
+__all__ = ["ALT", "BACK_END", "CONTROL", "ENTER", "ESCAPE", "FRONT_END", "LETTERS", "SHORTCUTS", "SPACE", "Gnome"]

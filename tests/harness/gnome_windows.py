@@ -26,10 +26,10 @@ class GnomeWithWindows(Gnome):
         return self.call(name, "/" + name.replace(".", "/"), name, method, arguments)
 
     def windows(self):
-        """By the titles: how large they are with all that belongs to them, and whether they have the keyboard."""
+        """By the titles: how large they are with all that belongs to them, whether they have the keyboard, and whose they are."""
         found = self._ask(INTROSPECT, "GetWindows")[0].values()
-        return {window.get("title", ""): {"size": (window["width"], window["height"]), "active": window["has-focus"]}
-                for window in found}
+        return {window.get("title", ""): {"size": (window["width"], window["height"]), "active": window["has-focus"],
+                                          "program": window.get("app-id")} for window in found}
 
     def picture(self):
         """What the screen shows, pixel for pixel."""

@@ -128,7 +128,7 @@ class KillTests(Kills):
         print(f"\n50 kills over {self.WAY}: no button is down")
 
 
-class HotkeyTests:
+class Hotkeys:
     HOTKEY = {"hotkey": preferences.CONTROL_OPTION_S, "clickIntervalSeconds": 0.01, "stopMode": "manual"}
 
     def start_with_hotkey(self):
@@ -162,6 +162,8 @@ class HotkeyTests:
         # The last click may be on its way.
         pause(0.3)
 
+
+class HotkeyTests(Hotkeys):
     def test_it_starts_and_stops_while_another_window_has_the_focus_and_is_swallowed(self):
         program = self.start_with_hotkey()
         self.press_until_bound(program, CONTROL, ALT, S)

@@ -5,13 +5,13 @@ import math
 import re
 import subprocess
 
-from harness import preferences
-from harness.plasma import ALT, CONTROL, F4, LETTERS, VERSION, Plasma
+from harness.plasma import LETTERS, VERSION, Plasma
 from harness.program import PROGRAM
+from harness.recorder_tests import RecorderTests
 from harness.waiting import pause, stays, until
 from plasma_case import PlasmaCase
 
-D, S = LETTERS["d"], LETTERS["s"]
+D = LETTERS["d"]
 SUPER, LEFT_ARROW, RIGHT_ARROW = 125, 105, 106
 NAME = "Velloran"
 
@@ -150,30 +150,11 @@ class PlasmaWindow(PlasmaWindowCase):
         self.wait_until_at(width // 2, 0, width // 2, height)
 
 
-class PlasmaRecorder(PlasmaWindowCase):
-    """The keys that KWin keeps for itself reach the recorder, while it records."""
+class PlasmaRecorder(RecorderTests, PlasmaWindowCase):
+    CONFIG = RecorderTests.HOTKEY
 
-    CONFIG = {"hotkey": preferences.CONTROL_OPTION_S, "clickIntervalSeconds": 0.05, "stopMode": "manual"}
-
-    def setUp(self):
-        super().setUp()
+    def come_to_front(self):
         self.put_back()
-        self.program.find("push button", "⌃⌥S").do()
-        self.program.wait_for_text("Press keys to record…")
-
-    def test_a_combination_of_kwins_is_recorded_and_works_again_afterwards(self):
-        self.hand.tap(ALT, F4)
-        self.program.wait_for_text("⌥F4")
-        self.assertTrue(self.program.is_running())
-        # It is KWin's again.
-        self.desktop.windows.activate(NAME)
-        self.hand.tap(ALT, F4)
-        self.assertEqual(self.program.wait_for_end(), 0)
-
-    def test_the_hotkey_of_the_moment_can_be_recorded_and_starts_nothing(self):
-        self.hand.tap(CONTROL, ALT, S)
-        until(lambda: not self.program.shows_text("Press keys to record…"), "it goes on recording")
-        stays(lambda: self.program.headline == "Ready", "it starts a run", 0.5)
 
 
 class PlasmaActivation(PlasmaWindowCase):
