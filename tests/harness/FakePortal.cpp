@@ -145,7 +145,7 @@ void FakePortal::takeRequest(const QDBusMessage& message) {
     if (manner_ == Manner::hurries) {
         respond(0);
     }
-    answer(message, {QVariant::fromValue(QDBusObjectPath(request.path))});
+    answer(message, namesNoPath ? QVariantList() : QVariantList{QVariant::fromValue(QDBusObjectPath(request.path))});
 }
 
 void FakePortal::takeButton(const QDBusMessage& message) {

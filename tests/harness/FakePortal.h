@@ -103,6 +103,8 @@ public:
     std::optional<QDBusError::ErrorType> requestError;
     /// Whether requests come back under another path than the caller expects, as from portals of old.
     bool usesOwnPaths = false;
+    /// Whether it says of requests that it has taken them, and nothing of a path.
+    bool namesNoPath = false;
 
     [[nodiscard]] QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;

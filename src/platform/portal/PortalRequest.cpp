@@ -53,7 +53,8 @@ void PortalRequest::taken(const QDBusMessage& answer) {
         return;
     }
     const QString path = answer.arguments().value(0).value<QDBusObjectPath>().path();
-    if (path != path_) {
+    // Without a place the connection would listen everywhere, and take the answer to another request for this one's.
+    if (!path.isEmpty() && path != path_) {
         listenAt(path);
     }
 }

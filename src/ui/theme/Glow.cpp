@@ -159,9 +159,9 @@ QSGNode* Glow::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
         return nullptr;
     }
     auto* const strips = new QSGNode;
-    for (qreal top = 0; top < height(); top += stripHeight) {
+    for (int number = 0; number * stripHeight < height(); ++number) {
         auto* const strip = new StripNode(window());
-        strip->show(color_, start_, size(), top);
+        strip->show(color_, start_, size(), number * stripHeight);
         strips->appendChildNode(strip);
     }
     return strips;

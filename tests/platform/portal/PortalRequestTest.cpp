@@ -2,6 +2,8 @@
 
 #include "platform/portal/PortalBench.h"
 
+#include <utility>
+
 namespace velloran::tests {
 namespace {
 
@@ -75,6 +77,20 @@ TEST_F(PortalRequestTest, AnotherPathIsFollowed) {
     settle();
     fake->respond(0);
     EXPECT_EQ(outcome(), Outcome::granted);
+}
+
+TEST_F(PortalRequestTest, WithoutAPathTheAnswerToAnotherRequestIsNotItsOwn) {
+    bringPortal();
+    fake->namesNoPath = true;
+    ask();
+    settle();
+    const QString path = std::exchange(fake->request.path, fake->request.path + "0");
+    fake->respond(0);
+    settle();
+    EXPECT_FALSE(response.has_value());
+    fake->request.path = path;
+    fake->respond(1);
+    EXPECT_EQ(outcome(), Outcome::refused);
 }
 
 TEST_F(PortalRequestTest, NobodyElseIsBelieved) {
