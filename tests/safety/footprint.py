@@ -1,5 +1,6 @@
 """What a process holds, over the time, and whether that grows."""
 
+import itertools
 import os
 import statistics
 import time
@@ -70,8 +71,8 @@ class Footprint:
 
     def _check_lowest(self, name, most):
         """Of what comes and goes: a sound that is played takes some, and so does a larger window. So what counts is how little there
-        is at times."""
-        last, before = min(self._between(name, 2 / 3, 1.0)), min(self._between(name, 1 / 3, 2 / 3))
+        is at times, and not for a moment only, as between a picture that is given back and the next."""
+        last, before = (min(map(max, itertools.pairwise(self._between(name, *third)))) for third in ((2 / 3, 1.0), (1 / 3, 2 / 3)))
         assert last <= before + most, f"at the lowest {last} {name} in the last third, and {before} in the middle one"
 
     def check(self):
