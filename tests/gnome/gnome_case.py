@@ -68,22 +68,22 @@ class GnomeCase(PortalCase):
         self.desktop.focus("witness")
         return program
 
-    def answer_both(self):
-        """In whatever order they come, and whichever is in front of the other."""
+    def answer_both(self, shortcut=(ALT, LETTERS["a"])):
+        """In whatever order they come, and whichever is in front of the other. `shortcut` is what the one for the hotkey gets."""
         def asking():
             return {service for service in (BACK_END, SHORTCUTS) if self.dialogs(service)}
 
         asked = set()
 
         def are_answered():
-            for service, key in ((BACK_END, "s"), (SHORTCUTS, "a")):
+            for service, keys in ((BACK_END, (ALT, LETTERS["s"])), (SHORTCUTS, shortcut)):
                 frames = self.dialogs(service)
                 asked.update({service} if frames else ())
                 if any("active" in frame.states for frame in frames):
                     if service == BACK_END and not self.may_share():
                         self.switch_on()
                     else:
-                        self.hand.tap(ALT, LETTERS[key])
+                        self.hand.tap(*keys)
                     pause(0.5)
             return asked == {BACK_END, SHORTCUTS} and not asking()
         until(are_answered, lambda: f"asked was {asked}, and is {asking()}")

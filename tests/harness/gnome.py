@@ -53,12 +53,16 @@ class GnomeHand(Hand):
 
 
 class Gnome(PortalCompositor):
+    """Programs have shortcuts of their own where it can have them, but for `binds=False`: then there are the user's only, as before
+    GNOME 48."""
+
     NAME = "GNOME"
     BACK_END = BACK_END
     BACK_END_PROGRAM = "xdg-desktop-portal-gnome"
 
-    def __init__(self, size=(1920, 1080), way="libei", outputs=1):
+    def __init__(self, size=(1920, 1080), way="libei", outputs=1, binds=True):
         self._outputs = outputs
+        self._binds = binds and self.binds_for_programs()
         self.login = None
         super().__init__(size, way)
 
@@ -90,17 +94,26 @@ class Gnome(PortalCompositor):
         until(lambda: os.path.exists(socket), "the compositor has no socket")
         self.environment["WAYLAND_DISPLAY"] = socket
         self._start_service("permission-store", "xdg-permission-store", "org.freedesktop.impl.portal.PermissionStore")
-        if self.binds_for_programs():
+        if self._binds:
             self._offer_service(SHORTCUTS, executable(PROVIDER))
+        elif self.binds_for_programs():
+            self._keep_shortcuts_from_programs()
         self.start_back_end()
         self.start_front_end()
         self.hand = GnomeHand(self.bus_connection)
         # What opens comes to the output of the mouse.
         self.point_at(self._size[0] - 10, self._size[1] - 10)
         self._leave_overview()
-        if not self.binds_for_programs():
+        if not self._binds:
             self._start_service("keys", "gsd-media-keys", USERS_SHORTCUTS)
         return socket
+
+    def _keep_shortcuts_from_programs(self):
+        """As a GNOME does that has none for them."""
+        folder = os.path.join(self.config_home, "xdg-desktop-portal")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "portals.conf"), "w", encoding="ascii") as file:
+            file.write("[preferred]\ndefault=gnome;gtk\norg.freedesktop.impl.portal.GlobalShortcuts=none\n")
 
     def _wait_for_shell(self):
         """A program that GNOME Shell 43 starts while it comes up may stand still before it is one, and the shell waits for it: it can
