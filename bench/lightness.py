@@ -13,6 +13,7 @@ LAUNCH = Figure("launch to mapped", "ms", "bare window")
 COLD_LAUNCH = Figure("launch to mapped, nothing in memory", "ms", "bare window")
 START = Figure("processor time until at rest after launch", "ms", "bare window")
 MEMORY = Figure("PSS at rest", "MB", "bare window")
+MEMORY_BESIDE = Figure("PSS at rest, beside something that shares the toolkit", "MB", "bare window")
 OWN_MEMORY = Figure("memory of its own at rest", "MB", "bare window")
 REST = Figure("wake-ups at rest", "a second", "bare window", has_ratios=False)
 REST_TIME = Figure("processor time at rest", "ms a second", "bare window", has_ratios=False)
@@ -35,6 +36,8 @@ def measure(bench):
     for number in range(bench.options.launches):
         for name, window in bench.in_turn(windows):
             _launch(bench, name, window, is_last=number == bench.options.launches - 1)
+    for name, window in bench.in_turn(windows):
+        _weigh_beside_another(bench, name, window)
     if bench.options.cold:
         for name, window in bench.in_turn(windows):
             _launch_cold(bench, name, window)
@@ -59,6 +62,15 @@ def _launch(bench, name, window, is_last):
             used, wake_ups = _effort(bench, launched.pid)
             bench.record.add(REST, name, wake_ups, round=bench.round)
             bench.record.add(REST_TIME, name, 1000 * used, round=bench.round)
+
+
+def _weigh_beside_another(bench, name, window):
+    """Where another program runs that has loaded everything of the toolkit, as on many desktops."""
+    with window.launch(bench.screen) as launched:
+        meters.wait_for_rest(launched.pid)
+        with bench.builds[0].launch_as_stranger(bench.screen) as stranger:
+            meters.wait_for_rest(stranger.pid)
+            bench.record.add(MEMORY_BESIDE, name, meters.memory(launched.pid)["Pss"] / 1024, round=bench.round)
 
 
 def _launch_cold(bench, name, window):

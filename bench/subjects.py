@@ -81,14 +81,25 @@ class Build:
 
     def launch(self, screen, presets=(), **config):
         """With a home of its own, whose caches it has filled before: what it saves between two launches is not measured."""
-        home = os.path.join(screen.folder, "home of " + self.name)
+        return self._launch(screen, self._path, "home of " + self.name, {}, presets, config)
+
+    def launch_as_stranger(self, screen):
+        """From another file and without a bus: another program for those beside it, which shares nothing with them but the toolkit."""
+        path = os.path.join(screen.folder, "stranger")
+        if not os.path.exists(path):
+            shutil.copy(self._path, path)
+        return self._launch(screen, path, "home of a stranger", {"DBUS_SESSION_BUS_ADDRESS": "disabled:"}, (), {})
+
+    @staticmethod
+    def _launch(screen, path, home, environment, presets, config):
+        home = os.path.join(screen.folder, home)
         stored = {**preferences.quiet_donation(),
                   "velloran.config": preferences.as_bytes(preferences.config(hotkey=preferences.CONTROL_OPTION_S, **config))}
         if presets:
             stored["velloran.presets"] = preferences.as_bytes(list(presets))
         preferences.write(os.path.join(home, "config", "velloran", "velloran.ini"), stored)
-        return Launched(screen, self._path,
-                        {"XDG_" + name.upper() + "_HOME": os.path.join(home, name) for name in ("config", "cache", "data", "state")})
+        homes = {"XDG_" + name.upper() + "_HOME": os.path.join(home, name) for name in ("config", "cache", "data", "state")}
+        return Launched(screen, path, {**homes, **environment})
 
     @contextlib.contextmanager
     def at_rest(self, screen, is_minimised=False, **config):
