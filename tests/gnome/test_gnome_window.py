@@ -6,7 +6,8 @@ from PIL import Image, ImageChops, ImageStat
 
 from gnome_case import GnomeCase
 from harness import picture
-from harness.gnome import LETTERS
+from harness.compositor_case import RIGHT
+from harness.gnome import ESCAPE, LETTERS
 from harness.gnome_windows import GnomeWithWindows
 from harness.program import PROGRAM
 from harness.waiting import pause, stays, until
@@ -14,6 +15,7 @@ from harness.waiting import pause, stays, until
 D = LETTERS["d"]
 SUPER, LEFT_SHIFT, UP, LEFT_ARROW, RIGHT_ARROW, DOWN = 125, 42, 103, 105, 106, 108
 NAME = "Velloran"
+OF_THE_MENU = "Always on Top"
 
 
 class GnomeWindowCase(GnomeCase):
@@ -117,6 +119,16 @@ class GnomeFrame(GnomeWindowCase):
                         moved = self.drag(x, y, 3 * across, 3 * down)
                         self.assertEqual([(number > 0) - (number < 0) for number in moved],
                                          [min(across, 0), min(down, 0), max(across, 0), max(down, 0)])
+
+    def test_a_right_click_on_the_title_opens_the_shells_own_menu(self):
+        left, top, right, _ = self.place()
+        self.desktop.point_at((left + right) // 2, top + 16)
+        self.hand.press_button(RIGHT)
+        self.hand.release_button(RIGHT)
+        until(lambda: self.desktop.shows(OF_THE_MENU), "the shell shows no menu")
+        stays(lambda: not self.program.shown("menu item"), "the small one opens as well", 0.5)
+        self.hand.tap(ESCAPE)
+        until(lambda: not self.desktop.shows(OF_THE_MENU), "it stays")
 
     def test_a_double_click_on_the_title_fills_the_screen_and_gives_it_back(self):
         usual = self.window()["size"]
