@@ -230,20 +230,21 @@ private:
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Never destroyed: a bus is nothing to make anew for each input.
-    static auto* const world = new World();
+    // One for all: a bus is nothing to make anew for each input. Destroyed at the end, so that nothing is read from the
+    // bus any more by then.
+    static World world;
     BusValues values(std::string_view(reinterpret_cast<const char*>(data), size));
-    world->asked = {};
-    if (!world->token.get().empty()) {
-        world->token.set({});
+    world.asked = {};
+    if (!world.token.get().empty()) {
+        world.token.set({});
     }
-    world->bench.answerFrom(&values);
+    world.bench.answerFrom(&values);
     {
-        Program program(*world);
+        Program program(world);
         program.take(values);
     }
-    world->bench.answerFrom(nullptr);
+    world.bench.answerFrom(nullptr);
     // What the program still had to say is over before the next one.
-    world->bench.arrive();
+    world.bench.arrive();
     return 0;
 }
