@@ -23,9 +23,15 @@ ThreadQueue::~ThreadQueue() {
 }
 
 void ThreadQueue::asyncAt(Moment due, std::function<void()> job) {
-    const std::lock_guard lock(mutex_);
-    jobs_.emplace_back(due, std::move(job));
-    if (jobs_.size() == 1) {
+    bool isFirst = false;
+    {
+        const std::lock_guard lock(mutex_);
+        jobs_.emplace_back(due, std::move(job));
+        isFirst = jobs_.size() == 1;
+    }
+    // Not under the lock: the thread of a job that is due wakes at once, would find the lock taken, and then comes only
+    // when this one goes to sleep.
+    if (isFirst) {
         timer_.arm(due);
     }
 }
@@ -34,7 +40,12 @@ void ThreadQueue::work() {
     wakePromptly();
     std::unique_lock lock(mutex_);
     while (!isEnding_ || !jobs_.empty()) {
-        if (jobs_.empty() || (!isEnding_ && jobs_.front().first > std::chrono::steady_clock::now())) {
+        const bool isDue = !jobs_.empty() && (isEnding_ || jobs_.front().first <= std::chrono::steady_clock::now());
+        if (!isDue) {
+            // Awake too early: whoever handed over a job that is done by now may have armed the timer for it just now.
+            if (!jobs_.empty()) {
+                timer_.arm(jobs_.front().first);
+            }
             lock.unlock();
             timer_.take();
             lock.lock();
@@ -43,9 +54,6 @@ void ThreadQueue::work() {
         {
             const std::function<void()> job = std::move(jobs_.front().second);
             jobs_.pop_front();
-            if (!jobs_.empty()) {
-                timer_.arm(jobs_.front().first);
-            }
             lock.unlock();
             job();
         } // what the job holds is let go of outside the lock

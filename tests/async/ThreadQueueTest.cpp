@@ -7,6 +7,7 @@
 #include <sys/prctl.h>
 
 #include <array>
+#include <chrono>
 #include <future>
 #include <memory>
 #include <thread>
@@ -72,6 +73,31 @@ TEST(ThreadQueue, TakesJobsFromSeveralThreads) {
         }
     }
     EXPECT_EQ(done, 4000);
+}
+
+// Each waits for its job, so one that is forgotten stops its thread for good.
+TEST(ThreadQueue, ForgetsNoJobWhoeverElseHandsSomeOver) {
+    int done = 0;
+    {
+        ThreadQueue queue("velloran.engine");
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([&, thread] {
+                for (int job = 0; job < 2000; ++job) {
+                    std::promise<void> isDone;
+                    queue.asyncAt(std::chrono::steady_clock::now() + std::chrono::microseconds(20 * thread), [&] {
+                        ++done;
+                        isDone.set_value();
+                    });
+                    isDone.get_future().wait();
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    EXPECT_EQ(done, 8000);
 }
 
 TEST(ThreadQueue, ItsThreadCarriesTheLabelAndHasNoTimerSlack) {
