@@ -42,7 +42,8 @@ void ThreadQueue::work() {
     while (!isEnding_ || !jobs_.empty()) {
         const bool isDue = !jobs_.empty() && (isEnding_ || jobs_.front().first <= std::chrono::steady_clock::now());
         if (!isDue) {
-            // Awake too early: whoever handed over a job that is done by now may have armed the timer for it just now.
+            // Nobody armed it for one that was not the first when it was handed over. Even where it was, whoever handed
+            // over the one in front of it may have armed it for that just now.
             if (!jobs_.empty()) {
                 timer_.arm(jobs_.front().first);
             }

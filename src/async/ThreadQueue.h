@@ -13,7 +13,7 @@ namespace velloran {
 
 /// The serial queue of real loops: one thread of its own, started at once. The thread carries the label, takes no
 /// signals and wakes promptly. Without a thread or a timer the program ends. Jobs may be handed over on
-/// any thread.
+/// any thread; no such call may be under way when the queue is destroyed, even if its job is done.
 class ThreadQueue final : public SerialQueue {
 public:
     explicit ThreadQueue(const std::string& label);
@@ -26,8 +26,8 @@ public:
 private:
     void work();
 
-    /// Wakes the thread when the first job is due. Whoever hands that one over arms it, so that the thread wakes once
-    /// for a job, and not also to learn of it.
+    /// Wakes the thread when the first job is due. Whoever hands that one over to an empty queue arms it, so that the
+    /// thread wakes once for a job, and not also to learn of it; for those behind it the thread does.
     const MonotonicTimer timer_;
     std::mutex mutex_; // guards what follows
     std::deque<std::pair<Moment, std::function<void()>>> jobs_;

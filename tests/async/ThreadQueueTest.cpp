@@ -75,7 +75,6 @@ TEST(ThreadQueue, TakesJobsFromSeveralThreads) {
     EXPECT_EQ(done, 4000);
 }
 
-// Each waits for its job, so one that is forgotten stops its thread for good.
 TEST(ThreadQueue, ForgetsNoJobWhoeverElseHandsSomeOver) {
     int done = 0;
     {
@@ -83,13 +82,18 @@ TEST(ThreadQueue, ForgetsNoJobWhoeverElseHandsSomeOver) {
         std::vector<std::thread> threads;
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&, thread] {
+                // Each waits for its job, so that the queue runs empty again and again.
                 for (int job = 0; job < 2000; ++job) {
-                    std::promise<void> isDone;
-                    queue.asyncAt(std::chrono::steady_clock::now() + std::chrono::microseconds(20 * thread), [&] {
-                        ++done;
-                        isDone.set_value();
-                    });
-                    isDone.get_future().wait();
+                    const auto isDone = std::make_shared<std::promise<void>>();
+                    queue.asyncAt(std::chrono::steady_clock::now() + std::chrono::microseconds(20 * thread),
+                                  [&done, isDone] {
+                                      ++done;
+                                      isDone->set_value();
+                                  });
+                    if (isDone->get_future().wait_for(std::chrono::seconds(20)) != std::future_status::ready) {
+                        ADD_FAILURE() << "job " << job << " of thread " << thread << " is forgotten";
+                        return;
+                    }
                 }
             });
         }
