@@ -70,6 +70,8 @@ class GnomeHotkey(HotkeyTests, GnomeCase):
         until(lambda: FAILURE in program.log, lambda: program.log)
         stays(lambda: not self.desktop.dialogs(SHORTCUTS), "it is asked again", 2)
         self.assertEqual(program.log.splitlines().count(FAILURE), 1, program.log)
+        # And it is that which was refused, not the clicks.
+        self.wait_for_permission(program)
 
 
 class GnomeLock(LockTests, GnomeCase):
