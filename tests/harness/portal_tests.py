@@ -197,8 +197,7 @@ class HotkeyTests(Hotkeys):
         program.wait_for_headline("Ready")
         stays(lambda: program.headline == "Ready", "the repetition starts it", 2)
         self.hand.release(CONTROL, ALT, S)
-        # Counted from the last repetition that it has heard of, and that may have come late.
-        pause(2 * self.SOONEST_PRESS)
+        pause(self.SOONEST_PRESS)
         self.hand.tap(CONTROL, ALT, S)
         program.wait_for_headline("Running")
 
