@@ -87,7 +87,7 @@ class Footprint:
             elif name in (THREADS, DESCRIPTORS):
                 self._check_least(name, 0)
             elif name == PICTURES:
-                # Without one of them for a moment, in the same way.
+                # Here as well one of them may be missing for a moment.
                 self._check_least(name, most if is_long else LARGEST_PICTURE, share=0.05)
             elif name == SHARED:
                 self._check_least(name, most if is_long else LARGEST_PICTURE)
